@@ -1,0 +1,341 @@
+#include "MathKit/GenColor.h"
+#include "MathKit/Math.h"
+#include "MathKit/Matrix4.h"
+#include "MathKit/Vector3.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <type_traits>
+
+namespace
+{
+
+using namespace KesraMathKit;
+using Matrix = TKesraMatrix4<double>;
+using Vec = TKesraVector3<double>;
+using Color = TKesraGenColor<unsigned char>;
+
+static_assert(sizeof(Matrix) == 16 * sizeof(double), "sixteen elements and nothing else");
+static_assert(sizeof(Vec) == 3 * sizeof(double), "x, y, z and nothing else");
+static_assert(sizeof(Color) == 4, "four bytes red, green, blue, alpha");
+static_assert(std::is_trivially_copyable_v<Matrix> && std::is_trivially_copyable_v<Vec> &&
+              std::is_trivially_copyable_v<Color>, "plain value types");
+
+void ExpectMatrixNear(const Matrix& expected, const Matrix& actual, double tolerance)
+{
+    for (int k = 0; k < 16; ++k)
+    {
+        EXPECT_NEAR(expected[k], actual[k], tolerance) << "element " << k;
+    }
+}
+
+Matrix Diagonal(double a, double b, double c, double d)
+{
+    Matrix m;
+    m(0, 0) = a;
+    m(1, 1) = b;
+    m(2, 2) = c;
+    m(3, 3) = d;
+    return m;
+}
+
+TEST(MathConstantsTest, DoubleConstantsAreComputedInDouble)
+{
+    const double pi = 4.0 * std::atan(1.0);
+    EXPECT_EQ(TKesraMath<double>::PI, pi);
+    EXPECT_EQ(TKesraMath<double>::TWO_PI, pi * 2.0);
+    EXPECT_EQ(TKesraMath<double>::HALF_PI, pi * 0.5);
+    EXPECT_EQ(TKesraMath<double>::INV_PI, 1.0 / pi);
+    EXPECT_EQ(TKesraMath<double>::INV_TWO_PI, 1.0 / (pi * 2.0));
+    EXPECT_EQ(TKesraMath<double>::DEG_TO_RAD, pi / 180.0);
+    EXPECT_EQ(TKesraMath<double>::RAD_TO_DEG, 180.0 / pi);
+    EXPECT_EQ(TKesraMath<double>::ZERO_TOLERANCE, 1e-08);
+}
+
+TEST(MathConstantsTest, FloatConstantsAreComputedInFloatFromNarrowedPi)
+{
+    const float pi = static_cast<float>(4.0 * std::atan(1.0));
+    EXPECT_EQ(TKesraMath<float>::PI, pi);
+    EXPECT_EQ(TKesraMath<float>::TWO_PI, pi * 2.0f);
+    EXPECT_EQ(TKesraMath<float>::HALF_PI, pi * 0.5f);
+    EXPECT_EQ(TKesraMath<float>::INV_PI, 1.0f / pi);
+    EXPECT_EQ(TKesraMath<float>::INV_TWO_PI, 1.0f / (pi * 2.0f));
+    EXPECT_EQ(TKesraMath<float>::DEG_TO_RAD, pi / 180.0f);
+    EXPECT_EQ(TKesraMath<float>::RAD_TO_DEG, 180.0f / pi);
+}
+
+TEST(VectorTest, DefaultsArithmeticAndProducts)
+{
+    const Vec zero;
+    EXPECT_EQ(zero, Vec(0, 0, 0));
+    const Vec a(1, 2, 3);
+    const Vec b(4, -5, 6);
+    EXPECT_EQ(a + b, Vec(5, -3, 9));
+    EXPECT_EQ(a - b, Vec(-3, 7, -3));
+    EXPECT_EQ(a * 2.0, Vec(2, 4, 6));
+    EXPECT_EQ(a.Dot(b), 4.0 - 10.0 + 18.0);
+    EXPECT_EQ(a.Cross(b), Vec(2 * 6 - 3 * -5, 3 * 4 - 1 * 6, 1 * -5 - 2 * 4));
+    EXPECT_EQ(Vec(3, 0, 4).Length(), 5.0);
+}
+
+TEST(VectorTest, NormalizeGivesUnitLengthOrZeroBelowTolerance)
+{
+    Vec v(3, 0, 4);
+    v.Normalize();
+    EXPECT_DOUBLE_EQ(v.x, 0.6);
+    EXPECT_EQ(v.y, 0.0);
+    EXPECT_DOUBLE_EQ(v.z, 0.8);
+
+    Vec tiny(1e-9, 0, 0);
+    tiny.Normalize();
+    EXPECT_EQ(tiny, Vec(0, 0, 0));
+
+    // Exactly at the tolerance is still "no direction".
+    Vec atTolerance(1e-08, 0, 0);
+    atTolerance.Normalize();
+    EXPECT_EQ(atTolerance, Vec(0, 0, 0));
+
+    Vec justAbove(2e-08, 0, 0);
+    justAbove.Normalize();
+    EXPECT_DOUBLE_EQ(justAbove.x, 1.0);
+}
+
+TEST(ColorTest, DefaultIsTransparentBlackAndEqualityComparesAlpha)
+{
+    const Color c;
+    EXPECT_EQ(c, Color(0, 0, 0, 0));
+    EXPECT_NE(Color(10, 20, 30, 255), Color(10, 20, 30, 254));
+    EXPECT_EQ(Color(10, 20, 30, 255), Color(10, 20, 30, 255));
+    const Color copy = Color(1, 2, 3, 4);
+    EXPECT_EQ(copy.red, 1);
+    EXPECT_EQ(copy.green, 2);
+    EXPECT_EQ(copy.blue, 3);
+    EXPECT_EQ(copy.alpha, 4);
+}
+
+TEST(MatrixTest, DefaultIsZeroAndStaticMatricesAreConstant)
+{
+    const Matrix m;
+    EXPECT_EQ(m, Matrix::ZERO);
+    Matrix identity;
+    identity.MakeIdentity();
+    EXPECT_EQ(identity, Matrix::IDENTITY);
+    for (int k = 0; k < 16; ++k)
+    {
+        EXPECT_EQ(Matrix::IDENTITY[k], (k % 5 == 0) ? 1.0 : 0.0);
+        EXPECT_EQ(TKesraMatrix4<float>::IDENTITY[k], (k % 5 == 0) ? 1.0f : 0.0f);
+        EXPECT_EQ(TKesraMatrix4<float>::ZERO[k], 0.0f);
+    }
+}
+
+TEST(MatrixTest, ElementAccessIsRowByRow)
+{
+    Matrix m;
+    m(2, 1) = 7.0;
+    EXPECT_EQ(m[9], 7.0);
+    m[3] = 5.0;
+    EXPECT_EQ(m(0, 3), 5.0);
+}
+
+TEST(MatrixTest, ProductReadsRowByRowInOrder)
+{
+    Matrix a;
+    Matrix b;
+    for (int k = 0; k < 16; ++k)
+    {
+        a[k] = k + 1;
+        b[k] = 16 - k;
+    }
+    const Matrix p = a * b;
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            double expected = 0.0;
+            for (int i = 0; i < 4; ++i)
+            {
+                expected += a(r, i) * b(i, c);
+            }
+            EXPECT_EQ(p(r, c), expected);
+        }
+    }
+    // A translation in elements 3, 7, 11 moves points.
+    Matrix t = Matrix::IDENTITY;
+    t(0, 3) = 1.0;
+    t(1, 3) = 2.0;
+    t(2, 3) = 3.0;
+    EXPECT_EQ(t.TransformPoint(Vec(1, 1, 1)), Vec(2, 3, 4));
+}
+
+TEST(MatrixTest, ProductSumStartsFromPositiveZero)
+{
+    // (((0 + a0 b0) + ...) turns an all-negative-zero sum into +0.
+    Matrix a;
+    a(0, 0) = -1.0;
+    Matrix b;
+    const Matrix p = a * b;
+    EXPECT_FALSE(std::signbit(p(0, 0)));
+}
+
+TEST(MatrixTest, MakeRotationAboutCoordinateAxesRowByRow)
+{
+    const double c = std::cos(30.0 * TKesraMath<double>::DEG_TO_RAD);
+    const double s = std::sin(30.0 * TKesraMath<double>::DEG_TO_RAD);
+    const double eps = 1e-15;
+
+    Matrix rx;
+    rx.MakeRotation(30.0, 1.0, 0.0, 0.0);
+    ExpectMatrixNear(Matrix(1, 0, 0, 0, 0, c, s, 0, 0, -s, c, 0, 0, 0, 0, 1), rx, eps);
+
+    Matrix ry;
+    ry.MakeRotation(30.0, 0.0, 1.0, 0.0);
+    ExpectMatrixNear(Matrix(c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1), ry, eps);
+
+    Matrix rz;
+    rz.MakeRotation(30.0, 0.0, 0.0, 1.0);
+    ExpectMatrixNear(Matrix(c, s, 0, 0, -s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1), rz, eps);
+}
+
+TEST(MatrixTest, MakeRotationNinetyAboutXIsNearlyExact)
+{
+    Matrix m;
+    m.MakeRotation(90.0, 1.0, 0.0, 0.0);
+    ExpectMatrixNear(Matrix(1, 0, 0, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1), m, 1e-15);
+    // Through the half angle, cos 90 is not exactly 0.
+    EXPECT_NE(m[5], 0.0);
+    EXPECT_LT(std::abs(m[5]), 1e-15);
+}
+
+TEST(MatrixTest, MakeRotationFollowsTheHalfAngleStepsExactly)
+{
+    Matrix m;
+    m.MakeRotation(37.0, 1.0, 2.0, 2.0);
+    const double inv = 1.0 / std::sqrt((1.0 + 4.0) + 4.0);
+    const double half = (TKesraMath<double>::DEG_TO_RAD * 37.0) * 0.5;
+    const double s = std::sin(half);
+    const double w = std::cos(half);
+    const double qx = (s * 1.0) * inv;
+    const double qy = (s * 2.0) * inv;
+    const double qz = (s * 2.0) * inv;
+    const double X = qx + qx;
+    const double Y = qy + qy;
+    const double Z = qz + qz;
+    EXPECT_EQ(m[0], 1.0 - (Z * qz + Y * qy));
+    EXPECT_EQ(m[1], Z * w + Y * qx);
+    EXPECT_EQ(m[2], Z * qx - Y * w);
+    EXPECT_EQ(m[4], Y * qx - Z * w);
+    EXPECT_EQ(m[5], 1.0 - (Z * qz + X * qx));
+    EXPECT_EQ(m[6], X * w + Z * qy);
+    EXPECT_EQ(m[8], Y * w + Z * qx);
+    EXPECT_EQ(m[9], Z * qy - X * w);
+    EXPECT_EQ(m[10], 1.0 - (Y * qy + X * qx));
+    EXPECT_EQ(m[15], 1.0);
+    EXPECT_EQ(m[3], 0.0);
+    EXPECT_EQ(m[12], 0.0);
+}
+
+TEST(MatrixTest, MakeRotationIgnoresAxisLength)
+{
+    Matrix unit;
+    unit.MakeRotation(90.0, 0.0, 0.0, 1.0);
+    Matrix twice;
+    twice.MakeRotation(90.0, 0.0, 0.0, 2.0);
+    EXPECT_EQ(unit, twice);
+
+    // Lengths whose squares underflow or overflow still give the rotation.
+    for (const double length : {1e-170, 1e-300, 1e170, 1e300, std::numeric_limits<double>::denorm_min()})
+    {
+        Matrix scaled;
+        scaled.MakeRotation(90.0, 0.0, 0.0, length);
+        ExpectMatrixNear(unit, scaled, 1e-15);
+    }
+
+    Matrix oblique;
+    oblique.MakeRotation(50.0, 1.0, 1.0, 1.0);
+    Matrix obliqueLong;
+    obliqueLong.MakeRotation(50.0, 7.0, 7.0, 7.0);
+    ExpectMatrixNear(oblique, obliqueLong, 1e-15);
+}
+
+TEST(MatrixTest, MakeRotationOfZeroAngleIsIdentity)
+{
+    Matrix m;
+    m.MakeRotation(0.0, 3.0, -1.0, 2.0);
+    EXPECT_EQ(m, Matrix::IDENTITY);
+}
+
+TEST(MatrixTest, MakeRotationWithoutAxisGivesIdentity)
+{
+    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const Vec axis : {Vec(0, 0, 0), Vec(inf, 0, 0), Vec(0, nan, 1)})
+    {
+        Matrix m;
+        m[7] = 42.0;
+        m.MakeRotation(45.0, axis.x, axis.y, axis.z);
+        EXPECT_EQ(m, Matrix::IDENTITY);
+    }
+    TKesraMatrix4<float> f;
+    f.MakeRotation(45.0f, 0.0f, 0.0f, 0.0f);
+    EXPECT_EQ(f, TKesraMatrix4<float>::IDENTITY);
+}
+
+TEST(MatrixTest, InverseOfIdentityAndDiagonal)
+{
+    EXPECT_EQ(Matrix::IDENTITY.Inverse(), Matrix::IDENTITY);
+    EXPECT_EQ(Diagonal(2, 4, 8, 1).Inverse(), Diagonal(0.5, 0.25, 0.125, 1));
+}
+
+TEST(MatrixTest, InverseTreatsDeterminantAtToleranceAsSingular)
+{
+    // det 1e-12
+    EXPECT_EQ(Diagonal(0.001, 0.001, 0.001, 0.001).Inverse(), Matrix::ZERO);
+    // det exactly 1e-08 is still singular; a little more is not.
+    EXPECT_EQ(Diagonal(1e-08, 1, 1, 1).Inverse(), Matrix::ZERO);
+    EXPECT_EQ(Diagonal(-1e-08, 1, 1, 1).Inverse(), Matrix::ZERO);
+    const Matrix justInvertible = Diagonal(2e-08, 1, 1, 1).Inverse();
+    EXPECT_DOUBLE_EQ(justInvertible(0, 0), 5e7);
+    EXPECT_EQ(Matrix::ZERO.Inverse(), Matrix::ZERO);
+}
+
+TEST(MatrixTest, InverseOfRotationWithTranslationInTwelveAndThirteen)
+{
+    Matrix r;
+    r.MakeRotation(33.0, 1.0, -2.0, 0.5);
+    Matrix l = r;
+    const double tx = 3.5;
+    const double ty = -1.25;
+    l[12] = tx;
+    l[13] = ty;
+    const Matrix inverse = l.Inverse();
+    for (int i = 0; i < 3; ++i)
+    {
+        EXPECT_NEAR(inverse[12 + i], -(r[4 * i] * tx + r[4 * i + 1] * ty), 1e-14) << i;
+    }
+}
+
+TEST(MatrixTest, InverseTimesMatrixIsIdentityOnRandomMatrices)
+{
+    std::mt19937 generator(7);
+    std::uniform_real_distribution<double> value(-10.0, 10.0);
+    for (int trial = 0; trial < 200; ++trial)
+    {
+        Matrix m;
+        for (int k = 0; k < 16; ++k)
+        {
+            m[k] = value(generator);
+        }
+        const Matrix inverse = m.Inverse();
+        if (inverse == Matrix::ZERO)
+        {
+            continue;
+        }
+        ExpectMatrixNear(Matrix::IDENTITY, m * inverse, 1e-9);
+        ExpectMatrixNear(Matrix::IDENTITY, inverse * m, 1e-9);
+    }
+}
+
+} // namespace

@@ -1,0 +1,51 @@
+// The null backend: one concrete class per backend base class of the library,
+// every abstract operation a no-op, the protected operations that tests need
+// made public, and read-only probes for fields that have no getter. A double
+// changes no behaviour of its base.
+#pragma once
+
+#include "Engine/Camera.h"
+#include "MathKit/Vector3.h"
+
+namespace KesraTest
+{
+
+class TestCamera : public KesraEngine::CKesraCamera
+{
+public:
+    TestCamera(int width, int height) : CKesraCamera(width, height) {}
+
+    using CKesraCamera::GetEulerAngleFormRotMatrix;
+    using CKesraCamera::NotifyRotateMatUpdate;
+    using CKesraCamera::NotifyScaleUpdate;
+    using CKesraCamera::NotifyTransformUpdate;
+    using CKesraCamera::NotifyTranslateUpdate;
+    using CKesraCamera::SixSidesInspectionImpl;
+    using CKesraCamera::SmoothRotateImpl;
+    using CKesraCamera::UpdateWorldToViewMatrix;
+
+    void ApplyViewport() override {}
+    void ApplyProjection() override {}
+    void ApplyModelView() override {}
+    void BeginRotate(int, int) override {}
+    void Rotate(int, int) override {}
+    void BeginPan(int, int) override {}
+    void Pan(int, int) override {}
+    void BeginZoom(int, int) override {}
+    void Zoom(int, int) override {}
+    void EndInteraction() override {}
+    void WheelZoom(int, int, int) override {}
+    void ZoomToRectangle(int, int, int, int) override {}
+
+    int HalfWidth() const { return m_halfWidth; }
+    int HalfHeight() const { return m_halfHeight; }
+    KesraMathKit::TKesraVector3<double> SmoothStartAngles() const { return m_smoothStartAngles; }
+    KesraMathKit::TKesraVector3<double> SmoothTargetAngles() const { return m_smoothTargetAngles; }
+    int SmoothCurrentFrame() const { return m_smoothCurrentFrame; }
+    int SixSidesCycleFrames() const { return m_sixSidesCycleFrames; }
+    int SixSidesCurrentFrame() const { return m_sixSidesCurrentFrame; }
+    int SixSidesPauseCounter() const { return m_sixSidesPauseCounter; }
+    double SixSidesPhaseAngle(int i) const { return m_sixSidesPhaseAngles[i]; }
+};
+
+} // namespace KesraTest
