@@ -109,9 +109,11 @@ TEST(ScalarBarColorTest, BandedTakesLowerEdgeOfAccumulatedBlocks)
     EXPECT_EQ(Colour(bar, 1.0), kStop4) << "the maximum lies in no block";
     EXPECT_EQ(Query(bar, 0.99, true).rgb, (Rgb{0, 10, 255})) << "by value stays smooth";
 
-    // 0.1 + 0.1 + 0.1 exceeds 0.3, so 0.3 still lies in the block from 0.2.
+    // 0.1 + 0.1 + 0.1 exceeds 0.3, so 0.3 still lies in the block from 0.2;
+    // six steps add up to 0.6 exactly, where 6 * 0.1 would exceed it.
     bar.SetBlockNum(10);
     EXPECT_EQ(Colour(bar, 0.3), (Rgb{255, 204, 0}));
+    EXPECT_EQ(Colour(bar, 0.6), (Rgb{0, 255, 102}));
 
     bar.SetFillAllRange(1);
     EXPECT_EQ(Colour(bar, -3.0), kStop0);
