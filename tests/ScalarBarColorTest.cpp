@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cfloat>
 #include <cmath>
 #include <limits>
-#include <ostream>
 #include <set>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -17,22 +16,8 @@ namespace
 using KesraEngine::CKesraScalarBar;
 using KesraTest::TestScalarBar;
 
-struct Rgb
-{
-    int red;
-    int green;
-    int blue;
-    bool operator==(const Rgb& o) const { return red == o.red && green == o.green && blue == o.blue; }
-    bool operator<(const Rgb& o) const
-    {
-        return std::tie(red, green, blue) < std::tie(o.red, o.green, o.blue);
-    }
-};
-
-std::ostream& operator<<(std::ostream& os, const Rgb& c)
-{
-    return os << '(' << c.red << ", " << c.green << ", " << c.blue << ')';
-}
+// Printed by GoogleTest as { red, green, blue }.
+using Rgb = std::array<int, 3>;
 
 // One answer of a colour query: the colour and the -1/0/1 result.
 struct Answer
