@@ -5,6 +5,7 @@
 #pragma once
 
 #include "Engine/Camera.h"
+#include "Engine/ScalarBar.h"
 #include "MathKit/Vector3.h"
 
 namespace KesraTest
@@ -46,6 +47,32 @@ public:
     int SixSidesCurrentFrame() const { return m_sixSidesCurrentFrame; }
     int SixSidesPauseCounter() const { return m_sixSidesPauseCounter; }
     double SixSidesPhaseAngle(int i) const { return m_sixSidesPhaseAngles[i]; }
+};
+
+class TestScalarBar : public KesraEngine::CKesraScalarBar
+{
+public:
+    TestScalarBar() = default;
+
+    using CKesraScalarBar::GetOpenGLBandedColorImpl;
+    using CKesraScalarBar::GetOpenGLColorImpl;
+    using CKesraScalarBar::SetOpenGlColor;
+    using CKesraScalarBar::UpdateEqualPartValue;
+
+    // Counts the calls, then deletes as the base does.
+    bool Delete() override
+    {
+        ++deleteCalls;
+        return CKesraScalarBar::Delete();
+    }
+
+    float EqualPartX() const { return m_equalPartX; }
+    float EqualPartY() const { return m_equalPartY; }
+    double ColorScaleTop() const { return m_colorScaleTop; }
+    int ValueRangeFlag1() const { return m_valueRangeFlag1; }
+    int ValueRangeFlag2() const { return m_valueRangeFlag2; }
+
+    int deleteCalls = 0;
 };
 
 } // namespace KesraTest

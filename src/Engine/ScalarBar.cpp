@@ -1,0 +1,723 @@
+#include "Engine/ScalarBar.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+namespace KesraEngine
+{
+
+namespace
+{
+
+using Palette = double[5][3];
+
+constexpr Palette kRedBlue = {
+    {1.0, 0.0, 0.0}, {1.0, 1.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 1.0, 1.0}, {0.0, 0.0, 1.0}};
+constexpr Palette kBlueRed = {
+    {0.0, 0.0, 1.0}, {0.0, 1.0, 1.0}, {0.0, 1.0, 0.0}, {1.0, 1.0, 0.0}, {1.0, 0.0, 0.0}};
+constexpr Palette kGrayScale = {
+    {0.0, 0.0, 0.0}, {0.25, 0.25, 0.25}, {0.5, 0.5, 0.5}, {0.75, 0.75, 0.75}, {1.0, 1.0, 1.0}};
+constexpr Palette kGreenRed = {
+    {1.0, 0.0, 0.0}, {0.945, 0.47, 0.0}, {0.882, 0.898, 0.0}, {0.58, 0.933, 0.0}, {0.0, 1.0, 0.0}};
+
+// Ranges narrower than these are degenerate: the colour-scale top moves one
+// unit above the maximum so that the range's values take stop 0. The
+// three-value form of SetValueRange has always used the smaller one.
+constexpr double kDegenerateRange = 1e-16;
+constexpr double kDegenerateRangeWithCurrent = 1e-20;
+
+double ColorScaleTop(double minimum, double maximum, double threshold)
+{
+    return std::fabs(maximum - minimum) <= threshold ? maximum + 1.0 : maximum;
+}
+
+// Position of value between minimum and maximum, before inversion and
+// clamping; any double, NaN and infinities included.
+double PalettePosition(double value, double minimum, double maximum, int logarithmic)
+{
+    if (logarithmic == 0)
+    {
+        return (value - minimum) / (maximum - minimum);
+    }
+    // Logarithms need positive bounds: a top that is not positive becomes 1,
+    // a bottom that is not positive four decades below the top.
+    const double top = maximum > 0.0 ? maximum : 1.0;
+    const double bottom = minimum > 0.0 ? minimum : top * 0.0001;
+    return (std::log(std::fabs(value)) - std::log(bottom)) / (std::log(top) - std::log(bottom));
+}
+
+// Clamps to [0, 1]. A position that is not a number (a value that is not a
+// number, or a range with no width) counts as 0, so that the palette index
+// stays within the five stops.
+double ClampedPosition(double p)
+{
+    if (p > 1.0)
+    {
+        return 1.0;
+    }
+    if (p < 0.0 || std::isnan(p))
+    {
+        return 0.0;
+    }
+    return p;
+}
+
+// channel is in [0, 1] (a convex mix of stops in [0, 1]), so the truncated
+// product lies in [0, 255].
+unsigned char ChannelByte(double channel)
+{
+    return static_cast<unsigned char>(static_cast<float>(channel) * 255.0f);
+}
+
+bool DifferAsCStrings(const std::string& a, const std::string& b)
+{
+    return std::strcmp(a.c_str(), b.c_str()) != 0;
+}
+
+} // namespace
+
+// ---- Construction -------------------------------------------------------------
+
+CKesraScalarBar::CKesraScalarBar()
+    : m_created(0),
+      m_modified(0),
+      m_windowWidth(0),
+      m_windowHeight(0),
+      m_blockNum(8),
+      m_startX(0),
+      m_startY(0),
+      m_title(),
+      m_unit(),
+      m_note(),
+      m_color(0, 0, 0, 255),
+      m_autoTextColor(0),
+      m_valueFormat1(3),
+      m_valueFormat2(3),
+      m_maxValue(1.0),
+      m_minValue(0.0),
+      m_currentUpperValue(1.0),
+      m_displayMax(1.0),
+      m_displayMin(0.0),
+      m_colorScaleTop(1.0),
+      m_inverse(0),
+      m_banded(0),
+      m_direction(0),
+      m_visibility(1),
+      m_fillAllRange(0),
+      m_valueRangeFlag1(1),
+      m_valueRangeFlag2(1),
+      m_useCurrentUpperValue(0),
+      m_showNode(1),
+      m_colorBlockLineWidth(1.0f),
+      m_palette{},
+      m_equalPartX(0.0f),
+      m_equalPartY(0.0f),
+      m_overRangeColor{255, 255, 255},
+      m_useSingleColor(0),
+      m_singleColor{255, 96, 0}
+{
+    SetColorPaletteRedBlue();
+}
+
+// ---- Private helpers ------------------------------------------------------------
+
+void CKesraScalarBar::SetSwitch(int& field, int value)
+{
+    if (value != field)
+    {
+        MarkModified();
+        field = value != 0 ? 1 : 0;
+    }
+}
+
+void CKesraScalarBar::SetText(std::string& field, const std::string& text)
+{
+    if (DifferAsCStrings(text, field))
+    {
+        field = text;
+        MarkModified();
+    }
+}
+
+void CKesraScalarBar::SetPalette(const double (&stops)[5][3])
+{
+    std::copy(&stops[0][0], &stops[0][0] + 15, &m_palette[0][0]);
+}
+
+// ---- Lifecycle ------------------------------------------------------------------
+
+bool CKesraScalarBar::Create(int width, int height, int startX, int startY)
+{
+    if (width == 0 || height == 0)
+    {
+        return false;
+    }
+    if (m_created == 1)
+    {
+        Delete();
+    }
+    m_windowWidth = width;
+    m_windowHeight = height;
+    m_startX = startX;
+    m_startY = startY;
+    UpdateEqualPartValue();
+    MarkModified();
+    m_created = 1;
+    return true;
+}
+
+bool CKesraScalarBar::Delete()
+{
+    if (m_created != 1)
+    {
+        return false;
+    }
+    m_created = 0;
+    return true;
+}
+
+void CKesraScalarBar::SetTitle(const std::string& title, bool /*redraw*/)
+{
+    SetText(m_title, title);
+}
+
+void CKesraScalarBar::SetNote(const std::string& note)
+{
+    SetText(m_note, note);
+}
+
+// ---- Layout ---------------------------------------------------------------------
+
+void CKesraScalarBar::SetWindowSize(int width, int height)
+{
+    if (width != m_windowWidth || height != m_windowHeight)
+    {
+        m_windowWidth = width;
+        m_windowHeight = height;
+        UpdateEqualPartValue();
+        MarkModified();
+    }
+}
+
+void CKesraScalarBar::GetWindowSize(int& width, int& height) const
+{
+    if (m_created == 1)
+    {
+        width = m_windowWidth;
+        height = m_windowHeight;
+    }
+}
+
+void CKesraScalarBar::SetStartPosition(int x, int y)
+{
+    if (x != m_startX || y != m_startY)
+    {
+        m_startX = x;
+        m_startY = y;
+        UpdateEqualPartValue();
+        MarkModified();
+    }
+}
+
+void CKesraScalarBar::GetStartPosition(int& x, int& y) const
+{
+    if (m_created == 1)
+    {
+        x = m_startX;
+        y = m_startY;
+    }
+}
+
+void CKesraScalarBar::UpdateEqualPartValue()
+{
+    // The free extents are exact in 64 bits, where 32 bits could overflow;
+    // where 32 bits do not overflow the floats are the same.
+    const long long freeWidth = static_cast<long long>(m_windowWidth) - m_startX;
+    if (m_direction == 0)
+    {
+        const long long freeHeight = static_cast<long long>(m_windowHeight) - m_startY;
+        m_equalPartX = static_cast<float>(freeWidth) / 60.0f;
+        m_equalPartY = static_cast<float>(freeHeight) / 10.0f;
+    }
+    else
+    {
+        // The other layout keeps 25 pixels at the bottom for its labels.
+        const long long freeHeight =
+            static_cast<long long>(m_windowHeight) - std::max(m_startY, 25);
+        m_equalPartX = static_cast<float>(freeWidth) * 0.0625f;
+        m_equalPartY = static_cast<float>(freeHeight) / 45.0f;
+    }
+}
+
+void CKesraScalarBar::SetDirection(int direction)
+{
+    SetSwitch(m_direction, direction);
+}
+
+int CKesraScalarBar::GetDirection() const
+{
+    return m_created == 1 ? m_direction : -1;
+}
+
+// ---- Texts and appearance -------------------------------------------------------
+
+void CKesraScalarBar::GetTitle(std::string& title) const
+{
+    if (m_created == 1)
+    {
+        title = m_title;
+    }
+}
+
+void CKesraScalarBar::GetNote(std::string& note) const
+{
+    if (m_created == 1)
+    {
+        note = m_note;
+    }
+}
+
+void CKesraScalarBar::SetUnit(const std::string& unit)
+{
+    SetText(m_unit, unit);
+}
+
+void CKesraScalarBar::GetUnit(std::string& unit) const
+{
+    if (m_created == 1)
+    {
+        unit = m_unit;
+    }
+}
+
+void CKesraScalarBar::SetColor(const Color& color)
+{
+    if (color != m_color)
+    {
+        m_color = color;
+        MarkModified();
+    }
+}
+
+void CKesraScalarBar::GetColor(Color& color) const
+{
+    if (m_created == 1)
+    {
+        color = m_color;
+    }
+}
+
+void CKesraScalarBar::SetAutoTextColor(int autoTextColor)
+{
+    SetSwitch(m_autoTextColor, autoTextColor);
+}
+
+int CKesraScalarBar::GetAutoTextColor() const
+{
+    return m_created == 1 ? m_autoTextColor : -1;
+}
+
+void CKesraScalarBar::SetValueFormat(int first, int second)
+{
+    if (first == m_valueFormat1 && second == m_valueFormat2)
+    {
+        return;
+    }
+    if (first >= 1 && second >= 1)
+    {
+        m_valueFormat1 = first;
+        m_valueFormat2 = second;
+        MarkModified();
+    }
+}
+
+void CKesraScalarBar::GetValueFormat(int& first, int& second) const
+{
+    if (m_created == 1)
+    {
+        first = m_valueFormat1;
+        second = m_valueFormat2;
+    }
+}
+
+int CKesraScalarBar::GetExponentialBase(double a, double b, int digits)
+{
+    // fmax ignores an argument that is not a number.
+    const double magnitude = std::fmax(std::fabs(a), std::fabs(b));
+    int exponent = 0;
+    // An infinite magnitude has no power of ten; a finite one above 1e-12 has
+    // a logarithm in (-12, 309), which an int holds.
+    if (magnitude > 1e-12 && std::isfinite(magnitude))
+    {
+        const double x = std::log10(magnitude);
+        exponent = static_cast<int>(x < 0.0 ? std::floor(x) : std::ceil(x));
+    }
+    if (digits == 0)
+    {
+        return 0;
+    }
+    if (exponent >= digits)
+    {
+        // Wide enough for any digits; the result is at least 1.
+        const long long base = static_cast<long long>(exponent) - digits + 1;
+        return static_cast<int>(std::min<long long>(base, INT_MAX));
+    }
+    return exponent < 0 ? exponent : 0;
+}
+
+void CKesraScalarBar::SetVisibility(int visibility)
+{
+    SetSwitch(m_visibility, visibility);
+}
+
+int CKesraScalarBar::GetVisibility() const
+{
+    return m_created == 1 ? m_visibility : -1;
+}
+
+void CKesraScalarBar::SetShowNode(int showNode)
+{
+    SetSwitch(m_showNode, showNode);
+}
+
+int CKesraScalarBar::GetShowNode() const
+{
+    return m_created == 1 ? m_showNode : -1;
+}
+
+void CKesraScalarBar::SetColorBlockLineWidth(float width)
+{
+    if (width != m_colorBlockLineWidth && width > 0.0f)
+    {
+        m_colorBlockLineWidth = width;
+    }
+}
+
+// ---- Value range ----------------------------------------------------------------
+
+void CKesraScalarBar::SetValueRange(double minimum, double maximum, bool flag1, bool flag2)
+{
+    if (minimum > maximum)
+    {
+        return;
+    }
+    m_minValue = minimum;
+    m_maxValue = maximum;
+    m_colorScaleTop = ColorScaleTop(minimum, maximum, kDegenerateRange);
+    m_useCurrentUpperValue = 0;
+    MarkModified();
+    m_valueRangeFlag1 = flag1 ? 1 : 0;
+    m_valueRangeFlag2 = flag2 ? 1 : 0;
+}
+
+void CKesraScalarBar::SetValueRange(double minimum, double maximum, double current)
+{
+    if (minimum > maximum)
+    {
+        return;
+    }
+    if (minimum > current)
+    {
+        current = minimum;
+    }
+    if (current > maximum)
+    {
+        current = maximum;
+    }
+    m_minValue = minimum;
+    m_maxValue = maximum;
+    m_currentUpperValue = current;
+    m_colorScaleTop = ColorScaleTop(minimum, maximum, kDegenerateRangeWithCurrent);
+    m_valueRangeFlag1 = 1;
+    m_valueRangeFlag2 = 1;
+    m_useCurrentUpperValue = 1;
+    MarkModified();
+}
+
+void CKesraScalarBar::GetValueRange(double& minimum, double& maximum) const
+{
+    if (m_created == 1)
+    {
+        minimum = m_minValue;
+        maximum = m_maxValue;
+    }
+}
+
+void CKesraScalarBar::GetValueRange(double& minimum, double& maximum, double& current) const
+{
+    if (m_created == 1)
+    {
+        minimum = m_minValue;
+        maximum = m_maxValue;
+        current = m_currentUpperValue;
+    }
+}
+
+void CKesraScalarBar::SetDisplayRange(double minimum, double maximum)
+{
+    if (minimum > maximum)
+    {
+        return;
+    }
+    m_displayMin = minimum;
+    m_displayMax = maximum;
+    MarkModified();
+}
+
+void CKesraScalarBar::GetDisplayRange(double& minimum, double& maximum) const
+{
+    if (m_created == 1)
+    {
+        minimum = m_displayMin;
+        maximum = m_displayMax;
+    }
+}
+
+void CKesraScalarBar::GetCurrentValueRange(double& minimum, double& upper) const
+{
+    minimum = m_minValue;
+    GetCurrentUpperValue(upper);
+}
+
+void CKesraScalarBar::GetCurrentUpperValue(double& upper) const
+{
+    upper = m_useCurrentUpperValue == 1 ? m_currentUpperValue : m_maxValue;
+}
+
+// ---- Mapping options ------------------------------------------------------------
+
+void CKesraScalarBar::SetBlockNum(int number)
+{
+    if (number != m_blockNum && number >= 2 && number <= 30)
+    {
+        m_blockNum = number;
+        MarkModified();
+    }
+}
+
+int CKesraScalarBar::GetBlockNum() const
+{
+    return m_created == 1 ? m_blockNum : 0;
+}
+
+void CKesraScalarBar::SetInverse(int inverse)
+{
+    SetSwitch(m_inverse, inverse);
+}
+
+int CKesraScalarBar::GetInverse() const
+{
+    return m_created == 1 ? m_inverse : -1;
+}
+
+void CKesraScalarBar::SetBanded(int banded)
+{
+    SetSwitch(m_banded, banded);
+}
+
+int CKesraScalarBar::GetBanded() const
+{
+    return m_created == 1 ? m_banded : -1;
+}
+
+void CKesraScalarBar::SetFillAllRange(int fillAllRange)
+{
+    SetSwitch(m_fillAllRange, fillAllRange);
+}
+
+int CKesraScalarBar::GetFillAllRange() const
+{
+    return m_created == 1 ? m_fillAllRange : -1;
+}
+
+void CKesraScalarBar::SetUseSignleColor(int useSingleColor)
+{
+    SetSwitch(m_useSingleColor, useSingleColor);
+}
+
+int CKesraScalarBar::GetUseSignleColor() const
+{
+    return m_created == 1 ? m_useSingleColor : -1;
+}
+
+void CKesraScalarBar::SetOverRangeColor(unsigned char red, unsigned char green,
+                                        unsigned char blue)
+{
+    m_overRangeColor[0] = red;
+    m_overRangeColor[1] = green;
+    m_overRangeColor[2] = blue;
+}
+
+void CKesraScalarBar::GetOverRangeColor(unsigned char& red, unsigned char& green,
+                                        unsigned char& blue) const
+{
+    red = m_overRangeColor[0];
+    green = m_overRangeColor[1];
+    blue = m_overRangeColor[2];
+}
+
+void CKesraScalarBar::SetSingleColor(unsigned char red, unsigned char green, unsigned char blue)
+{
+    m_singleColor[0] = red;
+    m_singleColor[1] = green;
+    m_singleColor[2] = blue;
+}
+
+void CKesraScalarBar::GetSingleColor(unsigned char& red, unsigned char& green,
+                                     unsigned char& blue) const
+{
+    red = m_singleColor[0];
+    green = m_singleColor[1];
+    blue = m_singleColor[2];
+}
+
+void CKesraScalarBar::SetColorPaletteRedBlue()
+{
+    SetPalette(kRedBlue);
+}
+
+void CKesraScalarBar::SetColorPaletteBlueRed()
+{
+    SetPalette(kBlueRed);
+}
+
+void CKesraScalarBar::SetColorPaletteGrayScale()
+{
+    SetPalette(kGrayScale);
+}
+
+void CKesraScalarBar::SetColorPaletteGreenRed()
+{
+    SetPalette(kGreenRed);
+}
+
+// ---- Colour mapping -------------------------------------------------------------
+
+void CKesraScalarBar::SetOpenGlColor(Color& color, double value, double minimum, double maximum,
+                                     int logarithmic) const
+{
+    double p = PalettePosition(value, minimum, maximum, logarithmic);
+    if (m_inverse == 1)
+    {
+        p = 1.0 - p;
+    }
+    const double x = ClampedPosition(p) * 4.0;
+    const int i = static_cast<int>(x);
+    const double f = x - i;
+
+    unsigned char* const bytes[3] = {&color.red, &color.green, &color.blue};
+    for (int c = 0; c < 3; ++c)
+    {
+        // At the top of the scale (i = 4) there is no segment to mix along.
+        const double channel =
+            i == 4 ? m_palette[4][c] : (1.0 - f) * m_palette[i][c] + f * m_palette[i + 1][c];
+        *bytes[c] = ChannelByte(channel);
+    }
+}
+
+double CKesraScalarBar::FilledValue(double value) const
+{
+    if (m_fillAllRange != 1)
+    {
+        return value;
+    }
+    if (m_minValue > value)
+    {
+        value = m_minValue;
+    }
+    if (value > m_maxValue)
+    {
+        value = m_maxValue;
+    }
+    return value;
+}
+
+void CKesraScalarBar::GetOpenGLColorImpl(unsigned char& red, unsigned char& green,
+                                         unsigned char& blue, double value) const
+{
+    Color color(0, 0, 0, 0);
+    SetOpenGlColor(color, FilledValue(value), m_minValue, m_colorScaleTop, 0);
+    red = color.red;
+    green = color.green;
+    blue = color.blue;
+}
+
+void CKesraScalarBar::GetOpenGLBandedColorImpl(unsigned char& red, unsigned char& green,
+                                               unsigned char& blue, double value) const
+{
+    value = FilledValue(value);
+    const int n = m_blockNum;
+    const double step = (m_maxValue - m_minValue) / n;
+
+    // Edges are accumulated, as the legend's own block boundaries are; only
+    // the last block's upper edge is the maximum itself. A value that lies in
+    // no block (the maximum, or one outside the range or not a number) ends
+    // with lower at the maximum.
+    double lower = m_minValue;
+    double upper = m_minValue + step;
+    for (int k = 1; k <= n; ++k)
+    {
+        if (upper > value && value >= lower)
+        {
+            break;
+        }
+        lower = upper;
+        upper = k == n - 1 ? m_maxValue : upper + step;
+    }
+
+    Color color(0, 0, 0, 0);
+    SetOpenGlColor(color, lower, m_minValue, m_colorScaleTop, 0);
+    red = color.red;
+    green = color.green;
+    blue = color.blue;
+}
+
+int CKesraScalarBar::RangeSide(double value) const
+{
+    if (m_minValue > value)
+    {
+        return -1;
+    }
+    return value > m_maxValue ? 1 : 0;
+}
+
+int CKesraScalarBar::ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue,
+                             double value, bool banded) const
+{
+    const int side = RangeSide(value);
+    if (m_useSingleColor == 1)
+    {
+        GetSingleColor(red, green, blue);
+        return m_fillAllRange == 1 ? 0 : side;
+    }
+    if (m_fillAllRange != 1 && side != 0)
+    {
+        GetOverRangeColor(red, green, blue);
+        return side;
+    }
+    if (banded)
+    {
+        GetOpenGLBandedColorImpl(red, green, blue, value);
+    }
+    else
+    {
+        GetOpenGLColorImpl(red, green, blue, value);
+    }
+    return 0;
+}
+
+int CKesraScalarBar::GetOpenGLColor(unsigned char& red, unsigned char& green,
+                                    unsigned char& blue, double value) const
+{
+    return ColorOf(red, green, blue, value, m_banded == 1);
+}
+
+int CKesraScalarBar::GetOpenGLColorByValue(unsigned char& red, unsigned char& green,
+                                           unsigned char& blue, double value) const
+{
+    return ColorOf(red, green, blue, value, false);
+}
+
+} // namespace KesraEngine
