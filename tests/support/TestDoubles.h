@@ -5,6 +5,7 @@
 #pragma once
 
 #include "Engine/Camera.h"
+#include "Engine/TipManager.h"
 #include "MathKit/Vector3.h"
 
 namespace KesraTest
@@ -46,6 +47,14 @@ public:
     int SixSidesCurrentFrame() const { return m_sixSidesCurrentFrame; }
     int SixSidesPauseCounter() const { return m_sixSidesPauseCounter; }
     double SixSidesPhaseAngle(int i) const { return m_sixSidesPhaseAngles[i]; }
+};
+
+class TestTipManager : public KesraEngine::CKesraTipManager
+{
+public:
+    TestTipManager() : CKesraTipManager() {}
+
+    void DrawTips(const KesraMathKit::TKesraMatrix4<double>&, int, int) override {}
 };
 
 } // namespace KesraTest
