@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <cmath>
 #include <cstddef>
 #include <random>
 #include <sstream>
@@ -416,7 +417,9 @@ public:
         else
         {
             const int which = Pick(0, 9);
-            log << (which == 0 ? "ClearNodes()" : which < 5 ? "SetAllNodeVis(1)" : "SetAllNodeVis(0)");
+            log << (which == 0 ? "ClearNodes()"
+                    : which < 5 ? "SetAllNodeVis(1)"
+                                : "SetAllNodeVis(0)");
             result = which == 0 ? curve.ClearNodes() : curve.SetAllNodeVis(which < 5);
             expected = true;
             if (which == 0)
@@ -447,7 +450,8 @@ private:
     double Value(const CurveModel& model, int axis)
     {
         const int kind = Pick(0, 19);
-        const double bound = Pick(0, 1) == 0 ? model.lo[std::size_t(axis)] : model.hi[std::size_t(axis)];
+        const std::size_t a = std::size_t(axis);
+        const double bound = Pick(0, 1) == 0 ? model.lo[a] : model.hi[a];
         if (kind == 0 && std::abs(bound) < 1e3)
         {
             return bound + (Pick(0, 1) == 0 ? 5e-11 : -3e-10);

@@ -140,7 +140,9 @@ TEST(TipManagerAllocTest, InsertTipReportsExhaustedMemoryAndKeepsTheList)
     {
         const int failures = FailEachAllocation(
             manager, text,
-            [&](std::string&& t) { return manager.InsertTip(std::move(t), original.data(), effect.data()); },
+            [&](std::string&& t) {
+                return manager.InsertTip(std::move(t), original.data(), effect.data());
+            },
             [](int index) { return index == -1; });
         if (expected == 0)
         {

@@ -40,6 +40,19 @@ void ReadColor(const Color& color, unsigned char& red, unsigned char& green, uns
     blue = color.blue;
 }
 
+// The indexed operations' common frame: false for a missing tip, else the
+// action is done and the answer is true.
+template <typename Action>
+bool ApplyToTip(CKesraTip* tip, Action action)
+{
+    if (tip == nullptr)
+    {
+        return false;
+    }
+    action(*tip);
+    return true;
+}
+
 // The label position of one tip at original coordinate p. False when the tip
 // keeps its previous effect coordinate (radial layout, tip on the centre).
 bool PlaceLabel(eTipLinkDirection direction, double offset, const double* centre,
@@ -141,66 +154,37 @@ int CKesraTipManager::InsertTip(std::string text, const double* original, const 
 
 bool CKesraTipManager::SetOrgCoord(int index, const double* coord)
 {
-    CKesraTip* tip = FindTip(index);
-    if (tip == nullptr)
-    {
-        return false;
-    }
-    tip->SetOriginalCoord(coord);
-    return true;
+    return ApplyToTip(FindTip(index), [coord](CKesraTip& tip) { tip.SetOriginalCoord(coord); });
 }
 
 bool CKesraTipManager::GetOrgCoord(int index, double* coord) const
 {
-    const CKesraTip* tip = FindTip(index);
-    if (tip == nullptr)
-    {
-        return false;
-    }
-    tip->GetOriginalCoord(coord);
-    return true;
+    return ApplyToTip(FindTip(index), [coord](CKesraTip& tip) { tip.GetOriginalCoord(coord); });
 }
 
 bool CKesraTipManager::SetEffectCoord(int index, const double* coord)
 {
-    CKesraTip* tip = FindTip(index);
-    if (tip == nullptr)
-    {
-        return false;
-    }
-    tip->SetEffectCoord(coord);
-    return true;
+    return ApplyToTip(FindTip(index), [coord](CKesraTip& tip) { tip.SetEffectCoord(coord); });
 }
 
 bool CKesraTipManager::GetEffectCoord(int index, double* coord) const
 {
-    const CKesraTip* tip = FindTip(index);
-    if (tip == nullptr)
-    {
-        return false;
-    }
-    tip->GetEffectCoord(coord);
-    return true;
+    return ApplyToTip(FindTip(index), [coord](CKesraTip& tip) { tip.GetEffectCoord(coord); });
 }
 
 bool CKesraTipManager::SetTipContext(int index, std::string text)
 {
-    CKesraTip* tip = FindTip(index);
-    if (tip == nullptr)
-    {
-        return false;
-    }
     try
     {
         // Read as a zero-terminated string, the text ends at its first zero
         // character; the record's assignment keeps the old text on failure.
-        tip->SetContext(text.c_str());
+        return ApplyToTip(FindTip(index),
+                          [&text](CKesraTip& tip) { tip.SetContext(text.c_str()); });
     }
     catch (...)
     {
         return false;
     }
-    return true;
 }
 
 bool CKesraTipManager::RemoveTip(int index)
