@@ -6,6 +6,7 @@
 
 #include "Engine/Camera.h"
 #include "Engine/ScalarBar.h"
+#include "Engine/TipManager.h"
 #include "MathKit/Vector3.h"
 
 namespace KesraTest
@@ -73,6 +74,14 @@ public:
     int ValueRangeFlag2() const { return m_valueRangeFlag2; }
 
     int deleteCalls = 0;
+};
+
+class TestTipManager : public KesraEngine::CKesraTipManager
+{
+public:
+    TestTipManager() : CKesraTipManager() {}
+
+    void DrawTips(const KesraMathKit::TKesraMatrix4<double>&, int, int) override {}
 };
 
 } // namespace KesraTest

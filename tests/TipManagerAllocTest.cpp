@@ -1,0 +1,195 @@
+// Fault injection: this executable replaces the global operator new so that a
+// chosen allocation throws std::bad_alloc, and counts the blocks alive to see
+// that a failed operation leaks nothing.
+#include "Engine/TipManager.h"
+#include "support/TestDoubles.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+// Allocations still to succeed before one throws; negative when disarmed.
+long g_allocationsBeforeFailure = -1;
+long g_failedAllocations = 0;
+long g_liveBlocks = 0;
+
+void* Allocate(std::size_t size)
+{
+    if (g_allocationsBeforeFailure == 0)
+    {
+        g_allocationsBeforeFailure = -1;
+        ++g_failedAllocations;
+        throw std::bad_alloc();
+    }
+    if (g_allocationsBeforeFailure > 0)
+    {
+        --g_allocationsBeforeFailure;
+    }
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr)
+    {
+        throw std::bad_alloc();
+    }
+    ++g_liveBlocks;
+    return block;
+}
+
+void Release(void* block) noexcept
+{
+    if (block != nullptr)
+    {
+        --g_liveBlocks;
+        std::free(block);
+    }
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* block) noexcept { Release(block); }
+void operator delete[](void* block) noexcept { Release(block); }
+void operator delete(void* block, std::size_t) noexcept { Release(block); }
+void operator delete[](void* block, std::size_t) noexcept { Release(block); }
+
+namespace
+{
+
+using Coord = std::array<double, 3>;
+
+class ProbedTipManager : public KesraTest::TestTipManager
+{
+public:
+    std::string Text(int index) const { return GetTip(index)->GetContext(); }
+};
+
+// Everything a host can observe of the tips.
+struct TipSnapshot
+{
+    std::string text;
+    Coord original;
+    Coord effect;
+    bool operator==(const TipSnapshot& o) const
+    {
+        return text == o.text && original == o.original && effect == o.effect;
+    }
+};
+
+std::vector<TipSnapshot> Snapshot(const ProbedTipManager& manager)
+{
+    std::vector<TipSnapshot> tips(static_cast<std::size_t>(manager.GetTipsNum()));
+    for (int i = 0; i < manager.GetTipsNum(); ++i)
+    {
+        TipSnapshot& tip = tips[static_cast<std::size_t>(i)];
+        tip.text = manager.Text(i);
+        manager.GetOrgCoord(i, tip.original.data());
+        manager.GetEffectCoord(i, tip.effect.data());
+    }
+    return tips;
+}
+
+// Runs call(copy of text) with the allocation number n (0, 1, 2, ...) made to
+// fail, for growing n, until a run needs fewer allocations than n. The copy is
+// made before the failure is armed, so that only the operation's own
+// allocations can fail. Each failed run must answer failed, leave the tips as
+// they were and leak nothing. Returns the number of failed runs; the manager
+// ends in the state of the run that succeeded.
+template <typename Call, typename Failed>
+int FailEachAllocation(const ProbedTipManager& manager, const std::string& text, Call call,
+                       Failed failed)
+{
+    for (long n = 0;; ++n)
+    {
+        const std::vector<TipSnapshot> before = Snapshot(manager);
+        const long liveBefore = g_liveBlocks;
+        const long failuresBefore = g_failedAllocations;
+        bool result = false;
+        {
+            std::string argument = text;
+            g_allocationsBeforeFailure = n;
+            result = failed(call(std::move(argument)));
+            g_allocationsBeforeFailure = -1;
+        }
+        if (g_failedAllocations == failuresBefore)
+        {
+            EXPECT_FALSE(result) << "allocation " << n;
+            return static_cast<int>(n);
+        }
+        EXPECT_TRUE(result) << "allocation " << n;
+        EXPECT_EQ(g_liveBlocks, liveBefore) << "allocation " << n << " leaked";
+        EXPECT_TRUE(Snapshot(manager) == before) << "allocation " << n;
+    }
+}
+
+TEST(TipManagerAllocTest, InsertTipReportsExhaustedMemoryAndKeepsTheList)
+{
+    ProbedTipManager manager;
+    const std::string text(40, 'x'); // longer than any in-place string buffer
+    const Coord original{1, 2, 3};
+    const Coord effect{4, 5, 6};
+    // Nine insertions pass through several growths of the list.
+    for (int expected = 0; expected < 9; ++expected)
+    {
+        const int failures = FailEachAllocation(
+            manager, text,
+            [&](std::string&& t) {
+                return manager.InsertTip(std::move(t), original.data(), effect.data());
+            },
+            [](int index) { return index == -1; });
+        if (expected == 0)
+        {
+            EXPECT_GE(failures, 2) << "the record and the first list block";
+        }
+        ASSERT_EQ(manager.GetTipsNum(), expected + 1);
+        EXPECT_EQ(manager.Text(expected), text);
+    }
+}
+
+TEST(TipManagerAllocTest, SetTipContextReportsExhaustedMemoryAndKeepsTheText)
+{
+    ProbedTipManager manager;
+    const Coord zero{};
+    manager.InsertTip("short", zero.data(), zero.data());
+    manager.InsertTip("other", zero.data(), zero.data());
+    const std::string longer(64, 'y');
+    const int failures = FailEachAllocation(
+        manager, longer, [&](std::string&& t) { return manager.SetTipContext(1, std::move(t)); },
+        [](bool done) { return !done; });
+    EXPECT_GE(failures, 1);
+    EXPECT_EQ(manager.Text(1), longer);
+    EXPECT_EQ(manager.Text(0), "short");
+}
+
+TEST(TipManagerAllocTest, FailedAssignmentLeavesTheTarget)
+{
+    ProbedTipManager source;
+    ProbedTipManager target;
+    const Coord zero{};
+    for (int i = 0; i < 3; ++i)
+    {
+        source.InsertTip(std::string(30, char('a' + i)), zero.data(), zero.data());
+    }
+    target.InsertTip("mine", zero.data(), zero.data());
+    target.SetTextColor(9, 9, 9);
+
+    const long liveBefore = g_liveBlocks;
+    g_allocationsBeforeFailure = 3;
+    EXPECT_THROW(target = source, std::bad_alloc);
+    g_allocationsBeforeFailure = -1;
+    EXPECT_EQ(g_liveBlocks, liveBefore);
+    ASSERT_EQ(target.GetTipsNum(), 1);
+    EXPECT_EQ(target.Text(0), "mine");
+    unsigned char r = 0, g = 0, b = 0;
+    target.GetTextColor(r, g, b);
+    EXPECT_EQ(r, 9);
+}
+
+} // namespace
