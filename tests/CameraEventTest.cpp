@@ -306,15 +306,39 @@ TEST(CameraEventTest, HandlerExceptionPassesThroughAndStopsTheWalk)
     EXPECT_EQ(log, (Log{"B"}));
 }
 
-TEST(CameraEventTest, CameraWithoutHandlersJustChangesState)
+TEST(CameraEventTest, HandlersSeeTheStateOfTheFinishedStep)
 {
     TestCamera camera(800, 600);
-    camera.SetRotateMatrix(Matrix::IDENTITY);
-    camera.SetScale(2.0f);
-    camera.SetTranslation(1.0f, 2.0f);
-    camera.ZoomAll(0.0f, 1.0f, 0.0f, 1.0f, 0.0f, 1.0f);
-    camera.NotifyTransformUpdateInterface();
-    EXPECT_EQ(camera.GetModified(), 1);
+    RecordingHandler handler;
+    camera.RegisterEventHandler(&handler);
+
+    // ZoomAll recomputes the bounds before it notifies.
+    float rightSeen = 0.0f;
+    handler.onEvent = [&] {
+        float l;
+        int w;
+        camera.GetWidthParametersDirect(l, rightSeen, w);
+    };
+    camera.ZoomAll(0.0f, 10.0f, 0.0f, 10.0f, 0.0f, 10.0f);
+    EXPECT_EQ(rightSeen, 800.0f * 0.5f * camera.GetScale());
+
+    // The last smooth step is notified as the last one.
+    camera.SetSmoothRotateFrames(2);
+    camera.SetRotateMatrixToFrontView(true);
+    std::vector<bool> rotatingSeen;
+    handler.onEvent = [&] { rotatingSeen.push_back(camera.IsSmoothRotate()); };
+    camera.SmoothRotateImpl();
+    camera.SmoothRotateImpl();
+    EXPECT_EQ(rotatingSeen, (std::vector<bool>{true, false}));
+
+    // A six-sides step is notified after the frame advanced.
+    camera.SetSixSidesInspectionSidePauses(0, false);
+    camera.SetSixSidesInspection(true, false);
+    std::vector<int> framesSeen;
+    handler.onEvent = [&] { framesSeen.push_back(camera.SixSidesCurrentFrame()); };
+    camera.SixSidesInspectionImpl();
+    camera.SixSidesInspectionImpl();
+    EXPECT_EQ(framesSeen, (std::vector<int>{1, 2}));
 }
 
 } // namespace

@@ -243,6 +243,18 @@ TEST(CameraTest, ModifiedFlagLifecycle)
     expectMarks("SetRotateCenter", [&] { camera.SetRotateCenter(1.0f, 2.0f, 3.0f); });
     expectMarks("ZoomAll", [&] { camera.ZoomAll(0.0f, 1.0f, 0.0f, 1.0f, 0.0f, 1.0f); });
     expectMarks("SetRotateAngle", [&] { camera.SetRotateAngle(10.0, 20.0, 30.0); });
+    expectMarks("SetRotateMatrixToTopView(true)", [&] { camera.SetRotateMatrixToTopView(true); });
+    expectMarks("SmoothRotateImpl", [&] { camera.SmoothRotateImpl(); });
+    camera.SetSixSidesInspection(true, false);
+    expectMarks("SixSidesInspectionImpl", [&] { camera.SixSidesInspectionImpl(); });
+
+    // Starting or configuring the six-sides tour does not mark the camera.
+    camera.GetWorldToViewMatrix();
+    camera.SetSixSidesInspection(true, true);
+    camera.SetSixSidesInspectionSideFrames(4, true);
+    camera.SetSixSidesInspectionSidePauses(1, true);
+    camera.SetSmoothRotateFrames(3);
+    EXPECT_EQ(camera.GetModified(), 0);
 
     // Recomputing the bounds and reading state leave the flag alone; a
     // projection clears it.

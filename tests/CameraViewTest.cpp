@@ -97,6 +97,15 @@ TEST(CameraViewTest, ImmediateViewsSetExactMatricesAndNotifyOnceThenMarkModified
         EXPECT_EQ(modifiedSeen, std::vector<int>{0});
         EXPECT_EQ(camera.GetModified(), 1);
         EXPECT_FALSE(camera.IsSmoothRotate());
+
+        // Smoothly: the target is set, nothing moves and nobody is told.
+        camera.SetRotateAngle(12.0, 34.0, 56.0);
+        handler.events.clear();
+        const Matrix before = camera.GetRotateMatrix();
+        (camera.*view.set)(true);
+        EXPECT_TRUE(handler.events.empty());
+        EXPECT_EQ(camera.GetRotateMatrix(), before);
+        EXPECT_EQ(camera.SmoothTargetAngles(), view.angles);
     }
 }
 
@@ -139,6 +148,15 @@ TEST(CameraViewTest, ProjectionsAfterStandardViews)
     camera.SetRotateMatrixToRightView(false);
     camera.ProjectPointWorldToView(Vec(0, 1, 0), out);  // +y to the right
     EXPECT_EQ(out, Vec(401, 300, 0));
+    camera.SetRotateMatrixToLeftView(false);
+    camera.ProjectPointWorldToView(Vec(1, 1, 1), out);  // -y right, +z up, -x toward viewer
+    EXPECT_EQ(out, Vec(399, 301, -1));
+    camera.SetRotateMatrixToBackView(false);
+    camera.ProjectPointWorldToView(Vec(1, 1, 1), out);  // -x right, +z up, +y toward viewer
+    EXPECT_EQ(out, Vec(399, 301, 1));
+    camera.SetRotateMatrixToTopView(false);
+    camera.ProjectPointWorldToView(Vec(1, 1, 1), out);
+    EXPECT_EQ(out, Vec(401, 301, 1));
 
     camera.SetRotateMatrixToBottomView(false);
     camera.ProjectPointWorldToView(Vec(1, 0, 1), out);  // -x right, -z toward viewer
@@ -212,10 +230,8 @@ TEST(CameraViewTest, GimbalLockPutsTheWholeTurnIntoTheFirstAngle)
     EXPECT_EQ(angles.z, 0.0);
 
     camera.SetRotateAngle(30.0, 90.0, 10.0);
-    if (camera.GetRotateMatrix()[8] == 1.0)
-    {
-        ExpectAnglesNear(Vec(40, 90, 0), Angles(camera), 1e-9);
-    }
+    ASSERT_EQ(camera.GetRotateMatrix()[8], 1.0);
+    ExpectAnglesNear(Vec(40, 90, 0), Angles(camera), 1e-9);
 }
 
 TEST(CameraViewTest, ProtectedExtractionMatchesGetRotateAngle)
@@ -328,6 +344,16 @@ TEST(CameraViewTest, SecondSmoothStartRestartsFromTheReachedOrientation)
     EXPECT_EQ(camera.SmoothCurrentFrame(), 0);
     camera.SmoothRotateImpl();
     ExpectAnglesNear(Vec(0.8 * -36 + 0.2 * -90, 0, 0.2 * -180), Angles(camera), 1e-9);
+
+    // Each angle is (1 - t) * start + t * target, in that form: the matrix is
+    // that of exactly these angles.
+    const Vec start = camera.SmoothStartAngles();
+    const Vec target = camera.SmoothTargetAngles();
+    camera.SmoothRotateImpl();
+    const double t = 2.0 / 5.0;
+    EXPECT_EQ(camera.GetRotateMatrix(), FromAngles((1.0 - t) * start.x + t * target.x,
+                                                   (1.0 - t) * start.y + t * target.y,
+                                                   (1.0 - t) * start.z + t * target.z));
 }
 
 TEST(CameraViewTest, ImmediateViewStopsSmoothRotationButSetRotateAngleDoesNot)

@@ -85,7 +85,9 @@ TEST(VectorTest, NormalizeGivesUnitLengthOrZeroBelowTolerance)
 {
     Vec v(3, 0, 4);
     v.Normalize();
-    EXPECT_DOUBLE_EQ(v.x, 0.6);
+    // Multiplied by 1 / length, not divided: 3 * 0.2 is not 3 / 5.
+    EXPECT_EQ(v.x, 3.0 * (1.0 / 5.0));
+    EXPECT_NE(v.x, 3.0 / 5.0);
     EXPECT_EQ(v.y, 0.0);
     EXPECT_DOUBLE_EQ(v.z, 0.8);
 
@@ -170,14 +172,28 @@ TEST(MatrixTest, ProductReadsRowByRowInOrder)
     EXPECT_EQ(t.TransformPoint(Vec(1, 1, 1)), Vec(2, 3, 4));
 }
 
-TEST(MatrixTest, ProductSumStartsFromPositiveZero)
+TEST(MatrixTest, ProductSumsInOrderFromPositiveZero)
 {
-    // (((0 + a0 b0) + ...) turns an all-negative-zero sum into +0.
+    // Four negative-zero products: only the leading 0 makes the sum +0.
     Matrix a;
-    a(0, 0) = -1.0;
+    for (int i = 0; i < 4; ++i)
+    {
+        a(0, i) = -1.0;
+    }
+    EXPECT_FALSE(std::signbit((a * Matrix::ZERO)(0, 0)));
+
+    // ((1e16 + 1) - 1e16) + 1 is 1 in this order only.
     Matrix b;
-    const Matrix p = a * b;
-    EXPECT_FALSE(std::signbit(p(0, 0)));
+    b(0, 0) = 1e16;
+    b(0, 1) = 1.0;
+    b(0, 2) = -1e16;
+    b(0, 3) = 1.0;
+    Matrix ones;
+    for (int r = 0; r < 4; ++r)
+    {
+        ones(r, 0) = 1.0;
+    }
+    EXPECT_EQ((b * ones)(0, 0), 1.0);
 }
 
 TEST(MatrixTest, MakeRotationAboutCoordinateAxesRowByRow)
@@ -246,7 +262,8 @@ TEST(MatrixTest, MakeRotationIgnoresAxisLength)
     EXPECT_EQ(unit, twice);
 
     // Lengths whose squares underflow or overflow still give the rotation.
-    for (const double length : {1e-170, 1e-300, 1e170, 1e300, std::numeric_limits<double>::denorm_min()})
+    for (const double length : {1e-160, 1e-161, 1e-170, 1e-300, 1e170, 1e300,
+                                std::numeric_limits<double>::denorm_min()})
     {
         Matrix scaled;
         scaled.MakeRotation(90.0, 0.0, 0.0, length);

@@ -155,10 +155,12 @@ public:
     // rotation: the diagonal spans the smaller window side, the box centre
     // becomes the rotation centre and the translation is reset; then
     // OnTransformUpdate is sent. Does nothing while the window has a zero side
-    // or when a bound is not finite. A box with a zero diagonal keeps the
-    // current scale and is otherwise fitted as usual.
+    // or when a bound is not finite. A fit that gives no usable scale (a box
+    // with a zero diagonal, a window with a negative side, a diagonal beyond
+    // float) keeps the current scale and is otherwise done as usual.
     void ZoomAll(float x0, float x1, float y0, float y1, float z0, float z1);
-    // The same with box[0] ... box[5] = x0, x1, y0, y1, z0, z1.
+    // The same with box[0] ... box[5] = x0, x1, y0, y1, z0, z1; a null box is
+    // refused.
     void ZoomAll(const float* const box);
 
     // The model point shown in the middle of the window at view depth 0, as an
@@ -169,7 +171,7 @@ public:
     const Matrix& GetWorldToViewMatrix();
     // Model point to window pixels (x, y) and view depth z, through W.
     void ProjectPointWorldToView(const Vector& in, Vector& out);
-    // The same on three floats, computed in double.
+    // The same on three floats, computed in double; null arrays are refused.
     void ProjectPointWorldToView(const float* in, float* out);
 
     // ---- Observers' notification -----------------------------------------
@@ -214,7 +216,8 @@ public:
     // smooth, a smooth rotation to the top view, where the tour begins, starts.
     void SetSixSidesInspection(bool on, bool smooth);
     bool IsSixSidesInspection() const { return m_sixSidesInspection; }
-    // Ignored below 3; otherwise restarts the tour at frame 0.
+    // Ignored below 3 and above INT_MAX / 6 (the cycle would not fit in an
+    // int); otherwise restarts the tour at frame 0.
     void SetSixSidesInspectionSideFrames(int framesPerSide, bool smooth);
     int GetSixSidesInspectionSideFrames() const;
     // Negative pauses become 0; restarts the tour at frame 0.

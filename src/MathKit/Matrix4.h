@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace KesraMathKit
 {
@@ -66,10 +67,11 @@ public:
     void MakeRotation(T angle, T x, T y, T z) noexcept
     {
         T lengthSquared = (x * x + y * y) + z * z;
-        if (lengthSquared == T(0) || !std::isfinite(lengthSquared))
+        if (!(lengthSquared >= std::numeric_limits<T>::min()) || !std::isfinite(lengthSquared))
         {
-            // Squares that underflow or overflow: rescale the axis first so
-            // that any finite non-zero length still gives its rotation.
+            // Squares that overflow, underflow or lose precision as subnormals:
+            // rescale the axis first so that any finite non-zero length still
+            // gives its rotation.
             const T largest = std::max(std::abs(x), std::max(std::abs(y), std::abs(z)));
             if (largest == T(0) || !std::isfinite(largest))
             {

@@ -47,7 +47,11 @@ public:
     int SixSidesCycleFrames() const { return m_sixSidesCycleFrames; }
     int SixSidesCurrentFrame() const { return m_sixSidesCurrentFrame; }
     int SixSidesPauseCounter() const { return m_sixSidesPauseCounter; }
-    double SixSidesPhaseAngle(int i) const { return m_sixSidesPhaseAngles[i]; }
+    // 0 for an index outside 0 ... 5.
+    double SixSidesPhaseAngle(int i) const
+    {
+        return (i >= 0 && i < 6) ? m_sixSidesPhaseAngles[i] : 0.0;
+    }
 };
 
 class TestScalarBar : public KesraEngine::CKesraScalarBar
