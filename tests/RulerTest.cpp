@@ -1,0 +1,335 @@
+#include "support/TestDoubles.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace
+{
+
+using KesraTest::TestRuler;
+using Color = KesraEngine::CKesraRuler::Color;
+
+// One row of the ruler's table: a window, a zoom, and what the bar becomes.
+struct RulerCase
+{
+    int windowWidth;
+    float openGLScale;
+    int pixelWidth;
+    float length;
+    int labelFormat1;
+    int labelFormat2;
+};
+
+TestRuler CreatedRuler(int windowWidth, float openGLScale)
+{
+    TestRuler ruler;
+    EXPECT_TRUE(ruler.Create(windowWidth, 300, 0, 0));
+    ruler.SetOpenGLScale(openGLScale);
+    return ruler;
+}
+
+void ExpectDegenerate(const TestRuler& ruler)
+{
+    EXPECT_EQ(ruler.PixelWidth(), 0);
+    EXPECT_EQ(ruler.Length(), 0.0f);
+    EXPECT_EQ(ruler.LabelFormat1(), 2);
+    EXPECT_EQ(ruler.LabelFormat2(), 2);
+}
+
+TEST(RulerTest, ChoosesRoundLengthAndShortensBarExactlyInFloat)
+{
+    const RulerCase cases[] = {
+        {300, 1.0f, 100, 100.0f, 4, 1},       // exact: the bar keeps its width
+        {800, 1.0f, 200, 200.0f, 4, 1},       // 266 -> 200
+        {1000, 0.1f, 300, 3000.0f, 3, 2},     // magnitude above 3
+        {1000, 10.0f, 300, 30.0f, 4, 1},
+        {1000, 100.0f, 300, 3.0f, 2, 2},      // whole units between 1 and 10
+        {1000, 1000.0f, 300, 0.3f, 2, 2},     // tenths up to 1
+        {1000, 5000.0f, 299, 0.06f, 3, 4},    // float ratio falls just below 300
+        {1000, 50000.0f, 300, 0.006f, 2, 2},  // magnitude -3 and below
+        {600, 0.2f, 200, 1000.0f, 4, 1},      // 999.99998 rounds to 1000 in float
+        {3000, 1.0f, 1000, 1000.0f, 4, 1},
+        {30000, 1.0f, 10000, 10000.0f, 3, 2},
+        {300, 200.0f, 100, 0.5f, 2, 2},       // exact tenths keep the width
+    };
+    for (const RulerCase& c : cases)
+    {
+        const TestRuler ruler = CreatedRuler(c.windowWidth, c.openGLScale);
+        SCOPED_TRACE(testing::Message() << "width " << c.windowWidth << ", scale " << c.openGLScale);
+        EXPECT_EQ(ruler.PixelWidth(), c.pixelWidth);
+        EXPECT_EQ(ruler.Length(), c.length);
+        EXPECT_EQ(ruler.LabelFormat1(), c.labelFormat1);
+        EXPECT_EQ(ruler.LabelFormat2(), c.labelFormat2);
+        EXPECT_EQ(ruler.BlockCount(), 2);
+    }
+}
+
+TEST(RulerTest, SinglePrecisionLengthJustBelowThousandRoundsToNineHundred)
+{
+    ASSERT_EQ(300.0f / 0.3f, 999.99994f);
+    const TestRuler ruler = CreatedRuler(900, 0.3f);
+    EXPECT_EQ(ruler.Length(), 900.0f);
+    EXPECT_EQ(ruler.PixelWidth(), 270);
+    EXPECT_EQ(ruler.LabelFormat1(), 4);
+    EXPECT_EQ(ruler.LabelFormat2(), 1);
+}
+
+TEST(RulerTest, ExactnessToleranceIsOneThousandth)
+{
+    // 1000 free pixels; the unrounded lengths are 5.0009 and 5.0011.
+    const TestRuler within = CreatedRuler(3000, 1000.0f / 5.0009f);
+    EXPECT_EQ(within.Length(), 5.0f);
+    EXPECT_EQ(within.PixelWidth(), 1000);
+    const TestRuler beyond = CreatedRuler(3000, 1000.0f / 5.0011f);
+    EXPECT_EQ(beyond.Length(), 5.0f);
+    EXPECT_EQ(beyond.PixelWidth(), 999);
+}
+
+TEST(RulerTest, AutoBlockIsDecidedBeforeTheBarIsShortened)
+{
+    TestRuler wide;
+    wide.SetAutoBlock(true);
+    ASSERT_TRUE(wide.Create(780, 300, 0, 0));
+    TestRuler narrow;
+    narrow.SetAutoBlock(true);
+    ASSERT_TRUE(narrow.Create(777, 300, 0, 0));
+    EXPECT_EQ(wide.PixelWidth(), 200);
+    EXPECT_EQ(narrow.PixelWidth(), 200);
+    EXPECT_EQ(wide.BlockCount(), 4);
+    EXPECT_EQ(narrow.BlockCount(), 2);
+}
+
+TEST(RulerTest, FixedBlockCountsTurnAutoBlockOff)
+{
+    TestRuler ruler = CreatedRuler(800, 1.0f);
+    ruler.SetAutoBlock(true);
+    ruler.SetBlock4();
+    bool autoBlock = true;
+    ruler.GetAutoBlock(autoBlock);
+    EXPECT_FALSE(autoBlock);
+    EXPECT_FALSE(ruler.IsBlock2());
+    EXPECT_EQ(ruler.BlockCount(), 4);
+
+    ruler.SetAutoBlock(true); // 266 free pixels
+    EXPECT_EQ(ruler.BlockCount(), 4);
+    ruler.SetWindowSize(300, 300);
+    EXPECT_TRUE(ruler.IsBlock2());
+    ruler.SetAutoBlock(false); // keeps the last count
+    ruler.SetWindowSize(900, 300);
+    EXPECT_TRUE(ruler.IsBlock2());
+
+    ruler.SetAutoBlock(true);
+    ASSERT_EQ(ruler.BlockCount(), 4);
+    ruler.SetBlock2();
+    ruler.GetAutoBlock(autoBlock);
+    EXPECT_FALSE(autoBlock);
+    EXPECT_TRUE(ruler.IsBlock2());
+}
+
+TEST(RulerTest, DegenerateFreeWidthGivesZeroLengthWithoutLogarithm)
+{
+    TestRuler ruler;
+    ASSERT_TRUE(ruler.Create(300, 300, 298, 0)); // free width 2 < width scale 3
+    ExpectDegenerate(ruler);
+    ruler.SetStartPosition(400, 0); // beyond the window
+    ExpectDegenerate(ruler);
+    ruler.SetStartPosition(INT_MIN, 0); // no int holds the free width
+    ruler.SetWindowSize(INT_MAX, 300);
+    ruler.SetRulerWidthScale(1);
+    ExpectDegenerate(ruler);
+
+    ruler.SetStartPosition(0, 0);
+    ruler.SetOpenGLScale(std::numeric_limits<float>::infinity()); // length 0
+    ExpectDegenerate(ruler);
+}
+
+TEST(RulerTest, ExtremeZoomsGiveDefinedBars)
+{
+    TestRuler ruler = CreatedRuler(300, 1e-30f); // length 1e32: beyond int
+    EXPECT_TRUE(std::isfinite(ruler.Length()));
+    EXPECT_GT(ruler.Length(), 0.0f);
+    EXPECT_GE(ruler.PixelWidth(), 0);
+    EXPECT_LE(ruler.PixelWidth(), 100);
+
+    ruler.SetOpenGLScale(std::numeric_limits<float>::max()); // length 3e-37
+    EXPECT_GE(ruler.Length(), 0.0f);
+    EXPECT_GE(ruler.PixelWidth(), 0);
+    EXPECT_LE(ruler.PixelWidth(), 100);
+}
+
+TEST(RulerTest, RecomputesOnlyWhereItsSettersSay)
+{
+    TestRuler ruler; // nothing computed yet
+    ruler.SetStartPosition(0, 0); // unchanged: no recomputation
+    EXPECT_EQ(ruler.PixelWidth(), 0);
+    ruler.SetStartPosition(0, 5);
+    EXPECT_EQ(ruler.PixelWidth(), 100);
+
+    TestRuler sameSize;
+    sameSize.SetWindowSize(300, 300); // recomputes even without a change
+    EXPECT_EQ(sameSize.PixelWidth(), 100);
+
+    sameSize.SetRulerWidthScale(2); // 150 free pixels -> 100
+    EXPECT_EQ(sameSize.PixelWidth(), 100);
+    EXPECT_EQ(sameSize.Length(), 100.0f);
+    sameSize.SetRulerHeight(40); // no recomputation
+    sameSize.SetOpenGLScale(2.0f);
+    EXPECT_EQ(sameSize.Length(), 70.0f);
+    EXPECT_EQ(sameSize.PixelWidth(), 140);
+}
+
+TEST(RulerTest, RefusesBadArgumentsSilently)
+{
+    TestRuler ruler = CreatedRuler(800, 1.0f);
+    EXPECT_FALSE(ruler.Create(0, 300, 10, 10));
+    EXPECT_FALSE(ruler.Create(800, 0, 10, 10));
+    int x = -1;
+    int y = -1;
+    ruler.GetStartPosition(x, y);
+    EXPECT_EQ(x, 0);
+    EXPECT_EQ(y, 0);
+
+    const float badScales[] = {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()};
+    for (const float bad : badScales)
+    {
+        ruler.SetOpenGLScale(bad);
+    }
+    float scale = 0.0f;
+    ruler.GetOpenGLScale(scale);
+    EXPECT_EQ(scale, 1.0f);
+
+    ruler.SetRulerWidthScale(0);
+    ruler.SetRulerWidthScale(-2);
+    int widthScale = 0;
+    ruler.GetRulerWidthScale(widthScale);
+    EXPECT_EQ(widthScale, 3);
+    EXPECT_EQ(ruler.PixelWidth(), 200);
+
+    ruler.SetUnit("");
+    std::string unit;
+    ruler.GetUnit(unit);
+    EXPECT_EQ(unit, "[mm]");
+    ruler.SetUnit("[m]");
+    ruler.GetUnit(unit);
+    EXPECT_EQ(unit, "[m]");
+}
+
+TEST(RulerTest, HeightAboveTenSetsTruncatedReducedHeight)
+{
+    TestRuler ruler;
+    EXPECT_EQ(ruler.ReducedHeight(), 6);
+    ruler.SetRulerHeight(10);
+    int height = 0;
+    ruler.GetRulerHeight(height);
+    EXPECT_EQ(height, 10);
+    EXPECT_EQ(ruler.ReducedHeight(), 6);
+    ruler.SetRulerHeight(11);
+    ruler.GetRulerHeight(height);
+    EXPECT_EQ(height, 11);
+    EXPECT_EQ(ruler.ReducedHeight(), 7);
+    ruler.SetRulerHeight(30);
+    EXPECT_EQ(ruler.ReducedHeight(), 20);
+}
+
+TEST(RulerTest, LifecycleAndCreatedOnlyAccessors)
+{
+    TestRuler ruler;
+    EXPECT_EQ(ruler.IsCreate(), 0);
+    EXPECT_FALSE(ruler.Delete());
+
+    ruler.SetTextColor(Color(1, 2, 3, 4)); // ignored before Create
+    Color color(9, 9, 9, 9);
+    ruler.GetTextColor(color);
+    EXPECT_EQ(color, Color(9, 9, 9, 9));
+    int x = -1;
+    int y = -1;
+    ruler.GetStartPosition(x, y);
+    EXPECT_EQ(x, -1);
+
+    ASSERT_TRUE(ruler.Create(640, 480, 20, 30));
+    EXPECT_EQ(ruler.IsCreate(), 1);
+    ruler.GetTextColor(color);
+    EXPECT_EQ(color, Color(0, 0, 0, 255));
+    ruler.SetTextColor(Color(1, 2, 3, 4));
+    ruler.GetTextColor(color);
+    EXPECT_EQ(color, Color(1, 2, 3, 4));
+    ruler.GetStartPosition(x, y);
+    EXPECT_EQ(x, 20);
+    EXPECT_EQ(y, 30);
+
+    EXPECT_TRUE(ruler.Delete());
+    EXPECT_EQ(ruler.IsCreate(), 0);
+    EXPECT_FALSE(ruler.Delete());
+    int width = 0;
+    int height = 0;
+    ruler.GetWindowSize(width, height);
+    EXPECT_EQ(width, 640);
+    EXPECT_EQ(height, 480);
+
+    ruler.SetDrawRuler(-4);
+    EXPECT_EQ(ruler.GetDrawRuler(), 1);
+    ruler.SetDrawRuler(0);
+    EXPECT_EQ(ruler.GetDrawRuler(), 0);
+}
+
+TEST(RulerTest, PowerOfTenNeedsMoreThanDigits)
+{
+    const TestRuler ruler;
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 10.0, 1), 0);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 10.5, 1), 2);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 100.0, 1), 2);
+    EXPECT_EQ(ruler.GetExponentialBase(-500.0, 2.0, 1), 3); // larger magnitude
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 500.0, 3), 0);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 5000.0, 3), 4);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 0.1, 1), 0);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 0.05, 1), -2);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, -0.005, 1), -3);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 0.05, 2), 0);
+    // No power of ten to take.
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, 0.0, 1), 0);
+    EXPECT_EQ(ruler.GetExponentialBase(0.0, std::numeric_limits<double>::infinity(), 1), 0);
+    EXPECT_EQ(ruler.GetExponentialBase(std::numeric_limits<double>::quiet_NaN(), 0.0, 1), 0);
+}
+
+TEST(RulerTest, EstimatesLabelWidthByteByByte)
+{
+    const TestRuler ruler;
+    EXPECT_EQ(ruler.CalculateStringWdith(""), 6);
+    EXPECT_EQ(ruler.CalculateStringWdith("[mm]"), 22);
+    EXPECT_EQ(ruler.CalculateStringWdith("12"), 18);
+    EXPECT_EQ(ruler.CalculateStringWdith("1.25"), 27);
+    EXPECT_EQ(ruler.CalculateStringWdith("Ab z"), 6 + 8 + 5 + 3 + 5);
+    EXPECT_EQ(ruler.CalculateStringWdith("\xE9\x7F"), 6 + 3 + 3);
+}
+
+TEST(RulerTest, CopiesAreIndependent)
+{
+    TestRuler source = CreatedRuler(800, 1.0f);
+    source.SetUnit("[m]");
+    source.SetTextColor(Color(5, 6, 7, 8));
+    TestRuler copy(source);
+    source.SetUnit("[km]");
+    source.SetWindowSize(300, 300);
+
+    std::string unit;
+    copy.GetUnit(unit);
+    EXPECT_EQ(unit, "[m]");
+    EXPECT_EQ(copy.IsCreate(), 1);
+    EXPECT_EQ(copy.PixelWidth(), 200);
+    EXPECT_EQ(copy.Length(), 200.0f);
+    Color color;
+    copy.GetTextColor(color);
+    EXPECT_EQ(color, Color(5, 6, 7, 8));
+
+    TestRuler assigned;
+    assigned = source;
+    EXPECT_EQ(assigned.PixelWidth(), 100);
+    assigned.GetUnit(unit);
+    EXPECT_EQ(unit, "[km]");
+}
+
+} // namespace
