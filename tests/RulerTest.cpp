@@ -55,6 +55,10 @@ TEST(RulerTest, ChoosesRoundLengthAndShortensBarExactlyInFloat)
         {3000, 1.0f, 1000, 1000.0f, 4, 1},
         {30000, 1.0f, 10000, 10000.0f, 3, 2},
         {300, 200.0f, 100, 0.5f, 2, 2},       // exact tenths keep the width
+        // The shortening ratio in float: in double these give 69, 73 and 309.
+        {300, 0.7f, 70, 100.0f, 4, 1},
+        {300, 37.0f, 74, 2.0f, 2, 2},
+        {1000, 31.0f, 310, 10.0f, 4, 1},
     };
     for (const RulerCase& c : cases)
     {
