@@ -4,7 +4,13 @@
 // changes no behaviour of its base.
 #pragma once
 
+#include "Engine/Axis.h"
 #include "Engine/Camera.h"
+#include "Engine/DraggedArea.h"
+#include "Engine/Font.h"
+#include "Engine/Light.h"
+#include "Engine/Renderer.h"
+#include "Engine/Ruler.h"
 #include "Engine/ScalarBar.h"
 #include "Engine/TipManager.h"
 #include "MathKit/Vector3.h"
@@ -86,6 +92,114 @@ public:
     TestTipManager() : CKesraTipManager() {}
 
     void DrawTips(const KesraMathKit::TKesraMatrix4<double>&, int, int) override {}
+};
+
+class TestRenderer : public KesraEngine::CKesraRenderer
+{
+public:
+    TestRenderer(int width, int height) : CKesraRenderer(width, height) {}
+
+    bool CreateContext() override { return false; }
+    void DestroyContext() override {}
+    bool MakeCurrent() override { return false; }
+    void InitializeState() override {}
+    void Render() override {}
+    void DrawBackground() override {}
+    void DrawScene() override {}
+    void DrawOverlays() override {}
+    void DrawTitle() override {}
+    void ApplySmoothing() override {}
+    void ApplyPolygonOffset() override {}
+    void SwapBuffers() override {}
+    void Invalidate() override {}
+    bool ReadPixels(int, int, int, int, unsigned char*) override { return false; }
+    float ReadDepth(int, int) override { return 0.0f; }
+    void OnResize(int width, int height) override
+    {
+        ++resizeCalls;
+        resizedWidth = width;
+        resizedHeight = height;
+    }
+
+    int resizeCalls = 0;
+    int resizedWidth = 0;
+    int resizedHeight = 0;
+};
+
+class TestLight : public KesraEngine::CKesraLight
+{
+public:
+    TestLight() = default;
+
+    void Apply() override {}
+    void TurnOn() override {}
+    void TurnOff() override {}
+    void DrawSymbol() override {}
+
+    int BackendSlot() const { return m_backendSlot; }
+};
+
+class TestFont : public KesraEngine::CKesraFont
+{
+public:
+    TestFont() = default;
+    ~TestFont() = default;
+};
+
+class TestDraggedArea : public KesraEngine::CKesraDraggedArea
+{
+public:
+    TestDraggedArea(int width, int height) : CKesraDraggedArea(width, height) {}
+
+    bool OnMouseDown(int, int) override { return false; }
+    bool OnMouseMove(int, int) override { return false; }
+    bool OnMouseUp(int, int) override { return false; }
+    void CancelDrag() override {}
+    void OnAreaSelected(int, int, int, int) override {}
+    void BeginOverlay() override {}
+    void EndOverlay() override {}
+    void Draw() override {}
+    void Erase() override {}
+    void SetLineWidth(float) override {}
+    void RequestRedraw() override {}
+
+    // What the backend's mouse handling records during a drag.
+    void SimulateDrag(int x0, int y0, int x1, int y1)
+    {
+        m_dragged = true;
+        m_mouseStartX = x0;
+        m_mouseStartY = y0;
+        m_mouseEndX = x1;
+        m_mouseEndY = y1;
+    }
+};
+
+class TestAxis : public KesraEngine::CKesraAxis
+{
+public:
+    TestAxis() = default;
+
+    void Draw() override {}
+
+    float ScaleX() const { return m_scaleX; }
+    float ScaleY() const { return m_scaleY; }
+};
+
+class TestRuler : public KesraEngine::CKesraRuler
+{
+public:
+    TestRuler() = default;
+
+    using CKesraRuler::CalculateStringWdith;
+    using CKesraRuler::GetExponentialBase;
+    using CKesraRuler::UpdateWidthFactor;
+
+    int PixelWidth() const { return m_rulerPixelWidth; }
+    float Length() const { return m_rulerLength; }
+    int BlockCount() const { return m_blockCount; }
+    int LabelFormat1() const { return m_labelFormat1; }
+    int LabelFormat2() const { return m_labelFormat2; }
+    int ReducedHeight() const { return m_reducedHeight; }
 };
 
 } // namespace KesraTest

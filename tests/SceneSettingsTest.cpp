@@ -1,0 +1,202 @@
+#include "support/TestDoubles.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace
+{
+
+using KesraTest::TestDraggedArea;
+using KesraTest::TestFont;
+using KesraTest::TestLight;
+using Color = KesraMathKit::TKesraGenColor<unsigned char>;
+using Vector = KesraMathKit::TKesraVector3<double>;
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInf = std::numeric_limits<float>::infinity();
+
+TEST(LightTest, Defaults)
+{
+    const TestLight light;
+    EXPECT_EQ(light.GetName(), "Default");
+    EXPECT_EQ(light.GetIntensity(), 1.0f);
+    EXPECT_EQ(light.GetExponent(), 1.0f);
+    EXPECT_EQ(light.GetConeAngle(), 180.0f);
+    EXPECT_EQ(light.GetSwitch(), 1);
+    EXPECT_EQ(light.GetFocalPoint(), Vector(0, 0, -1));
+    EXPECT_EQ(light.GetAttenuationValues(), Vector(1, 0, 0));
+    EXPECT_EQ(light.GetColor(), Color(255, 255, 255, 0));
+    EXPECT_EQ(light.BackendSlot(), -1);
+}
+
+TEST(LightTest, IntensityOutsideZeroToOneIsIgnored)
+{
+    TestLight light;
+    light.SetIntensity(0.0f);
+    EXPECT_EQ(light.GetIntensity(), 0.0f);
+    light.SetIntensity(0.4f);
+    for (const float refused : {1.5f, -0.1f, 1.0000001f, -1e-7f, kNaN, kInf})
+    {
+        light.SetIntensity(refused);
+        EXPECT_EQ(light.GetIntensity(), 0.4f) << refused;
+    }
+    light.SetIntensity(1.0f);
+    EXPECT_EQ(light.GetIntensity(), 1.0f);
+}
+
+TEST(LightTest, ExponentAndConeAngleAreClampedAtInclusiveBounds)
+{
+    struct Case
+    {
+        float in;
+        float exponent;
+        float coneAngle;
+    };
+    const Case cases[] = {
+        {-3.0f, 0.0f, 0.0f},      {0.0f, 0.0f, 0.0f},       {45.0f, 45.0f, 45.0f},
+        {128.0f, 128.0f, 128.0f}, {150.0f, 128.0f, 150.0f}, {180.0f, 128.0f, 180.0f},
+        {270.0f, 128.0f, 180.0f}, {-kInf, 0.0f, 0.0f},
+    };
+    for (const Case& c : cases)
+    {
+        TestLight light;
+        light.SetExponent(c.in);
+        light.SetConeAngle(c.in);
+        EXPECT_EQ(light.GetExponent(), c.exponent) << c.in;
+        EXPECT_EQ(light.GetConeAngle(), c.coneAngle) << c.in;
+    }
+    TestLight light; // NaN lies in no range: ignored
+    light.SetExponent(kNaN);
+    light.SetConeAngle(kNaN);
+    EXPECT_EQ(light.GetExponent(), 1.0f);
+    EXPECT_EQ(light.GetConeAngle(), 180.0f);
+}
+
+TEST(LightTest, SwitchTypeAndAttenuation)
+{
+    TestLight light;
+    light.SetSwitch(-5);
+    EXPECT_EQ(light.GetSwitch(), 1);
+    light.SetLightType(2);
+    EXPECT_EQ(light.GetLightType(), 2);
+    light.SetLightType(3);
+    EXPECT_EQ(light.GetLightType(), 0);
+    light.SetLightType(1);
+    light.SetLightType(-1);
+    EXPECT_EQ(light.GetLightType(), 0);
+
+    light.SetAttenuationValues(0.5f, 0.25f, 0.1f); // widened, not re-rounded
+    EXPECT_EQ(light.GetAttenuationValues(), Vector(0.5, 0.25, static_cast<double>(0.1f)));
+}
+
+TEST(LightTest, CopiesCarryEveryFieldIncludingBackendSlot)
+{
+    // A backend that claims a slot, as a real one does for its light number.
+    class SlottedLight : public TestLight
+    {
+    public:
+        explicit SlottedLight(int slot) { m_backendSlot = slot; }
+    };
+    SlottedLight source(3);
+    source.SetName("Key");
+    source.SetConeAngle(30.0f);
+    source.SetColor(Color(9, 8, 7, 6));
+
+    SlottedLight copy(source);
+    source.SetName("Fill");
+    EXPECT_EQ(copy.GetName(), "Key");
+    EXPECT_EQ(copy.GetConeAngle(), 30.0f);
+    EXPECT_EQ(copy.GetColor(), Color(9, 8, 7, 6));
+    EXPECT_EQ(copy.BackendSlot(), 3);
+
+    SlottedLight assigned(0);
+    assigned = source;
+    EXPECT_EQ(assigned.GetName(), "Fill");
+    EXPECT_EQ(assigned.BackendSlot(), 3);
+}
+
+TEST(FontTest, StoresValuesUnchangedAndCopies)
+{
+    TestFont font;
+    EXPECT_EQ(font.GetFace(), "Arial");
+    EXPECT_EQ(font.GetSize(), 14);
+    EXPECT_EQ(font.GetBold(), 0);
+    EXPECT_EQ(font.GetItalic(), 0);
+
+    font.SetBold(3);
+    font.SetItalic(-1);
+    font.SetSize(-2);
+    font.SetFace("");
+    TestFont copy(font);
+    font.SetFace("Times");
+    EXPECT_EQ(copy.GetBold(), 3);
+    EXPECT_EQ(copy.GetItalic(), -1);
+    EXPECT_EQ(copy.GetSize(), -2);
+    EXPECT_EQ(copy.GetFace(), "");
+    copy = font;
+    EXPECT_EQ(copy.GetFace(), "Times");
+}
+
+void ExpectMouse(const TestDraggedArea& area, int x0, int y0, int x1, int y1)
+{
+    int x = -1;
+    int y = -1;
+    area.GetMouseStart(x, y);
+    EXPECT_EQ(x, x0);
+    EXPECT_EQ(y, y0);
+    area.GetMouseEnd(x, y);
+    EXPECT_EQ(x, x1);
+    EXPECT_EQ(y, y1);
+}
+
+TEST(DraggedAreaTest, StartsIdleAndEveryEnableEndsADrag)
+{
+    TestDraggedArea area(800, 600);
+    EXPECT_FALSE(area.IsEnable());
+    EXPECT_FALSE(area.IsDragged());
+    int width = 0;
+    int height = 0;
+    area.GetWindowSize(width, height);
+    EXPECT_EQ(width, 800);
+    EXPECT_EQ(height, 600);
+    Color color;
+    area.GetColor(color);
+    EXPECT_EQ(color, Color(30, 40, 50, 255));
+    ExpectMouse(area, 0, 0, 0, 0);
+
+    area.SimulateDrag(10, 20, 300, 400);
+    area.SetEanble(true);
+    EXPECT_TRUE(area.IsEnable());
+    EXPECT_FALSE(area.IsDragged());
+    ExpectMouse(area, 10, 20, 300, 400); // the rectangle stays readable
+    area.SimulateDrag(1, 2, 3, 4);
+    area.SetEanble(false);
+    EXPECT_FALSE(area.IsEnable());
+    EXPECT_FALSE(area.IsDragged());
+}
+
+TEST(DraggedAreaTest, CopiesAreIndependent)
+{
+    TestDraggedArea source(800, 600);
+    source.SetEanble(true);
+    source.SetColor(Color(5, 6, 7, 0));
+    source.SimulateDrag(1, 2, 3, 4);
+    TestDraggedArea copy(source);
+    source.SetEanble(false);
+    source.SimulateDrag(9, 9, 9, 9);
+
+    EXPECT_TRUE(copy.IsEnable());
+    EXPECT_TRUE(copy.IsDragged());
+    ExpectMouse(copy, 1, 2, 3, 4);
+    Color color;
+    copy.GetColor(color);
+    EXPECT_EQ(color, Color(5, 6, 7, 0));
+
+    TestDraggedArea assigned(1, 1);
+    assigned = source;
+    EXPECT_FALSE(assigned.IsEnable());
+    ExpectMouse(assigned, 9, 9, 9, 9);
+}
+
+} // namespace
