@@ -5,7 +5,11 @@
 #pragma once
 
 #include "Engine/Camera.h"
+#include "Engine/Streamline.h"
+#include "Engine/StreamlineFactory.h"
 #include "MathKit/Vector3.h"
+
+#include <list>
 
 namespace KesraTest
 {
@@ -46,6 +50,31 @@ public:
     int SixSidesCurrentFrame() const { return m_sixSidesCurrentFrame; }
     int SixSidesPauseCounter() const { return m_sixSidesPauseCounter; }
     double SixSidesPhaseAngle(int i) const { return m_sixSidesPhaseAngles[i]; }
+};
+
+class TestStreamline : public KesraEngine::CKesraStreamline
+{
+public:
+    TestStreamline() = default;
+
+    void DrawStreamline() override {}
+
+    double Radius() const { return m_radius; }
+    double AuxiliarySize() const { return m_auxiliarySize; }
+};
+
+// A factory double for tests that need an IKesraStreamlineFactory: it makes
+// TestStreamline objects and owns them, as a backend's factory would.
+class TestStreamlineFactory : public KesraEngine::IKesraStreamlineFactory
+{
+public:
+    KesraEngine::CKesraStreamline* MakeStreamline() override { return &m_made.emplace_back(); }
+
+    int MadeCount() const { return static_cast<int>(m_made.size()); }
+
+private:
+    // A list keeps every streamline at its address while more are made.
+    std::list<TestStreamline> m_made;
 };
 
 } // namespace KesraTest
