@@ -70,26 +70,49 @@ TEST(IntersectorTest, ConstructionBindsWithTypeZero)
     EXPECT_EQ(&kPlaneZ0, &query.GetPlane());
 }
 
-TEST(IntrLine3Plane3Test, CrossingGivesParameterInMultiplesOfTheDirection)
+// Inputs with the line query's answer; the parameter is in multiples of the
+// direction and only meaningful when the line finds a point or lies in the plane.
+struct PlaneCase
 {
-    const Plane plane(Vec(0, 0, 1), 5.0);
-    Line line(Vec(0, 0, 0), Vec(0, 0, 1));
-    LineQuery query(line, plane);
-    ASSERT_TRUE(query.Find());
-    EXPECT_EQ(Base::INTERSECTION_POINT, query.GetIntersectionType());
-    EXPECT_EQ(5.0, query.GetLineParameter());
+    Vec origin;
+    Vec direction;
+    Plane plane;
+    bool lineFinds;
+    int type;
+    double parameter;
+};
 
-    line.direction = Vec(0, 0, 2);
-    ASSERT_TRUE(query.Find());
-    EXPECT_EQ(2.5, query.GetLineParameter());
+const PlaneCase kPlaneCases[] = {
+    {Vec(0, 0, 0), Vec(0, 0, 1), Plane(Vec(0, 0, 1), 5.0), true, 1, 5.0},
+    {Vec(0, 0, 0), Vec(0, 0, 2), Plane(Vec(0, 0, 1), 5.0), true, 1, 2.5},
+    {Vec(0, 0, 0), Vec(0, 0, 1), Plane(Vec(0, 0, 1), -5.0), true, 1, -5.0},
+    {Vec(1, 1, 1), Vec(0, 0, -1), Plane(Vec(0, 0, 2), 4.0), true, 1, -1.0},
+    {Vec(0, 0, 0), Vec(1, 0, 0), Plane(Vec(0, 0, 1), 5.0), false, 0, 0.0},
+    {Vec(3, 4, 0), Vec(1, 0, 0), Plane(Vec(0, 0, 1), 0.0), true, 4, 0.0},
+};
 
-    // A line has no back: the crossing behind the origin counts.
-    const Plane below(Vec(0, 0, 1), -5.0);
-    const Line up(Vec(0, 0, 0), Vec(0, 0, 1));
-    LineQuery behind(up, below);
-    EXPECT_TRUE(behind.Find());
-    EXPECT_EQ(Base::INTERSECTION_POINT, behind.GetIntersectionType());
-    EXPECT_EQ(-5.0, behind.GetLineParameter());
+TEST(IntrLine3Plane3Test, FindsCrossingsAndLinesInThePlane)
+{
+    for (const PlaneCase& c : kPlaneCases)
+    {
+        const Line line(c.origin, c.direction);
+        LineQuery query(line, c.plane);
+        EXPECT_EQ(c.lineFinds, query.Find());
+        EXPECT_EQ(c.type, query.GetIntersectionType());
+        EXPECT_EQ(c.parameter, query.GetLineParameter());
+    }
+}
+
+TEST(IntrRay3Plane3Test, AnswersAsTheLineNarrowedToNonNegativeParameters)
+{
+    for (const PlaneCase& c : kPlaneCases)
+    {
+        const Ray ray(c.origin, c.direction);
+        RayQuery query(ray, c.plane);
+        EXPECT_EQ(c.lineFinds && c.parameter >= 0.0, query.Find());
+        EXPECT_EQ(c.type, query.GetIntersectionType());
+        EXPECT_EQ(c.parameter, query.GetRayParameter());
+    }
 }
 
 TEST(IntrLine3Plane3Test, ParallelLineMissesAndKeepsItsParameter)
@@ -106,17 +129,6 @@ TEST(IntrLine3Plane3Test, ParallelLineMissesAndKeepsItsParameter)
     EXPECT_EQ(5.0, query.GetLineParameter());
     EXPECT_FALSE(query.Test());
     EXPECT_EQ(Base::INTERSECTION_EMPTY, query.GetIntersectionType());
-}
-
-TEST(IntrLine3Plane3Test, LineInPlaneGivesTypeFourAtItsOrigin)
-{
-    const Line line(Vec(3, 4, 0), Vec(1, 0, 0));
-    LineQuery query(line, kPlaneZ0);
-    EXPECT_TRUE(query.Test());
-    EXPECT_EQ(Base::INTERSECTION_LINE, query.GetIntersectionType());
-    ASSERT_TRUE(query.Find());
-    EXPECT_EQ(Base::INTERSECTION_LINE, query.GetIntersectionType());
-    EXPECT_EQ(0.0, query.GetLineParameter());
 }
 
 TEST(IntrLine3Plane3Test, TestSetsTheTypeButNeverTheParameter)
@@ -197,20 +209,6 @@ TEST(IntrLine3Plane3Test, NaNDirectionIsParallelAndNaNDistanceIsOffThePlane)
     EXPECT_EQ(Base::INTERSECTION_EMPTY, query.GetIntersectionType());
 }
 
-TEST(IntrRay3Plane3Test, CrossingAheadOfTheOrigin)
-{
-    const Plane plane(Vec(0, 0, 1), 5.0);
-    Ray ray(Vec(0, 0, 0), Vec(0, 0, 1));
-    RayQuery query(ray, plane);
-    EXPECT_TRUE(query.Find());
-    EXPECT_EQ(Base::INTERSECTION_POINT, query.GetIntersectionType());
-    EXPECT_EQ(5.0, query.GetRayParameter());
-
-    ray.direction = Vec(0, 0, 2);
-    EXPECT_TRUE(query.Find());
-    EXPECT_EQ(2.5, query.GetRayParameter());
-}
-
 TEST(IntrRay3Plane3Test, CrossingBehindTheOriginIsFalseButKeepsTypeAndParameter)
 {
     const Plane plane(Vec(0, 0, 1), -5.0);
@@ -239,15 +237,6 @@ TEST(IntrRay3Plane3Test, ParallelRayMissesAndKeepsItsParameter)
     EXPECT_FALSE(query.Test());
     EXPECT_EQ(Base::INTERSECTION_EMPTY, query.GetIntersectionType());
     EXPECT_EQ(5.0, query.GetRayParameter());
-}
-
-TEST(IntrRay3Plane3Test, RayInPlaneAnswersItsOrigin)
-{
-    const Ray ray(Vec(3, 4, 0), Vec(1, 0, 0));
-    RayQuery query(ray, kPlaneZ0);
-    EXPECT_TRUE(query.Find());
-    EXPECT_EQ(Base::INTERSECTION_LINE, query.GetIntersectionType());
-    EXPECT_EQ(0.0, query.GetRayParameter());
 }
 
 TEST(IntrRay3Plane3Test, ToleranceBoundsAreTheLineQuerys)

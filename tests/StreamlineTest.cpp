@@ -20,13 +20,25 @@ using Vec = KesraMathKit::TKesraVector3<double>;
 constexpr double kNear = 1e-12;
 const double kHalfSqrt2 = std::sqrt(2.0) / 2.0;
 
-void SetNodes(TestStreamline& tube, std::initializer_list<Vec> nodes)
+// False when a node is refused.
+bool SetNodes(TestStreamline& tube, std::initializer_list<Vec> nodes)
 {
     int node = 0;
     for (Vec p : nodes)
     {
-        ASSERT_TRUE(tube.SetNodeCoord(node++, &p.x));
+        if (!tube.SetNodeCoord(node++, &p.x))
+        {
+            return false;
+        }
     }
+    return true;
+}
+
+// Creates a tube over the nodes and generates it; false when a step is refused.
+bool MakeTube(TestStreamline& tube, int slices, double radius, std::initializer_list<Vec> nodes)
+{
+    return tube.Create(static_cast<int>(nodes.size()), slices, radius, 1.0) &&
+           SetNodes(tube, nodes) && tube.GenerationStreamline3D();
 }
 
 Vec Vertex(const TestStreamline& tube, int node, int slice)
@@ -160,9 +172,7 @@ TEST(StreamlineTest, RefusedCreateStillDiscardsTheTube)
 TEST(StreamlineTest, CreateAgainStartsFromFreshRecords)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(2, 4, 1.0, 1.0));
-    SetNodes(tube, {Vec(1, 2, 3), Vec(4, 5, 6)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 4, 1.0, {Vec(1, 2, 3), Vec(4, 5, 6)}));
     ASSERT_TRUE(tube.Create(3, 4, 1.0, 1.0));
     Vec p;
     ASSERT_TRUE(tube.GetNodeCoord(0, &p.x));
@@ -215,11 +225,9 @@ TEST(StreamlineTest, NodeAccessorsRefuseOutOfRangeAndNullBuffers)
     EXPECT_EQ(7, rgba[0]);
 
     ASSERT_TRUE(tube.SetNodeCoord(2, xyz));
-    double read[3] = {0, 0, 0};
-    ASSERT_TRUE(tube.GetNodeCoord(2, read));
-    EXPECT_EQ(7.0, read[0]);
-    EXPECT_EQ(8.0, read[1]);
-    EXPECT_EQ(9.0, read[2]);
+    std::array<double, 3> read = {0, 0, 0};
+    ASSERT_TRUE(tube.GetNodeCoord(2, read.data()));
+    EXPECT_EQ((std::array<double, 3>{7, 8, 9}), read);
 }
 
 TEST(StreamlineTest, NodeColorIsReadAsThreeBytes)
@@ -227,19 +235,15 @@ TEST(StreamlineTest, NodeColorIsReadAsThreeBytes)
     TestStreamline tube;
     ASSERT_TRUE(tube.Create(2, 4, 1.0, 1.0));
     ASSERT_TRUE(tube.SetStreamlineNodeColor(0, 10, 20, 30, 40));
-    unsigned char buffer[4] = {99, 99, 99, 99};
-    ASSERT_TRUE(tube.GetNodeColor(0, buffer));
-    EXPECT_EQ(10, buffer[0]);
-    EXPECT_EQ(20, buffer[1]);
-    EXPECT_EQ(30, buffer[2]);
-    EXPECT_EQ(99, buffer[3]);
+    using Bytes = std::array<unsigned char, 4>;
+    Bytes buffer = {99, 99, 99, 99};
+    ASSERT_TRUE(tube.GetNodeColor(0, buffer.data()));
+    EXPECT_EQ((Bytes{10, 20, 30, 99}), buffer);
 
-    unsigned char rgba[4] = {1, 2, 3, 4};
-    ASSERT_TRUE(tube.SetNodeColor(1, rgba));
-    ASSERT_TRUE(tube.GetNodeColor(1, buffer));
-    EXPECT_EQ(1, buffer[0]);
-    EXPECT_EQ(3, buffer[2]);
-    EXPECT_EQ(99, buffer[3]);
+    Bytes rgba = {1, 2, 3, 4};
+    ASSERT_TRUE(tube.SetNodeColor(1, rgba.data()));
+    ASSERT_TRUE(tube.GetNodeColor(1, buffer.data()));
+    EXPECT_EQ((Bytes{1, 2, 3, 99}), buffer);
 }
 
 TEST(StreamlineTest, RingAccessorsTestNodeAndRingIndex)
@@ -271,7 +275,7 @@ TEST(StreamlineTest, CopiesAreDeep)
 {
     TestStreamline source;
     ASSERT_TRUE(source.Create(3, 5, 0.5, 2.0));
-    SetNodes(source, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(1, 0, 1)});
+    ASSERT_TRUE(SetNodes(source, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(1, 0, 1)}));
     ASSERT_TRUE(source.GenerationStreamline3D());
 
     TestStreamline constructed(source);
@@ -290,7 +294,7 @@ TEST(StreamlineTest, CopiesAreDeep)
                 EXPECT_EQ(Normal(source, node, slice), Normal(*copy, node, slice));
             }
         }
-        SetNodes(*copy, {Vec(5, 5, 5), Vec(6, 5, 5), Vec(6, 6, 5)});
+        ASSERT_TRUE(SetNodes(*copy, {Vec(5, 5, 5), Vec(6, 5, 5), Vec(6, 6, 5)}));
         ASSERT_TRUE(copy->GenerationStreamline3D());
     }
     Vec p;
@@ -320,9 +324,7 @@ TEST(StreamlineTest, FactoryDoubleMakesSeparateUncreatedStreamlines)
 TEST(StreamlineGenerationTest, StraightTube)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(3, 4, 1.0, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 2)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 4, 1.0, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 2)}));
     for (int node = 0; node < 3; ++node)
     {
         const double z = node;
@@ -338,9 +340,7 @@ TEST(StreamlineGenerationTest, FirstRingCarriesTheAngleSum)
     constexpr int kSlices = 17;
     constexpr double kRadius = 0.75;
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(2, kSlices, kRadius, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 3)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, kSlices, kRadius, {Vec(0, 0, 0), Vec(0, 0, 3)}));
 
     const double step = 2.0 * std::acos(-1.0) / kSlices;
     double carried = 0.0;
@@ -359,9 +359,7 @@ TEST(StreamlineGenerationTest, FirstRingCarriesTheAngleSum)
 TEST(StreamlineGenerationTest, RightAngleBend)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(3, 4, 0.5, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(1, 0, 1)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 4, 0.5, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(1, 0, 1)}));
     ExpectRing(tube, 1, {Vec(0.5, 0, 0.5), Vec(0, 0.5, 1), Vec(-0.5, 0, 1.5), Vec(0, -0.5, 1)});
     ExpectNormals(tube, 1, {Vec(kHalfSqrt2, 0, -kHalfSqrt2), Vec(0, 1, 0),
                             Vec(-kHalfSqrt2, 0, kHalfSqrt2), Vec(0, -1, 0)});
@@ -376,9 +374,7 @@ TEST(StreamlineGenerationTest, FirstSegmentAlongX)
     {
         SCOPED_TRACE(length);
         TestStreamline tube;
-        ASSERT_TRUE(tube.Create(2, 3, 1.0, 1.0));
-        SetNodes(tube, {Vec(0, 0, 0), Vec(length, 0, 0)});
-        ASSERT_TRUE(tube.GenerationStreamline3D());
+        ASSERT_TRUE(MakeTube(tube, 3, 1.0, {Vec(0, 0, 0), Vec(length, 0, 0)}));
         // u = (0, 0, -d.x), v = (0, 1, 0).
         const double u = length > 0.0 ? -1.0 : 1.0;
         ExpectRing(tube, 0, {Vec(0, 0, u), Vec(0, h, -0.5 * u), Vec(0, -h, -0.5 * u)});
@@ -411,9 +407,7 @@ TEST(StreamlineGenerationTest, CoincidentNodesGiveFlatRingsAndZeroNormals)
 TEST(StreamlineGenerationTest, ReversalRepeatsTheFirstRing)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(3, 6, 1.0, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 0)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 6, 1.0, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 0)}));
     for (int j = 0; j < 6; ++j)
     {
         EXPECT_EQ(Vertex(tube, 0, j), Vertex(tube, 1, j));
@@ -426,9 +420,7 @@ TEST(StreamlineGenerationTest, OneOrTwoVerticesPerRingHaveZeroNormals)
     for (const int slices : {1, 2})
     {
         TestStreamline tube;
-        ASSERT_TRUE(tube.Create(3, slices, 1.0, 1.0));
-        SetNodes(tube, {Vec(0, 0, 0), Vec(0, 1, 1), Vec(1, 1, 2)});
-        ASSERT_TRUE(tube.GenerationStreamline3D());
+        ASSERT_TRUE(MakeTube(tube, slices, 1.0, {Vec(0, 0, 0), Vec(0, 1, 1), Vec(1, 1, 2)}));
         for (int node = 0; node < 3; ++node)
         {
             for (int j = 0; j < slices; ++j)
@@ -442,9 +434,7 @@ TEST(StreamlineGenerationTest, OneOrTwoVerticesPerRingHaveZeroNormals)
 TEST(StreamlineGenerationTest, SharpBendLeavesUnplaceableVerticesAlone)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(3, 4, 0.5, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0.2, 0.2)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 4, 0.5, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0.2, 0.2)}));
     EXPECT_EQ(Vec(0, 0, 0), Vertex(tube, 1, 1));
     ExpectNear(Vec(0, -0.5, 5.061553), Vertex(tube, 1, 3), 1e-6);
     EXPECT_EQ(Vec(0, 0, 0), Vertex(tube, 2, 1));
@@ -453,13 +443,11 @@ TEST(StreamlineGenerationTest, SharpBendLeavesUnplaceableVerticesAlone)
 TEST(StreamlineGenerationTest, UnplaceableVerticesKeepEarlierValues)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(3, 4, 0.5, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 2)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 4, 0.5, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 2)}));
     const Vec fromStraightRun = Vertex(tube, 1, 1);
     ExpectNear(Vec(0, 0.5, 1), fromStraightRun);
 
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0.2, 0.2)});
+    ASSERT_TRUE(SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0.2, 0.2)}));
     ASSERT_TRUE(tube.GenerationStreamline3D());
     EXPECT_EQ(fromStraightRun, Vertex(tube, 1, 1));
 
@@ -476,9 +464,7 @@ TEST(StreamlineGenerationTest, UnplaceableVerticesKeepEarlierValues)
 TEST(StreamlineGenerationTest, RepeatedNodeAtABend)
 {
     TestStreamline tube;
-    ASSERT_TRUE(tube.Create(4, 4, 0.5, 1.0));
-    SetNodes(tube, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 1), Vec(1, 0, 1)});
-    ASSERT_TRUE(tube.GenerationStreamline3D());
+    ASSERT_TRUE(MakeTube(tube, 4, 0.5, {Vec(0, 0, 0), Vec(0, 0, 1), Vec(0, 0, 1), Vec(1, 0, 1)}));
     ExpectRing(tube, 1, {Vec(0.5, 0, 1), Vec(0, 0.5, 1), Vec(-0.5, 0, 1), Vec(0, -0.5, 1)});
     // The repeated node's segment has no direction: only the vertices already
     // on its cutting plane x = 0 are copied.

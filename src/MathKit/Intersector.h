@@ -28,11 +28,9 @@ public:
 
     // Reserved for objects moving with the given velocities up to maxTime;
     // always false.
-    virtual bool TestMoving(Real maxTime, const Vector& velocity0, const Vector& velocity1)
+    virtual bool TestMoving(Real /*maxTime*/, const Vector& /*velocity0*/,
+                            const Vector& /*velocity1*/)
     {
-        static_cast<void>(maxTime);
-        static_cast<void>(velocity0);
-        static_cast<void>(velocity1);
         return false;
     }
 
@@ -41,11 +39,9 @@ public:
     virtual bool Test() { return false; }
 
     // Reserved like TestMoving, for the first contact; always false.
-    virtual bool FindMoving(Real maxTime, const Vector& velocity0, const Vector& velocity1)
+    virtual bool FindMoving(Real /*maxTime*/, const Vector& /*velocity0*/,
+                            const Vector& /*velocity1*/)
     {
-        static_cast<void>(maxTime);
-        static_cast<void>(velocity0);
-        static_cast<void>(velocity1);
         return false;
     }
 
