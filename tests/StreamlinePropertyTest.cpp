@@ -1,12 +1,10 @@
-// Properties of generated tubes on random smooth polylines: segments of 0.5
-// to 2 model units that turn by at most 30 degrees at a node, and radii up to
-// 0.1, so that every ring vertex can be carried forward.
-#include "MathKit/Vector3.h"
+// Properties of tubes on random smooth polylines: segments of 0.5 to 2 model
+// units turning by at most 30 degrees at a node, radii up to 0.1, so that
+// every ring vertex can be carried forward.
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <random>
 #include <vector>
 
@@ -24,125 +22,74 @@ Vec Unit(Vec v)
     return v;
 }
 
-class SmoothTube
+Vec Read(bool (TestStreamline::*get)(int, int, double* const) const, const TestStreamline& tube,
+         int node, int slice)
 {
-public:
-    explicit SmoothTube(unsigned seed) : m_random(seed)
-    {
-        const int nodeCount = Uniform(2, 12);
-        slices = Uniform(3, 24);
-        radius = Uniform(0.02, 0.1);
-        Vec direction = RandomUnit();
-        nodes.push_back(Vec(Uniform(-5.0, 5.0), Uniform(-5.0, 5.0), Uniform(-5.0, 5.0)));
-        for (int i = 1; i < nodeCount; ++i)
-        {
-            nodes.push_back(nodes.back() + direction * Uniform(0.5, 2.0));
-            // A push of at most half a unit turns by at most 30 degrees.
-            direction = Unit(direction + RandomUnit() * Uniform(0.0, 0.5));
-        }
-        EXPECT_TRUE(tube.Create(nodeCount, slices, radius, 1.0));
-        for (int i = 0; i < nodeCount; ++i)
-        {
-            EXPECT_TRUE(tube.SetNodeCoord(i, &nodes[static_cast<std::size_t>(i)].x));
-        }
-        EXPECT_TRUE(tube.GenerationStreamline3D());
-    }
-
-    int NodeCount() const { return static_cast<int>(nodes.size()); }
-    const Vec& Node(int i) const { return nodes[static_cast<std::size_t>(i)]; }
-    Vec Incoming(int i) const { return Unit(Node(i) - Node(i - 1)); }
-
-    // The normal of the cutting plane of ring i >= 1.
-    Vec CuttingNormal(int i) const
-    {
-        return i + 1 < NodeCount() ? Unit(Incoming(i) + Incoming(i + 1)) : Incoming(i);
-    }
-
-    Vec Vertex(int i, int j) const
-    {
-        Vec v;
-        EXPECT_TRUE(tube.GetSliceNodeCoord(i, j, &v.x));
-        return v;
-    }
-
-    Vec Normal(int i, int j) const
-    {
-        Vec n;
-        EXPECT_TRUE(tube.GetSliceNodeNormal(i, j, &n.x));
-        return n;
-    }
-
-    int slices = 0;
-    double radius = 0.0;
-    std::vector<Vec> nodes;
-    TestStreamline tube;
-
-private:
-    int Uniform(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_random); }
-    double Uniform(double low, double high)
-    {
-        return std::uniform_real_distribution<double>(low, high)(m_random);
-    }
-    Vec RandomUnit()
-    {
-        std::normal_distribution<double> gauss;
-        return Unit(Vec(gauss(m_random), gauss(m_random), gauss(m_random)));
-    }
-
-    std::mt19937 m_random;
-};
+    Vec v;
+    EXPECT_TRUE((tube.*get)(node, slice, &v.x));
+    return v;
+}
 
 class StreamlinePropertyTest : public ::testing::TestWithParam<unsigned>
 {
 };
 
-TEST_P(StreamlinePropertyTest, FirstRingIsACounterClockwiseCircleAroundTheFirstSegment)
+TEST_P(StreamlinePropertyTest, RingsAndNormalsOfASmoothTube)
 {
-    const SmoothTube t(GetParam());
-    const Vec axis = t.Incoming(1);
-    for (int j = 0; j < t.slices; ++j)
-    {
-        const Vec offset = t.Vertex(0, j) - t.Node(0);
-        const Vec nextOffset = t.Vertex(0, (j + 1) % t.slices) - t.Node(0);
-        EXPECT_NEAR(t.radius, offset.Length(), kNear);
-        EXPECT_NEAR(0.0, offset.Dot(axis), kNear);
-        EXPECT_GT(offset.Cross(nextOffset).Dot(axis), 0.0) << "vertex " << j;
-    }
-}
+    std::mt19937 random(GetParam());
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    std::normal_distribution<double> gauss;
+    const auto randomUnit = [&] { return Unit(Vec(gauss(random), gauss(random), gauss(random))); };
 
-TEST_P(StreamlinePropertyTest, LaterRingsLieOnTheirCuttingPlanesAlongTheIncomingSegment)
-{
-    const SmoothTube t(GetParam());
-    for (int i = 1; i < t.NodeCount(); ++i)
+    const int nodeCount = 2 + static_cast<int>(random() % 11);
+    const int slices = 3 + static_cast<int>(random() % 22);
+    const double radius = 0.02 + 0.08 * unit(random);
+    std::vector<Vec> nodes = {randomUnit() * 5.0};
+    Vec direction = randomUnit();
+    for (int i = 1; i < nodeCount; ++i)
     {
-        const Vec plane = t.CuttingNormal(i);
-        const Vec incoming = t.Incoming(i);
-        for (int j = 0; j < t.slices; ++j)
-        {
-            SCOPED_TRACE(::testing::Message() << "vertex (" << i << ", " << j << ")");
-            const Vec vertex = t.Vertex(i, j);
-            const Vec carried = vertex - t.Vertex(i - 1, j);
-            EXPECT_NEAR(0.0, plane.Dot(vertex - t.Node(i)), kNear);
-            EXPECT_NEAR(0.0, carried.Cross(incoming).Length(), kNear);
-            EXPECT_GT(carried.Dot(incoming), 0.0);
-            // Sliding along the segment keeps the distance from its axis.
-            const Vec offset = vertex - t.Node(i);
-            EXPECT_NEAR(t.radius, (offset - incoming * offset.Dot(incoming)).Length(), kNear);
-        }
+        nodes.push_back(nodes.back() + direction * (0.5 + 1.5 * unit(random)));
+        // A push of at most half a unit turns by at most 30 degrees.
+        direction = Unit(direction + randomUnit() * (0.5 * unit(random)));
     }
-}
-
-TEST_P(StreamlinePropertyTest, NormalsAreUnitAndPointAwayFromTheAxis)
-{
-    const SmoothTube t(GetParam());
-    for (int i = 0; i < t.NodeCount(); ++i)
+    TestStreamline tube;
+    ASSERT_TRUE(tube.Create(nodeCount, slices, radius, 1.0));
+    for (int i = 0; i < nodeCount; ++i)
     {
-        for (int j = 0; j < t.slices; ++j)
+        ASSERT_TRUE(tube.SetNodeCoord(i, &nodes[static_cast<std::size_t>(i)].x));
+    }
+    ASSERT_TRUE(tube.GenerationStreamline3D());
+
+    for (int i = 0; i < nodeCount; ++i)
+    {
+        const Vec node = nodes[static_cast<std::size_t>(i)];
+        // The axis at ring 0 is the first segment, elsewhere the incoming one.
+        const Vec axis = Unit(nodes[static_cast<std::size_t>(i == 0 ? 1 : i)] -
+                              nodes[static_cast<std::size_t>(i == 0 ? 0 : i - 1)]);
+        const Vec plane = i == 0 || i == nodeCount - 1
+                              ? axis
+                              : Unit(axis + Unit(nodes[static_cast<std::size_t>(i + 1)] - node));
+        for (int j = 0; j < slices; ++j)
         {
-            SCOPED_TRACE(::testing::Message() << "normal (" << i << ", " << j << ")");
-            const Vec normal = t.Normal(i, j);
+            SCOPED_TRACE(::testing::Message() << "node " << i << ", slice " << j);
+            const Vec vertex = Read(&TestStreamline::GetSliceNodeCoord, tube, i, j);
+            const Vec offset = vertex - node;
+            EXPECT_NEAR(0.0, plane.Dot(offset), kNear) << "off the cutting plane";
+            // Sliding along a segment keeps the distance from its axis.
+            EXPECT_NEAR(radius, (offset - axis * offset.Dot(axis)).Length(), kNear);
+            if (i == 0)
+            {
+                const Vec next = Read(&TestStreamline::GetSliceNodeCoord, tube, 0, (j + 1) % slices);
+                EXPECT_GT(offset.Cross(next - node).Dot(axis), 0.0) << "not counter-clockwise";
+            }
+            else
+            {
+                const Vec carried = vertex - Read(&TestStreamline::GetSliceNodeCoord, tube, i - 1, j);
+                EXPECT_NEAR(0.0, carried.Cross(axis).Length(), kNear) << "not along the segment";
+            }
+            const Vec normal = Read(&TestStreamline::GetSliceNodeNormal, tube, i, j);
             EXPECT_NEAR(1.0, normal.Length(), kNear);
-            EXPECT_GT(normal.Dot(Unit(t.Vertex(i, j) - t.Node(i))), 0.5);
+            EXPECT_GT(normal.Dot(Unit(offset)), 0.5) << "not pointing away from the axis";
         }
     }
 }
