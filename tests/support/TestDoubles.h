@@ -12,8 +12,12 @@
 #include "Engine/Renderer.h"
 #include "Engine/Ruler.h"
 #include "Engine/ScalarBar.h"
+#include "Engine/Streamline.h"
+#include "Engine/StreamlineFactory.h"
 #include "Engine/TipManager.h"
 #include "MathKit/Vector3.h"
+
+#include <list>
 
 namespace KesraTest
 {
@@ -200,6 +204,31 @@ public:
     int LabelFormat1() const { return m_labelFormat1; }
     int LabelFormat2() const { return m_labelFormat2; }
     int ReducedHeight() const { return m_reducedHeight; }
+};
+
+class TestStreamline : public KesraEngine::CKesraStreamline
+{
+public:
+    TestStreamline() = default;
+
+    void DrawStreamline() override {}
+
+    double Radius() const { return m_radius; }
+    double AuxiliarySize() const { return m_auxiliarySize; }
+};
+
+// A factory double for tests that need an IKesraStreamlineFactory: it makes
+// TestStreamline objects and owns them, as a backend's factory would.
+class TestStreamlineFactory : public KesraEngine::IKesraStreamlineFactory
+{
+public:
+    KesraEngine::CKesraStreamline* MakeStreamline() override { return &m_made.emplace_back(); }
+
+    int MadeCount() const { return static_cast<int>(m_made.size()); }
+
+private:
+    // A list keeps every streamline at its address while more are made.
+    std::list<TestStreamline> m_made;
 };
 
 } // namespace KesraTest

@@ -1,0 +1,117 @@
+// CKesraStreamline: the geometry of a tube around a polyline of nodes.
+//
+// The host creates a tube with its number of nodes N, vertices per ring S and
+// radius (model units), sets the node positions and colours, and calls
+// GenerationStreamline3D. That leaves, in the node records, a ring of S
+// vertices around every node and one outward unit normal per vertex:
+// - ring 0 is the circle of the radius perpendicular to the first segment;
+//   seen from ahead of node 0 (from where the first segment points) it runs
+//   counter-clockwise with growing ring index;
+// - every later ring is the ring before it slid along the incoming segment
+//   onto the cutting plane at its node: the plane bisecting the two segments
+//   there, or at the last node the plane perpendicular to the last segment;
+//   vertex j of one ring comes from vertex j of the ring before, so an index
+//   runs along a line of the tube. A vertex that cannot be slid there (it
+//   would have to move backwards, or the segment has no direction and the
+//   vertex is off the plane) keeps the value it had;
+// - each normal is the mean direction of the corners of the two or four
+//   quadrilaterals meeting at its vertex, (0, 0, 0) where there is none.
+//
+// Generation allocates nothing: Create sizes every record, and each plane
+// query lives on the stack.
+//
+// The class is the base of a drawing backend's streamline: its constructor is
+// protected and its one abstract operation, which the library never calls,
+// is the backend's. Copies are deep.
+#pragma once
+
+#include "Engine/StreamlineData.h"
+#include "MathKit/Export.h"
+#include "MathKit/Vector3.h"
+
+#include <vector>
+
+namespace KesraEngine
+{
+
+class KESRA_ENGINE_API CKesraStreamline
+{
+public:
+    using Vector = KesraMathKit::TKesraVector3<double>;
+
+    CKesraStreamline(const CKesraStreamline&) = default;
+    CKesraStreamline& operator=(const CKesraStreamline&) = default;
+    // Not virtual: a backend streamline is destroyed through its own type.
+    ~CKesraStreamline();
+
+    // Draws the tube, when the draw flag is set, as quadrilateral strips
+    // between consecutive rings from the ring vertices, normals and node
+    // colours of the records.
+    virtual void DrawStreamline() = 0;
+
+    // Discards any existing tube first, even when the arguments are then
+    // refused. Refused (false, node count, slice count, radius and auxiliary
+    // size kept) unless nodes > 1, slices > 0, radius > 0 and auxiliarySize
+    // > 0. Otherwise makes nodes records at (0, 0, 0) with slices ring
+    // vertices and normals at (0, 0, 0) each.
+    bool Create(int nodes, int slices, double radius, double auxiliarySize);
+    // False when not created; otherwise releases the records.
+    bool Delete();
+    bool IsCreate() const { return m_created; }
+
+    // The last accepted counts, also while not created.
+    int GetNodes() const { return m_nodeCount; }
+    int GetSlices() const { return m_sliceCount; }
+
+    // A flag for the backend; the library never reads it.
+    void SetDrawStreamline(bool draw) { m_drawStreamline = draw; }
+    bool GetDrawStreamline() const { return m_drawStreamline; }
+
+    // Node operations refuse (false, nothing changed, neither here nor in the
+    // caller's buffer) when not created, for a node index outside 0 ... N - 1
+    // and for a null buffer. Positions are three doubles x, y, z, colours four
+    // bytes red, green, blue, alpha.
+    bool SetNodeCoord(int node, double* xyz);
+    bool GetNodeCoord(int node, double* const xyz) const;
+    bool SetNodeColor(int node, unsigned char* const rgba);
+    // Writes red, green and blue only; rgb[3] stays untouched.
+    bool GetNodeColor(int node, unsigned char* const rgb) const;
+    bool SetStreamlineNodeColor(int node, unsigned char red, unsigned char green,
+                                unsigned char blue, unsigned char alpha);
+
+    // Ring operations refuse as the node operations, and in addition for a
+    // ring index outside 0 ... S - 1. A later generation overwrites what they
+    // wrote wherever it places a vertex.
+    bool SetSliceNodeCoord(int node, int slice, double const* const xyz);
+    bool GetSliceNodeCoord(int node, int slice, double* const xyz) const;
+    bool SetSliceNodeNormal(int node, int slice, double const* const xyz);
+    bool GetSliceNodeNormal(int node, int slice, double* const xyz) const;
+
+    // False when not created; otherwise recomputes every ring and normal from
+    // the node positions and returns true.
+    bool GenerationStreamline3D();
+
+protected:
+    CKesraStreamline();
+
+    bool m_created;
+    bool m_drawStreamline;
+    int m_nodeCount;
+    int m_sliceCount;
+    double m_radius;
+    // Required positive by Create and kept for the backend; unused here.
+    double m_auxiliarySize;
+    std::vector<CKesraStreamlineData> m_nodes;
+
+private:
+    bool IsNode(int node) const;
+    bool IsRingVertex(int node, int slice) const;
+    void ReleaseNodes();
+
+    // The three generation stages, in the order they run.
+    void Streamline3DFirstSlice();
+    void Streamline3DSliceNodes();
+    void Streamline3DSliceNormals();
+};
+
+} // namespace KesraEngine
