@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace KesraEngine
@@ -24,9 +25,16 @@ constexpr Palette kGreenRed = {
 
 // Ranges narrower than these are degenerate: the colour-scale top moves one
 // unit above the maximum so that the range's values take stop 0. The
-// three-value form of SetValueRange has always used the smaller one.
+// three-value form of SetValueRange uses the smaller one.
 constexpr double kDegenerateRange = 1e-16;
 constexpr double kDegenerateRangeWithCurrent = 1e-20;
+
+// a - b in 32-bit two's complement, as the layout's pixel arithmetic is
+// defined, without the undefined behaviour of a signed overflow.
+int Difference32(int a, int b)
+{
+    return static_cast<int>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
 
 double ColorScaleTop(double minimum, double maximum, double threshold)
 {
@@ -232,22 +240,20 @@ void CKesraScalarBar::GetStartPosition(int& x, int& y) const
 
 void CKesraScalarBar::UpdateEqualPartValue()
 {
-    // The free extents are exact in 64 bits, where 32 bits could overflow;
-    // where 32 bits do not overflow the floats are the same.
-    const long long freeWidth = static_cast<long long>(m_windowWidth) - m_startX;
+    const float freeWidth = static_cast<float>(Difference32(m_windowWidth, m_startX));
     if (m_direction == 0)
     {
-        const long long freeHeight = static_cast<long long>(m_windowHeight) - m_startY;
-        m_equalPartX = static_cast<float>(freeWidth) / 60.0f;
-        m_equalPartY = static_cast<float>(freeHeight) / 10.0f;
+        const float freeHeight = static_cast<float>(Difference32(m_windowHeight, m_startY));
+        m_equalPartX = freeWidth / 60.0f;
+        m_equalPartY = freeHeight / 10.0f;
     }
     else
     {
         // The other layout keeps 25 pixels at the bottom for its labels.
-        const long long freeHeight =
-            static_cast<long long>(m_windowHeight) - std::max(m_startY, 25);
-        m_equalPartX = static_cast<float>(freeWidth) * 0.0625f;
-        m_equalPartY = static_cast<float>(freeHeight) / 45.0f;
+        const float freeHeight =
+            static_cast<float>(Difference32(m_windowHeight, std::max(m_startY, 25)));
+        m_equalPartX = freeWidth * 0.0625f;
+        m_equalPartY = freeHeight / 45.0f;
     }
 }
 

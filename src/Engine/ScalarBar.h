@@ -112,9 +112,9 @@ public:
     void GetValueFormat(int& first, int& second) const;
 
     // The power of ten that labels of values up to max(|a|, |b|) are written
-    // with, for numbers of digits digits: 0 for digits 0, for magnitudes of
-    // 1e-12 or less and for infinite magnitudes. An argument that is not a
-    // number is ignored.
+    // with, for numbers of digits digits; 0 for digits 0. Magnitudes of 1e-12
+    // or less and infinite ones count as exponent 0. An argument that is not
+    // a number is ignored.
     static int GetExponentialBase(double a, double b, int digits);
 
     // Switches. -1 from the getters when not created.
