@@ -17,6 +17,7 @@ TEST(RendererTest, Defaults)
     EXPECT_EQ(renderer.GetHeight(), 480);
     EXPECT_STREQ(renderer.GetName(), "Kesra");
     EXPECT_EQ(renderer.GetTitleColor(), Color(255, 0, 0, 0));
+    EXPECT_EQ(renderer.GetBackgroundColor(), Color(255, 255, 255, 255));
     EXPECT_EQ(renderer.GetBackgroundColor2(), Color(255, 255, 255, 255));
     EXPECT_TRUE(renderer.GetDoubleBuffer());
     float para1 = 0.0f;
@@ -119,6 +120,22 @@ TEST(RendererTest, NameAndBackendOnlySettings)
     EXPECT_STREQ(renderer.GetName(), before.GetName());
     EXPECT_EQ(renderer.GetDoubleBuffer(), before.GetDoubleBuffer());
     EXPECT_EQ(renderer.GetTitleColor(), before.GetTitleColor());
+    EXPECT_EQ(renderer.GetBackgroundColor(), before.GetBackgroundColor());
+    EXPECT_EQ(renderer.GetGradient(), before.GetGradient());
+
+    // The plain setters store as given, alpha included.
+    renderer.SetBackgroundColor(Color(1, 2, 3, 4));
+    renderer.SetBackgroundColor2(Color(5, 6, 7, 8));
+    renderer.SetDoubleBuffer(false);
+    renderer.SetPolygonOffsetPara(-2.5f, 7.0f);
+    EXPECT_EQ(renderer.GetBackgroundColor(), Color(1, 2, 3, 4));
+    EXPECT_EQ(renderer.GetBackgroundColor2(), Color(5, 6, 7, 8));
+    EXPECT_FALSE(renderer.GetDoubleBuffer());
+    float para1 = 0.0f;
+    float para2 = 0.0f;
+    renderer.GetPolygonOffsetPara(para1, para2);
+    EXPECT_EQ(para1, -2.5f);
+    EXPECT_EQ(para2, 7.0f);
 }
 
 TEST(RendererTest, CopiesShareTheCameraButNotTheSettings)

@@ -180,6 +180,13 @@ TEST(RulerTest, RecomputesOnlyWhereItsSettersSay)
     sameSize.SetOpenGLScale(2.0f); // 75 -> 70
     EXPECT_EQ(sameSize.Length(), 70.0f);
     EXPECT_EQ(sameSize.PixelWidth(), 140);
+
+    // The draw switch is stored as 0 or 1.
+    EXPECT_EQ(sameSize.GetDrawRuler(), 1);
+    sameSize.SetDrawRuler(-4);
+    EXPECT_EQ(sameSize.GetDrawRuler(), 1);
+    sameSize.SetDrawRuler(0);
+    EXPECT_EQ(sameSize.GetDrawRuler(), 0);
 }
 
 TEST(RulerTest, RefusesBadArgumentsSilently)

@@ -102,8 +102,8 @@ public:
     // Makes this renderer's context current on the calling thread; false when
     // there is none.
     virtual bool MakeCurrent() = 0;
-    // Hands the stored settings (smoothing, blending, polygon offset, depth
-    // test) to a freshly created context.
+    // Hands the stored settings (smoothing switches, polygon offset) to a
+    // freshly created context.
     virtual void InitializeState() = 0;
     // Draws one whole frame: background, scene, overlays and title, then
     // presents it.

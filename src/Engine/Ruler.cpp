@@ -18,7 +18,7 @@ constexpr int kAutoBlockMinPixels = 260;
 // A round length this close to the unrounded one keeps the bar's pixel width.
 constexpr double kExactTolerance = 0.001;
 
-// The smallest height that still leaves room for the bar's blocks and label.
+// Heights up to this one leave no room for the bar's blocks and label.
 constexpr int kMinRulerHeight = 10;
 
 // Label width estimate: the margin of every label, and each byte's share.

@@ -78,8 +78,9 @@ public:
     void SetTextColor(const Color& color);
     void GetTextColor(Color& color) const;
 
-    // With auto block on, the block count is 4 for a free pixel width of 260
-    // or more (before the bar is shortened) and 2 below.
+    // With auto block on, the block count is 4 when the bar's unshortened
+    // pixel width, (window width - start x) / width scale, is 260 or more,
+    // and 2 below.
     void SetAutoBlock(bool autoBlock);
     void GetAutoBlock(bool& autoBlock) const;
     // Fixed block counts; both turn auto block off.
