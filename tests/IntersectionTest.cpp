@@ -54,15 +54,12 @@ const PlaneCase kCases[] = {
 };
 
 // Overrides nothing, so it answers with the base's queries.
-class BareQuery : public Base
-{
-};
-
 TEST(IntersectionTest, TypeValuesAndFreshQueries)
 {
-    BareQuery bare;
+    Base bare;
     EXPECT_FALSE(bare.Test());
     EXPECT_FALSE(bare.Find());
+    EXPECT_EQ(0, bare.GetIntersectionType());
     EXPECT_EQ(0, Base::INTERSECTION_EMPTY);
     EXPECT_EQ(1, Base::INTERSECTION_POINT);
     EXPECT_EQ(4, Base::INTERSECTION_LINE);
@@ -74,6 +71,8 @@ TEST(IntersectionTest, TypeValuesAndFreshQueries)
     EXPECT_FALSE(query.TestMoving(1.0, Vec(), Vec()));
     EXPECT_FALSE(query.FindMoving(1.0, Vec(), Vec()));
     EXPECT_EQ(&ray, &query.GetRay());
+    EXPECT_TRUE(query.Find());
+    EXPECT_EQ(0.0, query.GetContactTime());
 }
 
 TEST(IntersectionTest, LineFindAndTest)

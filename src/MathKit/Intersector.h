@@ -55,11 +55,11 @@ public:
     // 0: no query of the library moves its objects.
     Real GetContactTime() const { return m_contactTime; }
 
-protected:
     TKesraIntersector() = default;
     TKesraIntersector(const TKesraIntersector&) = default;
     TKesraIntersector& operator=(const TKesraIntersector&) = default;
 
+protected:
     Real m_contactTime{};
     int m_intersectionType = INTERSECTION_EMPTY;
 };
