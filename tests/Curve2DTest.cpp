@@ -183,6 +183,21 @@ TEST(Curve2DTest, MovingNeverNarrows)
     EXPECT_TRUE(changed);
     EXPECT_FALSE(VisAt(curve, 1));
     EXPECT_EQ(RangeOf(curve), (Range{-5, -1, 4, 9}));
+
+    // Copies take the nodes and the range as it stands (here held by a hidden
+    // node), and go their own way.
+    CKesraCurve2D copy(curve);
+    CKesraCurve2D assigned;
+    assigned = curve;
+    curve.SetNodeVis(1, true, changed);
+    curve.RemoveNode(1, changed);
+    for (const CKesraCurve2D* c : {&copy, &assigned})
+    {
+        ASSERT_EQ(Count(*c), 3);
+        EXPECT_EQ(NodeAt(*c, 1), (std::array<double, 2>{-5, 9}));
+        EXPECT_FALSE(VisAt(*c, 1));
+        EXPECT_EQ(RangeOf(*c), (Range{-5, -1, 4, 9}));
+    }
 }
 
 TEST(Curve2DTest, VisibilityChangesAndTheNearBoundRule)
@@ -201,9 +216,9 @@ TEST(Curve2DTest, VisibilityChangesAndTheNearBoundRule)
     curve.InsertNode(2.0, 1.0);
     EXPECT_TRUE(curve.SetNodeVis(3, false, changed));
     EXPECT_FALSE(changed) << "an inner node";
-    curve.InsertNode(1.0 + 5e-11, 1.0);
+    curve.InsertNode(2.0, 1e-10);
     EXPECT_TRUE(curve.SetNodeVis(4, false, changed));
-    EXPECT_TRUE(changed) << "within 1e-10 of the x minimum";
+    EXPECT_TRUE(changed) << "exactly 1e-10 from the y minimum counts as near";
     curve.InsertNode(2.0, 2.0 - 2e-10);
     EXPECT_TRUE(curve.SetNodeVis(5, false, changed));
     EXPECT_FALSE(changed) << "2e-10 from the y maximum";

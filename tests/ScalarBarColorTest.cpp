@@ -85,7 +85,7 @@ TEST(ScalarBarColorTest, OutsideTheRangeTakesOverRangeColourOrNearestEnd)
 
 TEST(ScalarBarColorTest, BandedTakesLowerEdgeOfAccumulatedBlocks)
 {
-    CKesraScalarBar bar;
+    TestScalarBar bar;
     bar.SetBanded(1);
     EXPECT_EQ(Colour(bar, 0.6), (Rgb{0, 255, 0}));
     EXPECT_EQ(Colour(bar, 0.5), (Rgb{0, 255, 0})) << "lower edge belongs to its block";
@@ -99,6 +99,16 @@ TEST(ScalarBarColorTest, BandedTakesLowerEdgeOfAccumulatedBlocks)
     bar.SetBlockNum(10);
     EXPECT_EQ(Colour(bar, 0.3), (Rgb{255, 204, 0}));
     EXPECT_EQ(Colour(bar, 0.6), (Rgb{0, 255, 102}));
+    // Nine steps add up to 0.9999999999999999, but the last block ends at the
+    // maximum itself, so the value just below it still lies in that block.
+    EXPECT_EQ(Colour(bar, std::nextafter(1.0, 0.0)), (Rgb{0, 102, 255}));
+
+    // The workers colour any value; above the range lies in no block.
+    unsigned char r = 0, g = 0, b = 0;
+    bar.GetOpenGLBandedColorImpl(r, g, b, 1.5);
+    EXPECT_EQ((Rgb{r, g, b}), kStop4);
+    bar.GetOpenGLColorImpl(r, g, b, -0.5);
+    EXPECT_EQ((Rgb{r, g, b}), kStop0);
 
     bar.SetFillAllRange(1);
     EXPECT_EQ(Colour(bar, -3.0), kStop0);
@@ -260,6 +270,10 @@ TEST(ScalarBarColorTest, UndefinedPositionsStayOnThePalette)
     EXPECT_EQ(Placed(bar, 3.0, 3.0, 3.0, 0), kStop0);
     EXPECT_EQ(Placed(bar, 4.0, 3.0, 3.0, 0), kStop4);
     EXPECT_EQ(Placed(bar, 2.0, 2.0, 2.0, 1), kStop0);
+    const double inf = std::numeric_limits<double>::infinity();
+    bar.SetFillAllRange(1);
+    EXPECT_EQ(Query(bar, inf).rgb, kStop4);
+    EXPECT_EQ(Query(bar, -inf).rgb, kStop0);
     bar.SetInverse(1);
     EXPECT_EQ(Query(bar, nan).rgb, kStop0);
 
@@ -270,29 +284,78 @@ TEST(ScalarBarColorTest, UndefinedPositionsStayOnThePalette)
     EXPECT_EQ(Query(bar, big).rgb, kStop0);
 }
 
-TEST(ScalarBarColorTest, NonFiniteSweepAnswersEveryQuery)
+// Whether a colour lies on the RedBlue palette's path through its five stops.
+bool OnRedBluePath(const Rgb& c)
+{
+    return (c[0] == 255 && c[2] == 0) || (c[1] == 255 && c[2] == 0) ||
+           (c[0] == 0 && c[1] == 255) || (c[0] == 0 && c[2] == 255);
+}
+
+// Every query, with ranges and values from this set, follows the colour table:
+// the result tells the side of the range, and the colour is the single colour,
+// the over-range colour or one on the palette, never anything else.
+TEST(ScalarBarColorTest, NonFiniteSweepFollowsTheColourTable)
 {
     const double inf = std::numeric_limits<double>::infinity();
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double specials[] = {nan, inf, -inf, DBL_MAX, -DBL_MAX, DBL_MIN, 4.9e-324,
                                -4.9e-324, 0.0, -0.0, 1.0, 9007199254740992.0};
+    const Rgb overRange{1, 2, 3};
+    const Rgb single{4, 5, 6};
     for (const double lo : specials)
     {
         for (const double hi : specials)
         {
-            TestScalarBar bar;
-            bar.SetValueRange(lo, hi, (lo == hi), true);
-            for (int mode = 0; mode < 16; ++mode)
+            for (const bool withCurrent : {false, true})
             {
-                bar.SetBanded(mode & 1);
-                bar.SetInverse(mode & 2);
-                bar.SetFillAllRange(mode & 4);
-                bar.SetUseSignleColor(mode & 8);
-                for (const double v : specials)
+                TestScalarBar bar;
+                bar.SetOverRangeColor(1, 2, 3);
+                bar.SetSingleColor(4, 5, 6);
+                if (withCurrent)
                 {
-                    const int result = Query(bar, v).result;
-                    EXPECT_TRUE(result >= -1 && result <= 1);
-                    Placed(bar, v, lo, hi, mode & 1);
+                    bar.SetValueRange(lo, hi, hi - lo);
+                }
+                else
+                {
+                    bar.SetValueRange(lo, hi, lo == hi, true);
+                }
+                bar.SetDisplayRange(hi, lo);
+                // A refused range leaves 0 to 1.
+                const double minimum = lo > hi ? 0.0 : lo;
+                const double maximum = lo > hi ? 1.0 : hi;
+                for (int mode = 0; mode < 16; ++mode)
+                {
+                    bar.SetBanded(mode & 1);
+                    bar.SetInverse(mode & 2);
+                    bar.SetFillAllRange(mode & 4);
+                    bar.SetUseSignleColor(mode & 8);
+                    for (const double v : specials)
+                    {
+                        const int side = minimum > v ? -1 : v > maximum ? 1 : 0;
+                        for (const bool byValue : {false, true})
+                        {
+                            const Answer a = Query(bar, v, byValue);
+                            const auto at = [&] {
+                                return testing::Message() << lo << ' ' << hi << ' '
+                                                          << withCurrent << ' ' << mode << ' '
+                                                          << v << ' ' << byValue;
+                            };
+                            EXPECT_EQ(a.result, (mode & 4) ? 0 : side) << at();
+                            if (mode & 8)
+                            {
+                                EXPECT_EQ(a.rgb, single) << at();
+                            }
+                            else if (a.result != 0)
+                            {
+                                EXPECT_EQ(a.rgb, overRange) << at();
+                            }
+                            else
+                            {
+                                EXPECT_TRUE(OnRedBluePath(a.rgb)) << at();
+                            }
+                        }
+                        EXPECT_TRUE(OnRedBluePath(Placed(bar, v, lo, hi, mode & 1)));
+                    }
                 }
             }
         }

@@ -124,10 +124,30 @@ std::string CreatedOnlyOutputs(const CKesraScalarBar& bar)
     return os.str();
 }
 
+// What the getters that answer whether or not the bar is created hand out.
+std::string AlwaysOutputs(const CKesraScalarBar& bar)
+{
+    double d[3] = {77, 77, 77};
+    unsigned char c[6] = {77, 77, 77, 77, 77, 77};
+    bar.GetCurrentValueRange(d[0], d[1]);
+    bar.GetCurrentUpperValue(d[2]);
+    bar.GetOverRangeColor(c[0], c[1], c[2]);
+    bar.GetSingleColor(c[3], c[4], c[5]);
+    std::ostringstream os;
+    for (const double v : d) os << v << ' ';
+    for (const unsigned char v : c) os << +v << ' ';
+    os << bar.GetColorBlockLineWidth();
+    return os.str();
+}
+
 TEST(ScalarBarLayoutTest, GettersAnswerOnlyWhileCreated)
 {
     const std::string untouched = "77 77 77 77 77 77 77 77 77 77 77 77 77 xxx 77 77 77 77";
+    const std::string always = "-1 0.5 0.5 1 2 3 4 5 6 2.5";
     TestScalarBar bar;
+    bar.SetOverRangeColor(1, 2, 3);
+    bar.SetSingleColor(4, 5, 6);
+    bar.SetColorBlockLineWidth(2.5f);
     bar.SetTitle("t", true);
     bar.SetNote("n");
     bar.SetUnit("u");
@@ -136,10 +156,12 @@ TEST(ScalarBarLayoutTest, GettersAnswerOnlyWhileCreated)
     bar.SetValueRange(-1.0, 1.0, 0.5);
     bar.SetDisplayRange(-2.0, 2.0);
     EXPECT_EQ(CreatedOnlyOutputs(bar), untouched);
+    EXPECT_EQ(AlwaysOutputs(bar), always);
     EXPECT_EQ(bar.GetBlockNum(), 0);
 
     ASSERT_TRUE(bar.Create(40, 30, 1, 2));
     EXPECT_EQ(CreatedOnlyOutputs(bar), "40 30 1 2 4 2 -1 1 -1 1 0.5 -2 2 tnu 1 2 3 4");
+    EXPECT_EQ(AlwaysOutputs(bar), always);
     EXPECT_EQ(bar.GetBlockNum(), 8);
 
     bar.Delete();
@@ -197,6 +219,7 @@ TEST(ScalarBarLayoutTest, SettersRefuseOrSkipUnchangedValues)
     bar.SetNote(std::string());
     bar.SetUnit(std::string(1, '\0'));
     bar.SetValueFormat(0, 3);
+    bar.SetValueFormat(3, 0);
     bar.SetValueFormat(3, 3);
     bar.SetBlockNum(1);
     bar.SetBlockNum(31);
@@ -222,9 +245,15 @@ TEST(ScalarBarLayoutTest, SettersRefuseOrSkipUnchangedValues)
     EXPECT_EQ(bar.GetBlockNum(), 30);
     EXPECT_EQ(bar.IsModified(), 1);
 
-    bar.ClearModified();
-    bar.SetColor({0, 0, 0, 254});
-    EXPECT_EQ(bar.IsModified(), 1) << "alpha counts";
+    const auto marks = [&bar](auto set) {
+        bar.ClearModified();
+        set();
+        return bar.IsModified() == 1;
+    };
+    EXPECT_TRUE(marks([&] { bar.SetColor({0, 0, 0, 254}); })) << "alpha counts";
+    EXPECT_TRUE(marks([&] { bar.SetValueFormat(4, 2); }));
+    EXPECT_TRUE(marks([&] { bar.SetDisplayRange(0.0, 2.0); }));
+    EXPECT_TRUE(marks([&] { bar.SetStartPosition(1, 0); }));
 }
 
 TEST(ScalarBarLayoutTest, CopiesAreIndependent)

@@ -1,49 +1,16 @@
-// Tube generation must not allocate: this executable replaces the global
-// operator new (the array forms forward to it) to count every heap allocation
-// made while counting is on, the library's included.
+// Tube generation must not allocate: the allocation probe counts every heap
+// allocation made while counting is on, the library's included.
+#include "support/AllocationProbe.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <initializer_list>
-#include <new>
 
 namespace
 {
 
-// Plain counters: the tests run on one thread.
-bool g_counting = false;
-long g_allocations = 0;
-
-template <typename Call>
-long AllocationsDuring(Call call)
-{
-    g_allocations = 0;
-    g_counting = true;
-    call();
-    g_counting = false;
-    return g_allocations;
-}
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    g_allocations += g_counting ? 1 : 0;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size))
-    {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-
-namespace
-{
-
+using KesraTest::AllocationsDuring;
 using KesraTest::TestStreamline;
 using Vec = KesraMathKit::TKesraVector3<double>;
 

@@ -1,13 +1,13 @@
-// Fault injection: this executable replaces the global operator new so that a
-// chosen allocation throws std::bad_alloc, and counts the blocks alive to see
-// that a failed operation leaks nothing.
+// Fault injection and leak checks through the allocation probe: a chosen
+// allocation throws std::bad_alloc, and the blocks alive show that a failed
+// or finished operation leaks nothing.
 #include "Engine/TipManager.h"
+#include "support/AllocationProbe.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <new>
 #include <string>
 #include <utility>
@@ -16,53 +16,9 @@
 namespace
 {
 
-// Allocations still to succeed before one throws; negative when disarmed.
-long g_allocationsBeforeFailure = -1;
-long g_failedAllocations = 0;
-long g_liveBlocks = 0;
-
-void* Allocate(std::size_t size)
-{
-    if (g_allocationsBeforeFailure == 0)
-    {
-        g_allocationsBeforeFailure = -1;
-        ++g_failedAllocations;
-        throw std::bad_alloc();
-    }
-    if (g_allocationsBeforeFailure > 0)
-    {
-        --g_allocationsBeforeFailure;
-    }
-    void* block = std::malloc(size == 0 ? 1 : size);
-    if (block == nullptr)
-    {
-        throw std::bad_alloc();
-    }
-    ++g_liveBlocks;
-    return block;
-}
-
-void Release(void* block) noexcept
-{
-    if (block != nullptr)
-    {
-        --g_liveBlocks;
-        std::free(block);
-    }
-}
-
-} // namespace
-
-void* operator new(std::size_t size) { return Allocate(size); }
-void* operator new[](std::size_t size) { return Allocate(size); }
-void operator delete(void* block) noexcept { Release(block); }
-void operator delete[](void* block) noexcept { Release(block); }
-void operator delete(void* block, std::size_t) noexcept { Release(block); }
-void operator delete[](void* block, std::size_t) noexcept { Release(block); }
-
-namespace
-{
-
+using KesraTest::DisarmAllocationFailure;
+using KesraTest::FailAllocationAfter;
+using KesraTest::LiveBlocks;
 using Coord = std::array<double, 3>;
 
 class ProbedTipManager : public KesraTest::TestTipManager
@@ -109,22 +65,22 @@ int FailEachAllocation(const ProbedTipManager& manager, const std::string& text,
     for (long n = 0;; ++n)
     {
         const std::vector<TipSnapshot> before = Snapshot(manager);
-        const long liveBefore = g_liveBlocks;
-        const long failuresBefore = g_failedAllocations;
+        const long liveBefore = LiveBlocks();
         bool result = false;
+        bool pending = false;
         {
             std::string argument = text;
-            g_allocationsBeforeFailure = n;
+            FailAllocationAfter(n);
             result = failed(call(std::move(argument)));
-            g_allocationsBeforeFailure = -1;
+            pending = DisarmAllocationFailure();
         }
-        if (g_failedAllocations == failuresBefore)
+        if (pending)
         {
             EXPECT_FALSE(result) << "allocation " << n;
             return static_cast<int>(n);
         }
         EXPECT_TRUE(result) << "allocation " << n;
-        EXPECT_EQ(g_liveBlocks, liveBefore) << "allocation " << n << " leaked";
+        EXPECT_EQ(LiveBlocks(), liveBefore) << "allocation " << n << " leaked";
         EXPECT_TRUE(Snapshot(manager) == before) << "allocation " << n;
     }
 }
@@ -168,6 +124,28 @@ TEST(TipManagerAllocTest, SetTipContextReportsExhaustedMemoryAndKeepsTheText)
     EXPECT_EQ(manager.Text(0), "short");
 }
 
+TEST(TipManagerAllocTest, RemovalClearingAndDestructionDeleteTheRecords)
+{
+    const long liveBefore = LiveBlocks();
+    {
+        ProbedTipManager manager;
+        const Coord zero{};
+        // Each tip holds two blocks: its record and its text, which is longer
+        // than any in-place string buffer.
+        for (int i = 0; i < 4; ++i)
+        {
+            manager.InsertTip(std::string(40, 'x'), zero.data(), zero.data());
+        }
+        const long full = LiveBlocks();
+        EXPECT_TRUE(manager.RemoveTip(1));
+        EXPECT_EQ(LiveBlocks(), full - 2);
+        EXPECT_TRUE(manager.ClearTips());
+        EXPECT_EQ(LiveBlocks(), full - 8);
+        manager.InsertTip(std::string(40, 'y'), zero.data(), zero.data());
+    }
+    EXPECT_EQ(LiveBlocks(), liveBefore) << "the destructor deletes the rest and the list";
+}
+
 TEST(TipManagerAllocTest, FailedAssignmentLeavesTheTarget)
 {
     ProbedTipManager source;
@@ -180,11 +158,11 @@ TEST(TipManagerAllocTest, FailedAssignmentLeavesTheTarget)
     target.InsertTip("mine", zero.data(), zero.data());
     target.SetTextColor(9, 9, 9);
 
-    const long liveBefore = g_liveBlocks;
-    g_allocationsBeforeFailure = 3;
+    const long liveBefore = LiveBlocks();
+    FailAllocationAfter(3);
     EXPECT_THROW(target = source, std::bad_alloc);
-    g_allocationsBeforeFailure = -1;
-    EXPECT_EQ(g_liveBlocks, liveBefore);
+    EXPECT_FALSE(DisarmAllocationFailure());
+    EXPECT_EQ(LiveBlocks(), liveBefore);
     ASSERT_EQ(target.GetTipsNum(), 1);
     EXPECT_EQ(target.Text(0), "mine");
     unsigned char r = 0, g = 0, b = 0;

@@ -18,7 +18,7 @@ using Coord = std::array<double, 3>;
 
 static_assert(std::is_abstract_v<CKesraTipManager> && std::is_abstract_v<IKesraTipMagFactory>,
               "the backend supplies the drawing and the making");
-static_assert(!std::has_virtual_destructor_v<CKesraTipManager>, "one virtual table entry");
+static_assert(!std::has_virtual_destructor_v<CKesraTipManager>, "the destructor is not virtual");
 static_assert(std::has_virtual_destructor_v<IKesraTipMagFactory>, "deleted through the interface");
 static_assert(sizeof(eTipFontType) == 4 && sizeof(eTipLinkDirection) == 4, "32-bit enumerations");
 
@@ -28,10 +28,14 @@ class ProbedTipManager : public KesraTest::TestTipManager
 public:
     std::string Text(int index) const { return GetTip(index)->GetContext(); }
     const CKesraTip* Record(int index) const { return GetTip(index); }
-    Color TextColor() const { return m_textColor; }
-    Color BackgroundColor() const { return m_backgroundColor; }
-    Color LinkingLineColor() const { return m_linkingLineColor; }
+    // Text, background and linking line colour, alpha included.
+    std::array<Color, 3> Colors() const
+    {
+        return {m_textColor, m_backgroundColor, m_linkingLineColor};
+    }
 };
+
+using Colors = std::array<CKesraTipManager::Color, 3>;
 
 Coord Original(const CKesraTipManager& manager, int index)
 {
@@ -143,6 +147,8 @@ TEST(TipManagerTest, ClearTipsEmptiesAndRestartsIndices)
     InsertNumbered(manager, 3);
     EXPECT_TRUE(manager.ClearTips());
     EXPECT_EQ(manager.GetTipsNum(), 0);
+    const Coord centre{};
+    manager.UpdateEffect(eTipLinkRadial, 1.0, centre.data(), 1.0); // nothing to place
     InsertNumbered(manager, 1);
 }
 
@@ -178,9 +184,8 @@ TEST(TipManagerTest, DefaultsAndSettings)
 {
     ProbedTipManager manager;
     EXPECT_EQ(manager.GetTipFontType(), eTipFontType(2));
-    EXPECT_EQ(manager.TextColor(), CKesraTipManager::Color(0, 0, 0, 255));
-    EXPECT_EQ(manager.BackgroundColor(), CKesraTipManager::Color(255, 255, 225, 255));
-    EXPECT_EQ(manager.LinkingLineColor(), CKesraTipManager::Color(198, 198, 198, 255));
+    EXPECT_EQ(manager.Colors(),
+              (Colors{{{0, 0, 0, 255}, {255, 255, 225, 255}, {198, 198, 198, 255}}}));
 
     manager.SetTextColor(10, 20, 30);
     manager.SetBackgroundColor(1, 2, 3);
@@ -192,9 +197,8 @@ TEST(TipManagerTest, DefaultsAndSettings)
     EXPECT_EQ(CKesraTipManager::Color(r, g, b, 255), CKesraTipManager::Color(1, 2, 3, 255));
     manager.GetLinkingLineColor(r, g, b);
     EXPECT_EQ(CKesraTipManager::Color(r, g, b, 255), CKesraTipManager::Color(250, 0, 5, 255));
-    EXPECT_EQ(manager.TextColor().alpha, 255);
-    EXPECT_EQ(manager.BackgroundColor().alpha, 255);
-    EXPECT_EQ(manager.LinkingLineColor().alpha, 255);
+    EXPECT_EQ(manager.Colors(), (Colors{{{10, 20, 30, 255}, {1, 2, 3, 255}, {250, 0, 5, 255}}}))
+        << "alpha is always 255";
 
     // Stored unchecked: the value means something to the backend only.
     manager.SetTipFontType(eTipFontType(77));
@@ -248,6 +252,14 @@ TEST(TipManagerTest, RadialLayoutSkipsTheTipOnTheCentre)
     manager.UpdateEffect(eTipLinkRadial, 0.0, centre.data(), -2.0);
     EXPECT_EQ(Effect(manager, 3), (Coord{1, 1, 3}));
     EXPECT_EQ(Effect(manager, 1), kept);
+
+    // The skip threshold is 1e-20 from the centre.
+    ProbedTipManager tiny;
+    tiny.InsertTip("skipped", Coord{0, 0, 1e-21}.data(), kept.data());
+    tiny.InsertTip("placed", Coord{0, 0, 1e-19}.data(), kept.data());
+    tiny.UpdateEffect(eTipLinkRadial, 0.0, Coord{}.data(), 10.0);
+    EXPECT_EQ(Effect(tiny, 0), kept);
+    EXPECT_EQ(Effect(tiny, 1), (Coord{0, 0, 10}));
 }
 
 TEST(TipManagerTest, CopiesOwnTheirOwnRecords)
@@ -255,7 +267,10 @@ TEST(TipManagerTest, CopiesOwnTheirOwnRecords)
     ProbedTipManager original;
     InsertNumbered(original, 3);
     original.SetTextColor(1, 2, 3);
+    original.SetBackgroundColor(4, 5, 6);
+    original.SetLinkingLineColor(7, 8, 9);
     original.SetTipFontType(eTipFontLarge);
+    const Colors colors{{{1, 2, 3, 255}, {4, 5, 6, 255}, {7, 8, 9, 255}}};
 
     ProbedTipManager copy(original);
     ASSERT_EQ(copy.GetTipsNum(), 3);
@@ -266,7 +281,7 @@ TEST(TipManagerTest, CopiesOwnTheirOwnRecords)
         EXPECT_EQ(Original(copy, i), Original(original, i));
         EXPECT_EQ(Effect(copy, i), Effect(original, i));
     }
-    EXPECT_EQ(copy.TextColor(), original.TextColor());
+    EXPECT_EQ(copy.Colors(), colors);
     EXPECT_EQ(copy.GetTipFontType(), eTipFontLarge);
 
     copy.SetTipContext(0, "copy only");
@@ -280,7 +295,8 @@ TEST(TipManagerTest, CopiesOwnTheirOwnRecords)
     ASSERT_EQ(target.GetTipsNum(), 2);
     EXPECT_EQ(target.Text(0), "copy only");
     EXPECT_NE(target.Record(0), copy.Record(0));
-    EXPECT_EQ(target.TextColor(), CKesraTipManager::Color(1, 2, 3, 255));
+    EXPECT_EQ(target.Colors(), colors);
+    EXPECT_EQ(target.GetTipFontType(), eTipFontLarge);
 
     const ProbedTipManager& self = target;
     target = self;

@@ -36,6 +36,7 @@ public:
     ~CKesraCurve2D() = default;
 
     // ---- Insertion ----------------------------------------------------------
+    // Each grows the list before it widens the range: a failed allocation changes neither.
 
     // Appends the node (x, y) and widens the range by it. Always true.
     bool InsertNode(double x, double y);

@@ -42,8 +42,8 @@ void ReadColor(const Color& color, unsigned char& red, unsigned char& green, uns
 
 // The indexed operations' common frame: false for a missing tip, else the
 // action is done and the answer is true.
-template <typename Action>
-bool ApplyToTip(CKesraTip* tip, Action action)
+template <typename Tip, typename Action>
+bool ApplyToTip(Tip* tip, Action action)
 {
     if (tip == nullptr)
     {
@@ -159,7 +159,8 @@ bool CKesraTipManager::SetOrgCoord(int index, const double* coord)
 
 bool CKesraTipManager::GetOrgCoord(int index, double* coord) const
 {
-    return ApplyToTip(FindTip(index), [coord](CKesraTip& tip) { tip.GetOriginalCoord(coord); });
+    return ApplyToTip(GetTip(index),
+                      [coord](const CKesraTip& tip) { tip.GetOriginalCoord(coord); });
 }
 
 bool CKesraTipManager::SetEffectCoord(int index, const double* coord)
@@ -169,7 +170,8 @@ bool CKesraTipManager::SetEffectCoord(int index, const double* coord)
 
 bool CKesraTipManager::GetEffectCoord(int index, double* coord) const
 {
-    return ApplyToTip(FindTip(index), [coord](CKesraTip& tip) { tip.GetEffectCoord(coord); });
+    return ApplyToTip(GetTip(index),
+                      [coord](const CKesraTip& tip) { tip.GetEffectCoord(coord); });
 }
 
 bool CKesraTipManager::SetTipContext(int index, std::string text)
@@ -189,7 +191,7 @@ bool CKesraTipManager::SetTipContext(int index, std::string text)
 
 bool CKesraTipManager::RemoveTip(int index)
 {
-    if (FindTip(index) == nullptr)
+    if (GetTip(index) == nullptr)
     {
         return false;
     }
@@ -215,16 +217,18 @@ int CKesraTipManager::GetTipsNum() const
 
 const CKesraTip* CKesraTipManager::GetTip(int index) const
 {
-    return FindTip(index);
-}
-
-CKesraTip* CKesraTipManager::FindTip(int index) const
-{
     if (index < 0 || static_cast<std::size_t>(index) >= m_tipList.size())
     {
         return nullptr;
     }
     return m_tipList[static_cast<std::size_t>(index)].get();
+}
+
+CKesraTip* CKesraTipManager::FindTip(int index)
+{
+    // Safe: the records themselves are never const; GetTip only hands them
+    // out read-only.
+    return const_cast<CKesraTip*>(std::as_const(*this).GetTip(index));
 }
 
 // ---- Drawing settings -------------------------------------------------------

@@ -141,7 +141,9 @@ protected:
     Color m_linkingLineColor;
 
 private:
-    CKesraTip* FindTip(int index) const;
+    // GetTip for the operations that change a record; a const manager hands
+    // out its records read-only.
+    CKesraTip* FindTip(int index);
 };
 
 } // namespace KesraEngine
