@@ -159,10 +159,16 @@ void CSvgRenderer::DrawScene()
     {
         streamline->DrawStreamline(*this);
     }
+    // Without a camera nothing can be projected.
+    for (const SurfaceMesh* surface : m_camera != nullptr ? m_surfaces
+                                                          : std::vector<const SurfaceMesh*>())
+    {
+        AddSurfaceQuads(*surface);
+    }
     // Painter's order: the farthest quadrilateral first. Stable, so that
     // quadrilaterals at the same depth keep the order they were drawn in.
     std::stable_sort(m_quads.begin(), m_quads.end(),
-                     [](const TubeQuad& a, const TubeQuad& b) { return a.depth < b.depth; });
+                     [](const SceneQuad& a, const SceneQuad& b) { return a.depth < b.depth; });
 
     CSvgWriter& svg = m_canvas->Writer();
     m_canvas->BeginGroup("tubes");
@@ -172,7 +178,7 @@ void CSvgRenderer::DrawScene()
     svg.Attribute("stroke-width", "0.6");
     svg.Attribute("stroke-linejoin", "round");
     std::string points;
-    for (const TubeQuad& quad : m_quads)
+    for (const SceneQuad& quad : m_quads)
     {
         points.clear();
         for (int k = 0; k < 4; ++k)
@@ -307,6 +313,78 @@ void CSvgRenderer::AddStreamline(KesraEngine::CKesraStreamline* streamline)
     if (streamline != nullptr)
     {
         m_streamlines.push_back(streamline);
+    }
+}
+
+void CSvgRenderer::AddSurface(const SurfaceMesh* surface)
+{
+    if (surface != nullptr)
+    {
+        m_surfaces.push_back(surface);
+    }
+}
+
+void CSvgRenderer::AddQuad(const Vector (&corners)[4], const Vector& normalSum, const Color& base)
+{
+    if (m_camera == nullptr)
+    {
+        return;
+    }
+    SceneQuad quad{};
+    double area = 0.0;
+    for (int k = 0; k < 4; ++k)
+    {
+        const int next = (k + 1) % 4;
+        quad.x[k] = corners[k].x;
+        quad.y[k] = corners[k].y;
+        quad.depth += 0.25 * corners[k].z;
+        // Twice the signed area: positive for counter-clockwise corners in
+        // window pixels with y up, that is for a face toward the viewer.
+        area += corners[k].x * corners[next].y - corners[next].x * corners[k].y;
+    }
+    if (!(area > 0.0))
+    {
+        return;
+    }
+    // The camera keeps its rotation F column by column: element 4c + r is
+    // F(r, c).
+    const Matrix& f = m_camera->GetRotateMatrix();
+    Vector normal(f[0] * normalSum.x + f[4] * normalSum.y + f[8] * normalSum.z,
+                  f[1] * normalSum.x + f[5] * normalSum.y + f[9] * normalSum.z,
+                  f[2] * normalSum.x + f[6] * normalSum.y + f[10] * normalSum.z);
+    normal.Normalize();
+    quad.color = Shade(normal, base);
+    m_quads.push_back(quad);
+}
+
+void CSvgRenderer::AddSurfaceQuads(const SurfaceMesh& surface)
+{
+    const int count = static_cast<int>(std::min(surface.points.size(), surface.normals.size()));
+    std::vector<Vector> window(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+    {
+        m_camera->ProjectPointWorldToView(surface.points[static_cast<std::size_t>(i)],
+                                          window[static_cast<std::size_t>(i)]);
+    }
+    for (const std::array<int, 4>& indices : surface.quads)
+    {
+        Vector corners[4];
+        Vector normal;
+        bool valid = true;
+        for (int k = 0; k < 4 && valid; ++k)
+        {
+            const int index = indices[static_cast<std::size_t>(k)];
+            valid = index >= 0 && index < count;
+            if (valid)
+            {
+                corners[k] = window[static_cast<std::size_t>(index)];
+                normal = normal + surface.normals[static_cast<std::size_t>(index)];
+            }
+        }
+        if (valid)
+        {
+            AddQuad(corners, normal, surface.color);
+        }
     }
 }
 

@@ -1,11 +1,11 @@
 // CSvgRenderer: a renderer that writes each frame as one SVG document.
 //
 // The renderer shows the camera set with SetCamera and the objects the host
-// attaches to it (tubes, tips, legend, ruler, axis triad, dragged area, an
-// inset curve), none of which it owns. Render draws, in this order: the
+// attaches to it (tubes, surfaces, tips, legend, ruler, axis triad, dragged
+// area, an inset curve), none of which it owns. Render draws, in this order: the
 // background; the tubes, whose quadrilaterals the streamlines hand back
-// through AddTubeQuad and which are painted back to front by view depth over
-// all tubes, since SVG has no depth buffer; the overlays; the title. The
+// through AddQuad, together with the surfaces, painted back to front by view
+// depth over all of them, since SVG has no depth buffer; the overlays; the title. The
 // finished document is read with GetDocument.
 //
 // The "graphics context" of SVG is the document under construction: there is
@@ -16,9 +16,11 @@
 
 #include "Engine/Font.h"
 #include "Engine/Renderer.h"
+#include "MathKit/Matrix4.h"
 #include "MathKit/Vector3.h"
 #include "svg/SvgCanvas.h"
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,14 +42,25 @@ class CSvgLight;
 class CSvgRuler;
 class CSvgScalarBar;
 
-// One quadrilateral of a tube: corners in window pixels (y up) in outline
+// One quadrilateral of the scene: corners in window pixels (y up) in outline
 // order, the mean view depth (larger is nearer) and the shaded colour.
-struct TubeQuad
+struct SceneQuad
 {
     double x[4];
     double y[4];
     double depth;
     Color color;
+};
+
+// A surface of the host's model (the body a flow passes, a part), drawn with
+// the tubes: quadrilaterals of four point indices each, counter-clockwise
+// seen from outside, with a normal per point, in one colour.
+struct SurfaceMesh
+{
+    std::vector<KesraMathKit::TKesraVector3<double>> points;
+    std::vector<KesraMathKit::TKesraVector3<double>> normals;
+    std::vector<std::array<int, 4>> quads;
+    Color color{200, 200, 200, 255};
 };
 
 // A chart of a two-dimensional curve in a panel over the view.
@@ -70,6 +83,7 @@ class CSvgRenderer : public KesraEngine::CKesraRenderer
 {
 public:
     using Vector = KesraMathKit::TKesraVector3<double>;
+    using Matrix = KesraMathKit::TKesraMatrix4<double>;
 
     CSvgRenderer(int width, int height);
     ~CSvgRenderer() override;
@@ -90,8 +104,8 @@ public:
     // The first background colour at the top fading into the second at the
     // bottom while the gradient switch is on, else the first colour.
     void DrawBackground() override;
-    // Asks every attached streamline to draw itself, then paints the
-    // quadrilaterals of all tubes back to front.
+    // Asks every attached streamline to draw itself, adds the surfaces, then
+    // paints the quadrilaterals of all of them back to front.
     void DrawScene() override;
     // Tips, inset curve, legend, ruler, axis triad, the light's symbol when
     // asked for, and the dragged rectangle on top.
@@ -131,6 +145,7 @@ public:
 
     void AddStreamline(KesraEngine::CKesraStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
+    void AddSurface(const SurfaceMesh* surface);
     void SetTipManager(KesraEngine::CKesraTipManager* tips) { m_tipManager = tips; }
     void SetScalarBar(CSvgScalarBar* legend) { m_scalarBar = legend; }
     void SetRuler(CSvgRuler* ruler) { m_ruler = ruler; }
@@ -146,8 +161,13 @@ public:
 
     // The frame under way, or null outside Render.
     CSvgCanvas* GetCanvas() { return m_canvas.get(); }
-    // Collects a quadrilateral of a tube for DrawScene to sort and paint.
-    void AddTubeQuad(const TubeQuad& quad) { m_quads.push_back(quad); }
+    // Collects a quadrilateral for DrawScene to sort and paint: corners in
+    // window pixels and view depth, in counter-clockwise order seen from
+    // outside; normalSum, in model space, points outside. A quadrilateral
+    // that faces away from the viewer is left out, being hidden behind its
+    // own body; the others are shaded (Shade) with the normal turned into
+    // view space by the camera's rotation.
+    void AddQuad(const Vector (&corners)[4], const Vector& normalSum, const Color& base);
     // The light that shades the tubes (CSvgLight::Apply); null for unlit
     // colours.
     void SetShadingLight(CSvgLight* light) { m_light = light; }
@@ -169,6 +189,7 @@ public:
     void DrawPoint(double x, double y, double size, const Color& color);
 
 private:
+    void AddSurfaceQuads(const SurfaceMesh& surface);
     void DrawCurveInset();
 
     bool m_contextCreated = false;
@@ -180,9 +201,10 @@ private:
     const char* m_faceRendering = "crispEdges";
     const char* m_lineRendering = "crispEdges";
     bool m_roundPoints = false;
-    std::vector<TubeQuad> m_quads;
+    std::vector<SceneQuad> m_quads;
 
     std::vector<KesraEngine::CKesraStreamline*> m_streamlines;
+    std::vector<const SurfaceMesh*> m_surfaces;
     KesraEngine::CKesraTipManager* m_tipManager = nullptr;
     CSvgScalarBar* m_scalarBar = nullptr;
     CSvgRuler* m_ruler = nullptr;

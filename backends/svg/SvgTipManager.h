@@ -4,7 +4,9 @@
 // Each tip is a line in the linking-line colour from its label to the point
 // it annotates, a marked point there, and a label box in the background
 // colour, outlined in the linking-line colour, centred at the projected
-// effect coordinate, with the text in the text colour. The font type moves
+// effect coordinate, with the text in the text colour. Labels whose boxes
+// would overlap in the picture are moved apart vertically, and labels are
+// kept inside the window; the linking lines follow. The font type moves
 // the renderer's font size: small -4, medium -2, normal 0, large +3, huge +6
 // pixels.
 #pragma once
