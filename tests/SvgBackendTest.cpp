@@ -49,6 +49,7 @@ TEST(SvgWriterTest, EscapesTextAndWritesCompactNumbers)
     EXPECT_EQ(FormatNumber(3.0, 1), "3");
     EXPECT_EQ(FormatNumber(-0.04, 1), "0");
     EXPECT_EQ(FormatNumber(std::numeric_limits<double>::quiet_NaN(), 2), "0");
+    EXPECT_EQ(FormatNumber(-2e300, 1), "-2.000000000e+300");
     KesraSvg::CSvgWriter writer;
     writer.Open("g");
     writer.Attribute("id", "x");

@@ -160,10 +160,12 @@ void CSvgRenderer::DrawScene()
         streamline->DrawStreamline(*this);
     }
     // Without a camera nothing can be projected.
-    for (const SurfaceMesh* surface : m_camera != nullptr ? m_surfaces
-                                                          : std::vector<const SurfaceMesh*>())
+    if (m_camera != nullptr)
     {
-        AddSurfaceQuads(*surface);
+        for (const SurfaceMesh* surface : m_surfaces)
+        {
+            AddSurfaceQuads(*surface);
+        }
     }
     // Painter's order: the farthest quadrilateral first. Stable, so that
     // quadrilaterals at the same depth keep the order they were drawn in.

@@ -76,7 +76,9 @@ void AppendNumber(std::string& out, double value, int decimals)
     const int written = std::snprintf(buffer, sizeof buffer, "%.*f", decimals, value);
     if (written <= 0 || written >= static_cast<int>(sizeof buffer))
     {
-        out += '0';
+        // Too many digits for fixed notation; SVG numbers take an exponent.
+        std::snprintf(buffer, sizeof buffer, "%.9e", value);
+        out += buffer;
         return;
     }
     std::size_t end = static_cast<std::size_t>(written);

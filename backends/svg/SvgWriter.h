@@ -15,8 +15,9 @@ namespace KesraSvg
 {
 
 // value with at most decimals digits after the point (0 to 9), trailing zeros
-// and a trailing point dropped, a negative zero written as 0. A value that is
-// not finite is written as 0: SVG has no spelling for it.
+// and a trailing point dropped, a negative zero written as 0. Magnitudes too
+// large for 60 digits are written with an exponent. A value that is not
+// finite is written as 0: SVG has no spelling for it.
 std::string FormatNumber(double value, int decimals);
 void AppendNumber(std::string& out, double value, int decimals);
 

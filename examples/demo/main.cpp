@@ -152,6 +152,13 @@ void ApplyOption(Options& options, const std::string& name, const std::string& v
     }
 }
 
+std::string AbsolutePath(const std::string& path)
+{
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
 Options ParseCommandLine(int argc, char** argv)
 {
     Options options;
@@ -190,7 +197,7 @@ Options ParseCommandLine(int argc, char** argv)
         }
         ApplyOption(options, name, value);
     }
-    if (!options.sheet.empty() && options.sheet == options.out)
+    if (!options.sheet.empty() && AbsolutePath(options.sheet) == AbsolutePath(options.out))
     {
         throw UsageError{"--sheet: '" + options.sheet + "' is the frame's file too; give it another"};
     }
@@ -255,13 +262,6 @@ void WriteOutputs(const std::vector<std::pair<std::string, std::string>>& output
         }
         throw;
     }
-}
-
-std::string AbsolutePath(const std::string& path)
-{
-    std::error_code error;
-    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    return error ? path : absolute.lexically_normal().string();
 }
 
 int Run(const Options& options)

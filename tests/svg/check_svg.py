@@ -67,7 +67,7 @@ def check_cli(demo, directory):
            (["--size", "1200x9000"], "--size"), (["--view", "diagonal"], "--view"),
            (["--palette", "rainbow"], "--palette"), (["--banded", "1"], "--banded"),
            (["--banded", "31"], "--banded"), (["--banded=-2"], "--banded"),
-           (["--out", out, "--sheet", out], "--sheet")]
+           (["--out", out, "--sheet", "./out.svg"], "--sheet")]
     for args, named in bad:
         err = run(*args, code=2).stderr
         first, rest = err.split("\n", 1)
