@@ -14,6 +14,9 @@ namespace
 constexpr int kSlices = 8;           // vertices per tube ring
 constexpr double kTubeRadius = 0.035; // m
 constexpr double kTipDistance = 2.4;  // tip labels' distance from the sphere's centre, m
+constexpr int kLegendWidth = 170;     // pixels at the right edge taken by the legend
+constexpr int kTitleBand = 40;        // pixels at the top taken by the view's title
+constexpr double kRulerStart = 0.42;  // the ruler's start, as a share of the width
 
 struct Extreme
 {
@@ -254,21 +257,29 @@ void DemoScene::BuildSphere()
 void DemoScene::Layout(int width, int height, bool forSheet)
 {
     m_renderer.Resize(width, height);
-    m_legend.Create(width, height, width - 170, 40);
+    // The legend's window ends below the title band, so the two never meet.
+    m_legend.Create(width, height - kTitleBand, width - kLegendWidth, 40);
     m_legend.SetVisibility(forSheet ? 0 : 1);
-    m_ruler.Create(width, height, static_cast<int>(0.42 * width), 22);
+    m_ruler.Create(width, height, static_cast<int>(kRulerStart * width), 22);
     m_ruler.SetTextColor({30, 30, 30, 255});
     m_axis.Create(width, height);
+    if (m_tips != nullptr)
+    {
+        m_tips->SetTipFontType(forSheet ? KesraEngine::eTipFontSmall : KesraEngine::eTipFontNormal);
+    }
 
+    // The chart sits in the bottom strip between the axis triad and the
+    // ruler, which the fitted model leaves free; a small frame has no room.
+    const double rulerStart = kRulerStart * width;
     KesraSvg::CurveInset inset;
-    if (!forSheet)
+    inset.x = 112.0;
+    inset.y = 14.0;
+    inset.width = std::min(rulerStart - inset.x - 16.0, 400.0);
+    inset.height = std::clamp(0.22 * height, 130.0, 200.0);
+    if (!forSheet && inset.width >= 220.0 && height >= 450)
     {
         inset.curve = &m_chart;
         inset.legend = &m_legend;
-        inset.x = 14.0;
-        inset.width = 330.0;
-        inset.height = 170.0;
-        inset.y = height - 62.0 - inset.height;
         inset.title = "Speed along the fastest line";
         inset.xLabel = "s [m]";
         inset.yLabel = "|v| [m/s]";
@@ -289,6 +300,16 @@ std::string DemoScene::RenderFrame(View view, int width, int height, bool forShe
     case View::Top: m_camera.SetRotateMatrixToTopView(false); break;
     case View::Bottom: m_camera.SetRotateMatrixToBottomView(false); break;
     default: m_camera.SetRotateMatrixToISOView(false); break;
+    }
+    if (!forSheet)
+    {
+        // ZoomAll fits the model into the whole window; the legend takes the
+        // right edge, so fit it into what is left and move it there.
+        const int freeWidth = width - kLegendWidth;
+        const float fit = static_cast<float>(std::min(width, height)) /
+                          static_cast<float>(std::max(std::min(freeWidth, height - kTitleBand), 1));
+        m_camera.SetScale(m_camera.GetScale() * fit);
+        m_camera.SetTranslation(-0.5f * kLegendWidth * m_camera.GetScale(), 0.0f);
     }
     // The sheet names each view in its caption.
     const std::string name =

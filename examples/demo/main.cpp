@@ -8,6 +8,7 @@
 #include "Scene.h"
 #include "svg/SvgSheet.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -22,7 +23,7 @@ namespace
 using KesraDemo::Palette;
 using KesraDemo::View;
 
-constexpr int kMinSide = 200;
+constexpr int kMinSide = 400;
 constexpr int kMaxSide = 8000;
 
 const char* const kUsage =
@@ -30,7 +31,7 @@ const char* const kUsage =
     "                  [--palette PALETTE] [--banded N] [--help]\n"
     "  --out FILE         the frame (default kesra-demo.svg)\n"
     "  --sheet FILE       also a contact sheet of the seven standard views\n"
-    "  --size WxH         frame size in pixels, W and H from 200 to 8000 (default 1200x800)\n"
+    "  --size WxH         frame size in pixels, W and H from 400 to 8000 (default 1200x800)\n"
     "  --view VIEW        iso, front, back, left, right, top or bottom (default iso)\n"
     "  --palette PALETTE  redblue, bluered, gray or greenred (default redblue)\n"
     "  --banded N         0 for a smooth legend, else 2 to 30 colour blocks (default 0)\n"
@@ -124,7 +125,7 @@ void ApplyOption(Options& options, const std::string& name, const std::string& v
     {
         if (!ParseSize(value, options.width, options.height))
         {
-            throw bad("WxH with W and H from 200 to 8000");
+            throw bad("WxH with W and H from 400 to 8000");
         }
     }
     else if (name == "--view")
@@ -275,8 +276,9 @@ int Run(const Options& options)
     {
         const View views[] = {View::Iso, View::Front, View::Back, View::Left,
                               View::Right, View::Top, View::Bottom};
-        const int cellWidth = options.width / 3;
-        const int cellHeight = options.height / 3;
+        // A third of the frame, but large enough to read.
+        const int cellWidth = std::max(options.width / 3, 300);
+        const int cellHeight = std::max(options.height / 3, 200);
         std::vector<KesraSvg::SheetCell> cells;
         for (const View view : views)
         {

@@ -63,7 +63,7 @@ def check_cli(demo, directory):
         return result
 
     bad = [(["--frobnicate"], "--frobnicate"), (["stray"], "stray"), (["--out"], "--out"),
-           (["--out", ""], "--out"), (["--size", "12x"], "--size"), (["--size", "100x800"], "--size"),
+           (["--out", ""], "--out"), (["--size", "12x"], "--size"), (["--size", "399x800"], "--size"),
            (["--size", "1200x9000"], "--size"), (["--view", "diagonal"], "--view"),
            (["--palette", "rainbow"], "--palette"), (["--banded", "1"], "--banded"),
            (["--banded", "31"], "--banded"), (["--banded=-2"], "--banded"),
