@@ -37,7 +37,7 @@ def check_scene(writer, directory):
 def check_demo(demo, directory):
     frame = os.path.join(directory, "frame.svg")
     sheet = os.path.join(directory, "sheet.svg")
-    result = subprocess.run([demo, "--out", frame, "--sheet", sheet, "--size", "600x400"],
+    result = subprocess.run([demo, "--out", frame, "--sheet", sheet, "--size", "900x500"],
                             check=True, capture_output=True, text=True)
     for word in ("streamlines", "nodes", "ring vertices", "speed range", "ruler", "view",
                  "time taken", frame, sheet):
@@ -45,7 +45,7 @@ def check_demo(demo, directory):
     root = parse(frame)
     missing = (FRAME_PARTS | {"curve"}) - set(classes(root))
     assert not missing, missing
-    assert root.get("width") == "600" and root.get("height") == "400"
+    assert root.get("width") == "900" and root.get("height") == "500"
     views = [g for g in parse(sheet).iter(SVG + "g") if g.get("class") == "view"]
     assert len(views) == 7, len(views)
     for view in views:
