@@ -34,6 +34,8 @@
 namespace KesraEngine
 {
 
+class CKesraRenderer;
+
 class KESRA_ENGINE_API CKesraStreamline
 {
 public:
@@ -44,10 +46,12 @@ public:
     // Not virtual: a backend streamline is destroyed through its own type.
     ~CKesraStreamline();
 
-    // Draws the tube, when the draw flag is set, as quadrilateral strips
-    // between consecutive rings from the ring vertices, normals and node
-    // colours of the records.
-    virtual void DrawStreamline() = 0;
+    // Draws the tube, when the draw flag is set, into the frame that renderer
+    // is drawing, seen through renderer's camera: quadrilaterals between
+    // consecutive rings from the ring vertices, normals and node colours of
+    // the records. A backend without a depth buffer hands the quadrilaterals
+    // to its renderer, which paints those of all tubes back to front.
+    virtual void DrawStreamline(CKesraRenderer& renderer) = 0;
 
     // Discards any existing tube first, even when the arguments are then
     // refused. Refused (false, node count, slice count, radius and auxiliary

@@ -23,7 +23,6 @@
 #include "Engine/Tip.h"
 #include "MathKit/Export.h"
 #include "MathKit/GenColor.h"
-#include "MathKit/Matrix4.h"
 
 #include <cstdint>
 #include <memory>
@@ -32,6 +31,8 @@
 
 namespace KesraEngine
 {
+
+class CKesraRenderer;
 
 // How UpdateEffect places the labels.
 enum eTipLinkDirection : std::int32_t
@@ -68,13 +69,11 @@ public:
 
     // ---- Backend operation (the library never calls it) ------------------
 
-    // Draws every tip: the text at its effect coordinate over the background
-    // colour in the font type, and a line in the linking line colour from the
-    // label to the original coordinate. worldToView maps model coordinates to
-    // window pixels (row by row, as CKesraCamera::GetWorldToViewMatrix gives
-    // it); the window size is in pixels, y pointing up.
-    virtual void DrawTips(const KesraMathKit::TKesraMatrix4<double>& worldToView,
-                          int windowWidth, int windowHeight) = 0;
+    // Draws every tip into the frame that renderer is drawing, seen through
+    // renderer's camera: the text at its effect coordinate over the
+    // background colour in the font type, and a line in the linking line
+    // colour from the label to the original coordinate.
+    virtual void DrawTips(CKesraRenderer& renderer) = 0;
 
     // ---- Tips ---------------------------------------------------------------
 

@@ -95,7 +95,7 @@ class TestTipManager : public KesraEngine::CKesraTipManager
 public:
     TestTipManager() : CKesraTipManager() {}
 
-    void DrawTips(const KesraMathKit::TKesraMatrix4<double>&, int, int) override {}
+    void DrawTips(KesraEngine::CKesraRenderer&) override {}
 };
 
 class TestRenderer : public KesraEngine::CKesraRenderer
@@ -211,7 +211,7 @@ class TestStreamline : public KesraEngine::CKesraStreamline
 public:
     TestStreamline() = default;
 
-    void DrawStreamline() override {}
+    void DrawStreamline(KesraEngine::CKesraRenderer&) override {}
 
     double Radius() const { return m_radius; }
     double AuxiliarySize() const { return m_auxiliarySize; }

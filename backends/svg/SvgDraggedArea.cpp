@@ -1,0 +1,140 @@
+#include "svg/SvgDraggedArea.h"
+
+#include "svg/SvgRenderer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace KesraSvg
+{
+
+CSvgDraggedArea::CSvgDraggedArea(CSvgRenderer& renderer, int width, int height)
+    : CKesraDraggedArea(width, height), m_renderer(&renderer)
+{
+}
+
+bool CSvgDraggedArea::OnMouseDown(int x, int y)
+{
+    if (!m_enabled)
+    {
+        return false;
+    }
+    m_dragged = true;
+    m_mouseStartX = x;
+    m_mouseStartY = y;
+    m_mouseEndX = x;
+    m_mouseEndY = y;
+    m_furtherPointX = x;
+    m_furtherPointY = y;
+    RequestRedraw();
+    return true;
+}
+
+bool CSvgDraggedArea::OnMouseMove(int x, int y)
+{
+    if (!m_dragged)
+    {
+        return false;
+    }
+    m_furtherPointX = m_mouseEndX;
+    m_furtherPointY = m_mouseEndY;
+    m_mouseEndX = x;
+    m_mouseEndY = y;
+    RequestRedraw();
+    return true;
+}
+
+bool CSvgDraggedArea::OnMouseUp(int x, int y)
+{
+    if (!m_dragged)
+    {
+        return false;
+    }
+    m_mouseEndX = x;
+    m_mouseEndY = y;
+    m_dragged = false;
+    RequestRedraw();
+    OnAreaSelected(m_mouseStartX, m_mouseStartY, m_mouseEndX, m_mouseEndY);
+    return true;
+}
+
+void CSvgDraggedArea::CancelDrag()
+{
+    if (m_dragged)
+    {
+        m_dragged = false;
+        RequestRedraw();
+    }
+}
+
+void CSvgDraggedArea::OnAreaSelected(int x0, int y0, int x1, int y1)
+{
+    if (m_handler)
+    {
+        m_handler(x0, y0, x1, y1);
+    }
+}
+
+void CSvgDraggedArea::BeginOverlay()
+{
+    CSvgCanvas* canvas = m_renderer->GetCanvas();
+    if (canvas != nullptr && !m_overlayOpen)
+    {
+        canvas->BeginGroup("dragged-area");
+        m_overlayOpen = true;
+    }
+}
+
+void CSvgDraggedArea::EndOverlay()
+{
+    CSvgCanvas* canvas = m_renderer->GetCanvas();
+    if (canvas != nullptr && m_overlayOpen)
+    {
+        canvas->EndGroup();
+    }
+    m_overlayOpen = false;
+}
+
+void CSvgDraggedArea::Draw()
+{
+    CSvgCanvas* canvas = m_renderer->GetCanvas();
+    if (canvas == nullptr)
+    {
+        return;
+    }
+    const double left = std::min(m_mouseStartX, m_mouseEndX);
+    const double bottom = std::min(m_mouseStartY, m_mouseEndY);
+    const double width = std::abs(static_cast<double>(m_mouseEndX) - m_mouseStartX);
+    const double height = std::abs(static_cast<double>(m_mouseEndY) - m_mouseStartY);
+    CSvgWriter& svg = canvas->Writer();
+    svg.Open("rect");
+    svg.Attribute("x", left, 0);
+    svg.Attribute("y", canvas->SvgY(bottom + height), 0);
+    svg.Attribute("width", width, 0);
+    svg.Attribute("height", height, 0);
+    svg.Attribute("fill", "none");
+    svg.Attribute("stroke", HexColor(m_color.red, m_color.green, m_color.blue));
+    svg.Attribute("stroke-width", m_lineWidth, 2);
+    svg.Attribute("stroke-dasharray", "6 4");
+    svg.Close();
+}
+
+void CSvgDraggedArea::Erase()
+{
+    RequestRedraw();
+}
+
+void CSvgDraggedArea::SetLineWidth(float width)
+{
+    if (width > 0.0f)
+    {
+        m_lineWidth = width;
+    }
+}
+
+void CSvgDraggedArea::RequestRedraw()
+{
+    m_renderer->Invalidate();
+}
+
+} // namespace KesraSvg

@@ -1,0 +1,79 @@
+#include "svg/SvgSheet.h"
+
+#include "svg/SvgCanvas.h"
+
+#include <algorithm>
+
+namespace KesraSvg
+{
+
+namespace
+{
+
+constexpr int kMargin = 12;
+constexpr int kCaption = 24;
+constexpr int kTitle = 40;
+
+// The document without its XML declaration, so that it can be nested.
+std::string WithoutDeclaration(const std::string& document)
+{
+    if (document.compare(0, 5, "<?xml") == 0)
+    {
+        const std::size_t end = document.find("?>");
+        if (end != std::string::npos)
+        {
+            return document.substr(document.find_first_not_of(" \r\n\t", end + 2));
+        }
+    }
+    return document;
+}
+
+} // namespace
+
+std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>& cells,
+                         int columns, int cellWidth, int cellHeight)
+{
+    columns = std::max(columns, 1);
+    cellWidth = std::max(cellWidth, 1);
+    cellHeight = std::max(cellHeight, 1);
+    const int count = static_cast<int>(cells.size());
+    const int rows = std::max((count + columns - 1) / columns, 1);
+    const int width = kMargin + columns * (cellWidth + kMargin);
+    const int height = kTitle + rows * (cellHeight + kCaption + kMargin) + kMargin;
+    CSvgCanvas sheet(width, height, "sheet");
+    CSvgWriter& svg = sheet.Writer();
+    sheet.Rect(0.0, 0.0, width, height, "#f4f4f4", Color{}, 0.0);
+    TextStyle titleStyle;
+    titleStyle.size = 20;
+    titleStyle.bold = true;
+    titleStyle.color = Color{40, 40, 40, 255};
+    sheet.Text(kMargin, height - 28.0, title, titleStyle, Anchor::Start);
+    TextStyle captionStyle;
+    captionStyle.size = 15;
+    captionStyle.color = Color{40, 40, 40, 255};
+    for (int i = 0; i < count; ++i)
+    {
+        const int left = kMargin + (i % columns) * (cellWidth + kMargin);
+        const int top = kTitle + (i / columns) * (cellHeight + kCaption + kMargin);
+        const SheetCell& cell = cells[static_cast<std::size_t>(i)];
+        sheet.BeginGroup("view");
+        sheet.Text(left + 2.0, height - (top + 17.0), cell.caption, captionStyle, Anchor::Start);
+        svg.Open("g");
+        svg.Attribute("transform", "translate(" + std::to_string(left) + " " +
+                                       std::to_string(top + kCaption) + ")");
+        svg.Open("svg");
+        svg.Attribute("width", cellWidth, 0);
+        svg.Attribute("height", cellHeight, 0);
+        svg.Attribute("viewBox", "0 0 " + std::to_string(std::max(cell.width, 1)) + " " +
+                                     std::to_string(std::max(cell.height, 1)));
+        svg.Raw(WithoutDeclaration(cell.document));
+        svg.Close();
+        svg.Close();
+        sheet.Rect(left, height - (top + kCaption + cellHeight), cellWidth, cellHeight, "none",
+                   Color{170, 170, 170, 255}, 1.0);
+        sheet.EndGroup();
+    }
+    return sheet.Finish();
+}
+
+} // namespace KesraSvg

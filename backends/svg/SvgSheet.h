@@ -1,0 +1,28 @@
+// A contact sheet: several SVG frames side by side in one SVG document.
+//
+// Each frame is nested as it is, scaled into its cell (keeping its aspect),
+// under a caption. The
+// frames must have been written with distinct id prefixes
+// (CSvgRenderer::SetIdPrefix), since their ids end up in one document.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace KesraSvg
+{
+
+struct SheetCell
+{
+    std::string caption;
+    std::string document; // a whole SVG document, as CSvgRenderer writes it
+    int width = 0;        // the document's size in pixels, scaled to the cell
+    int height = 0;
+};
+
+// A sheet of cells of cellWidth x cellHeight pixels, columns to a row, under
+// a title. Each cell is a group of class "view".
+std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>& cells,
+                         int columns, int cellWidth, int cellHeight);
+
+} // namespace KesraSvg

@@ -1,0 +1,35 @@
+// The demo's result data: streamlines of the potential flow of a uniform
+// stream past a sphere, traced by the host itself.
+//
+// The stream runs along +x at 1 m/s, the sphere of radius 1 m sits at the
+// origin. Speeds run from 0 at the two stagnation points to 1.5 m/s at the
+// sphere's equator.
+#pragma once
+
+#include "MathKit/Vector3.h"
+
+#include <vector>
+
+namespace KesraDemo
+{
+
+using Vec3 = KesraMathKit::TKesraVector3<double>;
+
+constexpr double kSphereRadius = 1.0; // m, centred at the origin
+
+struct FlowLine
+{
+    std::vector<Vec3> points;    // equally spaced along the line, model units
+    std::vector<double> speeds;  // |v| at each point, m/s
+    std::vector<double> lengths; // arc length from the first point, m
+};
+
+// The velocity of the flow at p (outside the sphere).
+Vec3 Velocity(const Vec3& p);
+
+// Lines seeded upstream on rings around the stream axis, each traced with a
+// fourth-order Runge-Kutta step until it leaves the box downstream, and
+// resampled at equal arc lengths.
+std::vector<FlowLine> TraceSphereFlow();
+
+} // namespace KesraDemo

@@ -1,0 +1,92 @@
+"""Checks of the SVG backend's and the demo's output that need an XML parser
+or a process: well-formed documents with their parts, the contact sheet's
+seven views, and every error path of kesra-demo's command line.
+
+usage: check_svg.py scene WRITER DIR | demo DEMO DIR | cli DEMO DIR
+"""
+import os
+import subprocess
+import sys
+import xml.etree.ElementTree as ET
+
+SVG = "{http://www.w3.org/2000/svg}"
+FRAME_PARTS = {"background", "tubes", "legend", "ruler", "axis", "tips", "title"}
+
+
+def classes(root):
+    return [g.get("class") for g in root.iter(SVG + "g")]
+
+
+def parse(path):
+    root = ET.parse(path).getroot()  # raises on a document that is not well-formed
+    assert root.tag == SVG + "svg", root.tag
+    return root
+
+
+def check_scene(writer, directory):
+    path = os.path.join(directory, "small-scene.svg")
+    subprocess.run([writer, path], check=True)
+    root = parse(path)
+    missing = (FRAME_PARTS | {"dragged-area"}) - set(classes(root))
+    assert not missing, missing
+    texts = "".join(root.itertext())
+    assert 'Two tubes <&> "crossing"' in texts, texts
+    assert root.find(f".//{SVG}g[@class='tubes']/{SVG}polygon") is not None
+
+
+def check_demo(demo, directory):
+    frame = os.path.join(directory, "frame.svg")
+    sheet = os.path.join(directory, "sheet.svg")
+    result = subprocess.run([demo, "--out", frame, "--sheet", sheet, "--size", "900x500"],
+                            check=True, capture_output=True, text=True)
+    for word in ("streamlines", "nodes", "ring vertices", "speed range", "ruler", "view",
+                 "time taken", frame, sheet):
+        assert word in result.stdout, (word, result.stdout)
+    root = parse(frame)
+    missing = (FRAME_PARTS | {"curve"}) - set(classes(root))
+    assert not missing, missing
+    assert root.get("width") == "900" and root.get("height") == "500"
+    views = [g for g in parse(sheet).iter(SVG + "g") if g.get("class") == "view"]
+    assert len(views) == 7, len(views)
+    for view in views:
+        assert view.find(f".//{SVG}g[@class='tubes']") is not None
+
+
+def check_cli(demo, directory):
+    os.makedirs(directory, exist_ok=True)
+    out = os.path.join(directory, "out.svg")
+
+    def run(*args, code):
+        result = subprocess.run([demo, *args], capture_output=True, text=True, cwd=directory)
+        assert result.returncode == code, (args, result.returncode, result.stderr)
+        assert os.listdir(directory) == [], (args, os.listdir(directory))
+        return result
+
+    bad = [(["--frobnicate"], "--frobnicate"), (["stray"], "stray"), (["--out"], "--out"),
+           (["--out", ""], "--out"), (["--size", "12x"], "--size"), (["--size", "399x800"], "--size"),
+           (["--size", "1200x9000"], "--size"), (["--view", "diagonal"], "--view"),
+           (["--palette", "rainbow"], "--palette"), (["--banded", "1"], "--banded"),
+           (["--banded", "31"], "--banded"), (["--banded=-2"], "--banded"),
+           (["--out", out, "--sheet", "./out.svg"], "--sheet")]
+    for args, named in bad:
+        err = run(*args, code=2).stderr
+        first, rest = err.split("\n", 1)
+        assert named in first and "usage: kesra-demo" in rest, (args, err)
+    missing_dir = os.path.join(directory, "no-such-dir", "x.svg")
+    for args, path in [(["--out", missing_dir], missing_dir), (["--out", directory], directory),
+                       (["--out", out, "--sheet", missing_dir], missing_dir)]:
+        err = run(*args, code=1).stderr
+        assert path in err and err.count("\n") == 1, (args, err)
+    assert run("--help", code=0).stdout.startswith("usage: kesra-demo")
+
+
+def main():
+    mode, program, directory = sys.argv[1:4]
+    os.makedirs(directory, exist_ok=True)
+    for name in os.listdir(directory):
+        os.remove(os.path.join(directory, name))
+    {"scene": check_scene, "demo": check_demo, "cli": check_cli}[mode](program, directory)
+
+
+if __name__ == "__main__":
+    main()
