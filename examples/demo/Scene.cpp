@@ -33,18 +33,46 @@ std::string SpeedText(const char* what, double speed)
 
 } // namespace
 
+// The fastest and the slowest point over all lines, and the fastest's line.
+struct DemoScene::Extremes
+{
+    Extreme fastest{std::numeric_limits<double>::lowest(), Vec3()};
+    Extreme slowest{std::numeric_limits<double>::max(), Vec3()};
+    std::size_t fastestLine = 0;
+};
+
+DemoScene::Extremes DemoScene::FindExtremes(const std::vector<FlowLine>& lines)
+{
+    Extremes extremes;
+    for (std::size_t l = 0; l < lines.size(); ++l)
+    {
+        for (std::size_t i = 0; i < lines[l].speeds.size(); ++i)
+        {
+            const double speed = lines[l].speeds[i];
+            if (speed > extremes.fastest.speed)
+            {
+                extremes.fastest = Extreme{speed, lines[l].points[i]};
+                extremes.fastestLine = l;
+            }
+            if (speed < extremes.slowest.speed)
+            {
+                extremes.slowest = Extreme{speed, lines[l].points[i]};
+            }
+        }
+    }
+    return extremes;
+}
+
 const char* ViewName(View view)
 {
-    switch (view)
+    for (const NamedView& entry : kViews)
     {
-    case View::Front: return "front";
-    case View::Back: return "back";
-    case View::Left: return "left";
-    case View::Right: return "right";
-    case View::Top: return "top";
-    case View::Bottom: return "bottom";
-    default: return "iso";
+        if (entry.value == view)
+        {
+            return entry.name;
+        }
     }
+    return kViews[0].name;
 }
 
 DemoScene::DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& options)
@@ -86,16 +114,9 @@ DemoScene::DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& opt
     m_legend.SetNote("stream 1 m/s");
     m_legend.SetValueFormat(3, 2);
 
-    m_summary.minSpeed = std::numeric_limits<double>::max();
-    m_summary.maxSpeed = std::numeric_limits<double>::lowest();
-    for (const FlowLine& line : lines)
-    {
-        for (const double speed : line.speeds)
-        {
-            m_summary.minSpeed = std::min(m_summary.minSpeed, speed);
-            m_summary.maxSpeed = std::max(m_summary.maxSpeed, speed);
-        }
-    }
+    const Extremes extremes = FindExtremes(lines);
+    m_summary.minSpeed = extremes.slowest.speed;
+    m_summary.maxSpeed = extremes.fastest.speed;
     m_legend.SetValueRange(m_summary.minSpeed, m_summary.maxSpeed, true, true);
 
     m_ruler.SetUnit("[m]");
@@ -104,8 +125,8 @@ DemoScene::DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& opt
     m_camera.RegisterEventHandler(&m_updater);
 
     BuildTubes(lines);
-    BuildTips(lines);
-    BuildChart(lines);
+    BuildTips(extremes);
+    BuildChart(lines, extremes.fastestLine);
     BuildSphere();
     m_renderer.SetScalarBar(&m_legend);
     m_renderer.SetRuler(&m_ruler);
@@ -159,27 +180,13 @@ void DemoScene::BuildTubes(const std::vector<FlowLine>& lines)
     }
 }
 
-void DemoScene::BuildTips(const std::vector<FlowLine>& lines)
+void DemoScene::BuildTips(const Extremes& extremes)
 {
-    Extreme fastest{std::numeric_limits<double>::lowest(), Vec3()};
-    Extreme slowest{std::numeric_limits<double>::max(), Vec3()};
-    for (std::size_t l = 0; l < lines.size(); ++l)
-    {
-        for (std::size_t i = 0; i < lines[l].speeds.size(); ++i)
-        {
-            const double speed = lines[l].speeds[i];
-            if (speed > fastest.speed)
-            {
-                fastest = Extreme{speed, lines[l].points[i]};
-            }
-            if (speed < slowest.speed)
-            {
-                slowest = Extreme{speed, lines[l].points[i]};
-            }
-        }
-    }
+    const Extreme& fastest = extremes.fastest;
+    const Extreme& slowest = extremes.slowest;
     m_tips = m_tipFactory.CreateTipManager();
-    if (m_tips == nullptr || lines.empty())
+    // Without a single point there is nothing to mark.
+    if (m_tips == nullptr || fastest.speed < slowest.speed)
     {
         return;
     }
@@ -194,22 +201,8 @@ void DemoScene::BuildTips(const std::vector<FlowLine>& lines)
     m_tips->SetLinkingLineColor(90, 90, 90);
 }
 
-void DemoScene::BuildChart(const std::vector<FlowLine>& lines)
+void DemoScene::BuildChart(const std::vector<FlowLine>& lines, std::size_t fastestLine)
 {
-    // The line that reaches the highest speed.
-    std::size_t fastestLine = 0;
-    double fastest = std::numeric_limits<double>::lowest();
-    for (std::size_t l = 0; l < lines.size(); ++l)
-    {
-        for (const double speed : lines[l].speeds)
-        {
-            if (speed > fastest)
-            {
-                fastest = speed;
-                fastestLine = l;
-            }
-        }
-    }
     if (lines.empty())
     {
         return;

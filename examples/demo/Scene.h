@@ -34,6 +34,18 @@ enum class View
     Bottom
 };
 
+struct NamedView
+{
+    View value;
+    const char* name; // as the command line spells it
+};
+
+// The seven standard views, in the contact sheet's order.
+inline constexpr NamedView kViews[] = {{View::Iso, "iso"},     {View::Front, "front"},
+                                       {View::Back, "back"},   {View::Left, "left"},
+                                       {View::Right, "right"}, {View::Top, "top"},
+                                       {View::Bottom, "bottom"}};
+
 // The name of a view, as the command line spells it.
 const char* ViewName(View view);
 
@@ -107,9 +119,11 @@ public:
     std::string RulerText() const;
 
 private:
+    struct Extremes;
+    static Extremes FindExtremes(const std::vector<FlowLine>& lines);
     void BuildTubes(const std::vector<FlowLine>& lines);
-    void BuildTips(const std::vector<FlowLine>& lines);
-    void BuildChart(const std::vector<FlowLine>& lines);
+    void BuildTips(const Extremes& extremes);
+    void BuildChart(const std::vector<FlowLine>& lines, std::size_t fastestLine);
     void BuildSphere();
     void Layout(int width, int height, bool forSheet);
 

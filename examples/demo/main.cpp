@@ -11,9 +11,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
+#include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -26,16 +30,77 @@ using KesraDemo::View;
 constexpr int kMinSide = 400;
 constexpr int kMaxSide = 8000;
 
-const char* const kUsage =
-    "usage: kesra-demo [--out FILE] [--sheet FILE] [--size WxH] [--view VIEW]\n"
-    "                  [--palette PALETTE] [--banded N] [--help]\n"
-    "  --out FILE         the frame (default kesra-demo.svg)\n"
-    "  --sheet FILE       also a contact sheet of the seven standard views\n"
-    "  --size WxH         frame size in pixels, W and H from 400 to 8000 (default 1200x800)\n"
-    "  --view VIEW        iso, front, back, left, right, top or bottom (default iso)\n"
-    "  --palette PALETTE  redblue, bluered, gray or greenred (default redblue)\n"
-    "  --banded N         0 for a smooth legend, else 2 to 30 colour blocks (default 0)\n"
-    "  --help             this text\n";
+struct NamedPalette
+{
+    Palette value;
+    const char* name;
+};
+
+constexpr NamedPalette kPalettes[] = {{Palette::RedBlue, "redblue"},
+                                      {Palette::BlueRed, "bluered"},
+                                      {Palette::Gray, "gray"},
+                                      {Palette::GreenRed, "greenred"}};
+
+// The options that take a value; --help takes none.
+constexpr const char* kValueOptions[] = {"--out", "--sheet", "--size",
+                                         "--view", "--palette", "--banded"};
+
+const char* NameOf(const char* name)
+{
+    return name;
+}
+
+template <typename Entry>
+const char* NameOf(const Entry& entry)
+{
+    return entry.name;
+}
+
+template <typename Table>
+std::string Names(const Table& table)
+{
+    std::string names;
+    for (const auto& entry : table)
+    {
+        names += (names.empty() ? "" : ", ") + std::string(NameOf(entry));
+    }
+    return names;
+}
+
+// What an option accepts, for the usage and for a missing or bad value.
+std::string Accepted(const std::string& option)
+{
+    if (option == "--size")
+    {
+        return "WxH with W and H from 400 to 8000";
+    }
+    if (option == "--view")
+    {
+        return "one of " + Names(KesraDemo::kViews);
+    }
+    if (option == "--palette")
+    {
+        return "one of " + Names(kPalettes);
+    }
+    if (option == "--banded")
+    {
+        return "0 (smooth) or a block count from 2 to 30";
+    }
+    return "a file name";
+}
+
+std::string Usage()
+{
+    return "usage: kesra-demo [--out FILE] [--sheet FILE] [--size WxH] [--view VIEW]\n"
+           "                  [--palette PALETTE] [--banded N] [--help]\n"
+           "  --out FILE         the frame (default kesra-demo.svg)\n"
+           "  --sheet FILE       also a contact sheet of the seven standard views\n"
+           "  --size WxH         " + Accepted("--size") + " pixels (default 1200x800)\n"
+           "  --view VIEW        " + Accepted("--view") + " (default iso)\n"
+           "  --palette PALETTE  " + Accepted("--palette") + " (default redblue)\n"
+           "  --banded N         " + Accepted("--banded") + " (default 0)\n"
+           "  --help             this text\n";
+}
 
 struct Options
 {
@@ -54,13 +119,24 @@ struct UsageError
     std::string message;
 };
 
+// Decimal digits only, any number of them, as long as the value fits.
 bool ParseInt(const std::string& text, int& value)
 {
-    if (text.empty() || text.size() > 6 || text.find_first_not_of("0123456789") != std::string::npos)
+    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos)
     {
         return false;
     }
-    value = std::stoi(text);
+    int parsed = 0;
+    for (const char c : text)
+    {
+        const int digit = c - '0';
+        if (parsed > (std::numeric_limits<int>::max() - digit) / 10)
+        {
+            return false;
+        }
+        parsed = 10 * parsed + digit;
+    }
+    value = parsed;
     return true;
 }
 
@@ -72,84 +148,49 @@ bool ParseSize(const std::string& text, int& width, int& height)
            && height >= kMinSide && height <= kMaxSide;
 }
 
-bool ParseView(const std::string& text, View& view)
+template <typename Table, typename Value>
+bool ParseName(const Table& table, const std::string& text, Value& value)
 {
-    const View views[] = {View::Iso, View::Front, View::Back, View::Left,
-                          View::Right, View::Top, View::Bottom};
-    for (const View candidate : views)
+    for (const auto& entry : table)
     {
-        if (text == KesraDemo::ViewName(candidate))
+        if (text == entry.name)
         {
-            view = candidate;
+            value = entry.value;
             return true;
         }
     }
     return false;
 }
 
-bool ParsePalette(const std::string& text, Palette& palette)
-{
-    const struct
-    {
-        const char* name;
-        Palette palette;
-    } palettes[] = {{"redblue", Palette::RedBlue},
-                    {"bluered", Palette::BlueRed},
-                    {"gray", Palette::Gray},
-                    {"greenred", Palette::GreenRed}};
-    for (const auto& candidate : palettes)
-    {
-        if (text == candidate.name)
-        {
-            palette = candidate.palette;
-            return true;
-        }
-    }
-    return false;
-}
-
+// Throws UsageError for a value the option does not accept.
 void ApplyOption(Options& options, const std::string& name, const std::string& value)
 {
-    const auto bad = [&](const char* accepted) {
-        return UsageError{name + ": '" + value + "' is not " + accepted};
-    };
+    bool accepted = !value.empty();
     if (name == "--out" || name == "--sheet")
     {
-        if (value.empty())
-        {
-            throw UsageError{name + ": needs a file name"};
-        }
         (name == "--out" ? options.out : options.sheet) = value;
     }
     else if (name == "--size")
     {
-        if (!ParseSize(value, options.width, options.height))
-        {
-            throw bad("WxH with W and H from 400 to 8000");
-        }
+        accepted = ParseSize(value, options.width, options.height);
     }
     else if (name == "--view")
     {
-        if (!ParseView(value, options.view))
-        {
-            throw bad("one of iso, front, back, left, right, top, bottom");
-        }
+        accepted = ParseName(KesraDemo::kViews, value, options.view);
     }
     else if (name == "--palette")
     {
-        if (!ParsePalette(value, options.scene.palette))
-        {
-            throw bad("one of redblue, bluered, gray, greenred");
-        }
+        accepted = ParseName(kPalettes, value, options.scene.palette);
     }
     else if (name == "--banded")
     {
         int blocks = 0;
-        if (!ParseInt(value, blocks) || blocks == 1 || blocks > 30)
-        {
-            throw bad("0 (smooth) or a block count from 2 to 30");
-        }
+        accepted = ParseInt(value, blocks) && blocks != 1 && blocks <= 30;
         options.scene.bandedBlocks = blocks;
+    }
+    if (!accepted)
+    {
+        throw UsageError{name + ": '" + value + "' is not " + Accepted(name)};
     }
 }
 
@@ -158,6 +199,14 @@ std::string AbsolutePath(const std::string& path)
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     return error ? path : absolute.lexically_normal().string();
+}
+
+// True when the two paths name one file: the same path in two spellings, or
+// two links to one existing file.
+bool SameFile(const std::string& a, const std::string& b)
+{
+    std::error_code error;
+    return AbsolutePath(a) == AbsolutePath(b) || std::filesystem::equivalent(a, b, error);
 }
 
 Options ParseCommandLine(int argc, char** argv)
@@ -175,30 +224,32 @@ Options ParseCommandLine(int argc, char** argv)
             name.erase(equals);
             hasValue = true;
         }
-        if (name == "--help")
+        if (name == "--help" && !hasValue)
         {
             options.help = true;
             continue;
         }
-        const bool known = name == "--out" || name == "--sheet" || name == "--size"
-                           || name == "--view" || name == "--palette" || name == "--banded";
-        if (!known)
+        if (name == "--help")
+        {
+            throw UsageError{"--help: takes no value"};
+        }
+        if (std::find(std::begin(kValueOptions), std::end(kValueOptions), name)
+            == std::end(kValueOptions))
         {
             throw UsageError{(name.compare(0, 1, "-") == 0 ? "unknown option '" : "unexpected argument '")
-                             + name + "'; accepted: --out, --sheet, --size, --view, --palette, "
-                               "--banded, --help"};
+                             + name + "'; accepted: " + Names(kValueOptions) + ", --help"};
         }
         if (!hasValue)
         {
             if (i + 1 >= argc)
             {
-                throw UsageError{name + ": needs a value"};
+                throw UsageError{name + ": needs a value, " + Accepted(name)};
             }
             value = argv[++i];
         }
         ApplyOption(options, name, value);
     }
-    if (!options.sheet.empty() && AbsolutePath(options.sheet) == AbsolutePath(options.out))
+    if (!options.sheet.empty() && SameFile(options.sheet, options.out))
     {
         throw UsageError{"--sheet: '" + options.sheet + "' is the frame's file too; give it another"};
     }
@@ -212,12 +263,38 @@ struct WriteError
     std::string reason;
 };
 
-// Writes text to a temporary file next to path; renamed into place only when
-// every output has been written, so that no half-written file is left.
-std::string WriteTemporary(const std::string& path, const std::string& text)
+// Creates a temporary file next to path, under a name that exists nowhere
+// else: neither on disk (the "x" mode refuses an existing file) nor among
+// the outputs, so that it can replace none of them.
+std::FILE* OpenTemporary(const std::string& path, const std::vector<std::string>& targets,
+                         std::mt19937_64& random, std::string& temporary)
 {
-    const std::string temporary = path + ".partial";
-    std::FILE* file = std::fopen(temporary.c_str(), "wb");
+    for (int attempt = 0; attempt < 100; ++attempt)
+    {
+        char suffix[32];
+        std::snprintf(suffix, sizeof suffix, ".%016llx.tmp",
+                      static_cast<unsigned long long>(random()));
+        temporary = path + suffix;
+        if (std::find(targets.begin(), targets.end(), temporary) != targets.end())
+        {
+            continue;
+        }
+        std::FILE* file = std::fopen(temporary.c_str(), "wbx");
+        if (file != nullptr || errno != EEXIST)
+        {
+            return file;
+        }
+    }
+    errno = EEXIST;
+    return nullptr;
+}
+
+// Writes text to a new temporary file next to path and returns its name.
+std::string WriteTemporary(const std::string& path, const std::string& text,
+                           const std::vector<std::string>& targets, std::mt19937_64& random)
+{
+    std::string temporary;
+    std::FILE* file = OpenTemporary(path, targets, random, temporary);
     if (file == nullptr)
     {
         throw WriteError{path, std::strerror(errno)};
@@ -234,32 +311,47 @@ std::string WriteTemporary(const std::string& path, const std::string& text)
     return temporary;
 }
 
+// All or nothing: every output is written to a temporary first and renamed
+// into place only when all are written and no target is a directory. Should
+// a rename still fail, the temporaries and the outputs already in place go.
 void WriteOutputs(const std::vector<std::pair<std::string, std::string>>& outputs)
 {
+    std::vector<std::string> targets;
+    for (const auto& output : outputs)
+    {
+        targets.push_back(output.first);
+    }
+    std::random_device seed;
+    std::mt19937_64 random((static_cast<std::uint64_t>(seed()) << 32) ^ seed());
     std::vector<std::string> temporaries;
+    std::size_t renamed = 0;
     try
     {
         for (const auto& [path, text] : outputs)
         {
-            temporaries.push_back(WriteTemporary(path, text));
+            temporaries.push_back(WriteTemporary(path, text, targets, random));
         }
-        for (std::size_t i = 0; i < outputs.size(); ++i)
+        for (const std::string& target : targets)
         {
-            if (std::rename(temporaries[i].c_str(), outputs[i].first.c_str()) != 0)
+            std::error_code error;
+            if (std::filesystem::is_directory(target, error))
             {
-                throw WriteError{outputs[i].first, std::strerror(errno)};
+                throw WriteError{target, std::strerror(EISDIR)};
             }
-            temporaries[i].clear();
+        }
+        for (; renamed < targets.size(); ++renamed)
+        {
+            if (std::rename(temporaries[renamed].c_str(), targets[renamed].c_str()) != 0)
+            {
+                throw WriteError{targets[renamed], std::strerror(errno)};
+            }
         }
     }
     catch (const WriteError&)
     {
-        for (const std::string& temporary : temporaries)
+        for (std::size_t i = 0; i < temporaries.size(); ++i)
         {
-            if (!temporary.empty())
-            {
-                std::remove(temporary.c_str());
-            }
+            std::remove((i < renamed ? targets[i] : temporaries[i]).c_str());
         }
         throw;
     }
@@ -274,17 +366,14 @@ int Run(const Options& options)
     std::vector<std::pair<std::string, std::string>> outputs;
     if (!options.sheet.empty())
     {
-        const View views[] = {View::Iso, View::Front, View::Back, View::Left,
-                              View::Right, View::Top, View::Bottom};
         // A third of the frame, but large enough to read.
         const int cellWidth = std::max(options.width / 3, 300);
         const int cellHeight = std::max(options.height / 3, 200);
         std::vector<KesraSvg::SheetCell> cells;
-        for (const View view : views)
+        for (const KesraDemo::NamedView& view : KesraDemo::kViews)
         {
-            cells.push_back({KesraDemo::ViewName(view),
-                             scene.RenderFrame(view, cellWidth, cellHeight, true), cellWidth,
-                             cellHeight});
+            cells.push_back({view.name, scene.RenderFrame(view.value, cellWidth, cellHeight, true),
+                             cellWidth, cellHeight});
         }
         outputs.emplace_back(options.sheet,
                              KesraSvg::ComposeSheet("Flow around a sphere: the seven standard views",
@@ -326,12 +415,12 @@ int main(int argc, char** argv)
     }
     catch (const UsageError& error)
     {
-        std::fprintf(stderr, "kesra-demo: %s\n%s", error.message.c_str(), kUsage);
+        std::fprintf(stderr, "kesra-demo: %s\n%s", error.message.c_str(), Usage().c_str());
         return 2;
     }
     if (options.help)
     {
-        std::fputs(kUsage, stdout);
+        std::fputs(Usage().c_str(), stdout);
         return 0;
     }
     try

@@ -56,27 +56,42 @@ def check_cli(demo, directory):
     os.makedirs(directory, exist_ok=True)
     out = os.path.join(directory, "out.svg")
 
-    def run(*args, code):
+    def run(*args, code, left=()):
         result = subprocess.run([demo, *args], capture_output=True, text=True, cwd=directory)
         assert result.returncode == code, (args, result.returncode, result.stderr)
-        assert os.listdir(directory) == [], (args, os.listdir(directory))
+        assert sorted(os.listdir(directory)) == sorted(left), (args, os.listdir(directory))
         return result
 
+    views = "one of iso, front, back, left, right, top, bottom"
     bad = [(["--frobnicate"], "--frobnicate"), (["stray"], "stray"), (["--out"], "--out"),
            (["--out", ""], "--out"), (["--size", "12x"], "--size"), (["--size", "399x800"], "--size"),
-           (["--size", "1200x9000"], "--size"), (["--view", "diagonal"], "--view"),
-           (["--palette", "rainbow"], "--palette"), (["--banded", "1"], "--banded"),
-           (["--banded", "31"], "--banded"), (["--banded=-2"], "--banded"),
-           (["--out", out, "--sheet", "./out.svg"], "--sheet")]
+           (["--size", "1200x9000"], "--size"), (["--view", "diagonal"], "--view " + views),
+           (["--view"], "--view " + views), (["--palette", "rainbow"], "--palette"),
+           (["--banded", "1"], "--banded"), (["--banded", "31"], "--banded"),
+           (["--banded=-2"], "--banded"), (["--banded", "9" * 30], "--banded"),
+           (["--help=no"], "--help"), (["--out", out, "--sheet", "./out.svg"], "--sheet")]
     for args, named in bad:
         err = run(*args, code=2).stderr
         first, rest = err.split("\n", 1)
-        assert named in first and "usage: kesra-demo" in rest, (args, err)
+        assert all(word in first for word in named.split(" ", 1)), (args, err)
+        assert "usage: kesra-demo" in rest, (args, err)
     missing_dir = os.path.join(directory, "no-such-dir", "x.svg")
     for args, path in [(["--out", missing_dir], missing_dir), (["--out", directory], directory),
                        (["--out", out, "--sheet", missing_dir], missing_dir)]:
         err = run(*args, code=1).stderr
         assert path in err and err.count("\n") == 1, (args, err)
+    # A sheet that is a directory: the frame is not left in place either.
+    os.mkdir(os.path.join(directory, "d"))
+    assert "'d'" in run("--out", "out.svg", "--sheet", "d", code=1, left=["d"]).stderr
+    os.rmdir(os.path.join(directory, "d"))
+    # Temporary names clash with no output and no file already there.
+    with open(os.path.join(directory, "a.svg.partial"), "w") as mine:
+        mine.write("mine")
+    run("--out", "a.svg", "--sheet", "a.svg.partial", "--banded", "0000000002", code=0,
+        left=["a.svg", "a.svg.partial"])
+    assert parse(os.path.join(directory, "a.svg.partial")).get("width") != "1200"
+    for name in os.listdir(directory):
+        os.remove(os.path.join(directory, name))
     assert run("--help", code=0).stdout.startswith("usage: kesra-demo")
 
 
