@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -90,17 +91,36 @@ TEST(SvgSceneTest, LegendSwatchesCarryTheColoursOfTheirValues)
         scene.legend.SetColorPaletteGreenRed();
         scene.legend.SetBanded(banded);
         scene.legend.SetBlockNum(5);
+        for (KesraSvg::CSvgStreamline* tube : {scene.nearTube, scene.farTube})
+        {
+            tube->SetNodeValues({0.0, 2.5, 5.0, 7.5, 10.0}, &scene.legend);
+        }
+        scene.renderer.SetShadingLight(nullptr); // tubes in their base colours
         const std::string& svg = scene.Render();
         const std::regex swatch(banded ? "fill=\"#([0-9a-f]{6})\"[^>]*data-value=\"([^\"]+)\""
                                        : "stop-color=\"#([0-9a-f]{6})\" data-value=\"([^\"]+)\"");
-        int swatches = 0;
-        for (std::sregex_iterator it(svg.begin(), svg.end(), swatch), end; it != end; ++it, ++swatches)
+        std::vector<double> values;
+        std::set<std::string> colours;
+        for (std::sregex_iterator it(svg.begin(), svg.end(), swatch), end; it != end; ++it)
         {
             unsigned char rgb[3];
-            scene.legend.GetOpenGLColor(rgb[0], rgb[1], rgb[2], std::stod((*it)[2]));
+            values.push_back(std::stod((*it)[2]));
+            scene.legend.GetOpenGLColor(rgb[0], rgb[1], rgb[2], values.back());
             EXPECT_EQ((*it)[1].str(), KesraSvg::HexColor(rgb[0], rgb[1], rgb[2]).substr(1));
+            colours.insert("#" + (*it)[1].str());
         }
-        EXPECT_EQ(swatches, banded ? 5 : 33);
+        // Block middles, or 32 equal steps from the minimum 0 to the maximum 10.
+        ASSERT_EQ(values.size(), banded ? 5u : 33u);
+        for (std::size_t k = 0; k < values.size(); ++k)
+        {
+            EXPECT_EQ(values[k], banded ? 2.0 * k + 1.0 : 10.0 * k / 32) << k;
+        }
+        // Banded, a stretch whose two nodes lie in different blocks is still
+        // in a swatch's colour.
+        for (const std::string& fill : banded ? TubeFills(svg) : std::vector<std::string>())
+        {
+            EXPECT_EQ(colours.count(fill), 1u) << fill;
+        }
     }
 }
 
@@ -114,7 +134,7 @@ TEST(SvgSceneTest, LegendLabelsTakeThePowerOfTen)
     const int exponent = KesraEngine::CKesraScalarBar::GetExponentialBase(0.0, 25000.0, 3);
     ASSERT_EQ(exponent, 3);
     EXPECT_NE(svg.find(">25.0<"), std::string::npos);
-    EXPECT_NE(svg.find("class=\"power\">\xC3\x97" "10<tspan"), std::string::npos);
+    EXPECT_TRUE(std::regex_search(svg, std::regex(">\\[1\\] \xC3\x97" "10<tspan[^>]*>3</tspan>")));
     EXPECT_EQ(scene.legend.IsModified(), 0);
 }
 
@@ -240,6 +260,12 @@ TEST(SvgRendererTest, PixelQueriesDoNotApplyAndNoContextWritesNothing)
     renderer.SetDoubleBuffer(false);
     renderer.Render();
     EXPECT_NE(renderer.GetDocument().find("width=\"20\" height=\"10\""), std::string::npos);
+    // Render presents its frame; a host's own swap after it keeps that frame.
+    renderer.SetDoubleBuffer(true);
+    renderer.Resize(30, 10);
+    renderer.Render();
+    renderer.SwapBuffers();
+    EXPECT_NE(renderer.GetDocument().find("width=\"30\" height=\"10\""), std::string::npos);
 }
 
 TEST(SvgSheetTest, SheetNestsEveryFrame)
@@ -255,6 +281,8 @@ TEST(SvgSheetTest, SheetNestsEveryFrame)
     EXPECT_EQ(Count(sheet, "class=\"view\""), 7);
     EXPECT_EQ(Count(sheet, "<?xml"), 1);
     EXPECT_EQ(Count(sheet, "id=\"v6background0\""), 1);
+    // A frame that is only its declaration nests as nothing.
+    EXPECT_EQ(Count(KesraSvg::ComposeSheet("", {{"bare", "<?xml?> \n", 1, 1}}, 1, 1, 1), "<?xml"), 1);
 }
 
 } // namespace

@@ -90,7 +90,7 @@ void CSvgCanvas::Line(double x0, double y0, double x1, double y1, const Color& c
 }
 
 void CSvgCanvas::Text(double x, double y, const std::string& text, const TextStyle& style,
-                      Anchor anchor)
+                      Anchor anchor, const std::string& superscript, const std::string& tail)
 {
     m_writer.Open("text");
     m_writer.Attribute("x", x, 1);
@@ -111,6 +111,23 @@ void CSvgCanvas::Text(double x, double y, const std::string& text, const TextSty
     }
     m_writer.Attribute("fill", HexColor(style.color.red, style.color.green, style.color.blue));
     m_writer.Text(text);
+    if (!superscript.empty())
+    {
+        const double raise = 0.4 * style.size;
+        m_writer.Open("tspan");
+        m_writer.Attribute("dy", -raise, 1);
+        m_writer.Attribute("font-size", 0.75 * style.size, 1);
+        m_writer.Text(superscript);
+        m_writer.Close();
+        m_writer.Open("tspan");
+        m_writer.Attribute("dy", raise, 1);
+        m_writer.Text(tail);
+        m_writer.Close();
+    }
+    else
+    {
+        m_writer.Text(tail);
+    }
     m_writer.Close();
 }
 

@@ -63,9 +63,12 @@ public:
     void Rect(double x, double y, double width, double height, const std::string& fill,
               const Color& outline, double lineWidth);
     void Line(double x0, double y0, double x1, double y1, const Color& color, double width);
-    // A text whose baseline starts, centres or ends at (x, y).
+    // A text whose baseline starts, centres or ends at (x, y). A superscript
+    // (the exponent of a power of ten) is raised after it, and tail follows
+    // back on the baseline.
     void Text(double x, double y, const std::string& text, const TextStyle& style,
-              Anchor anchor);
+              Anchor anchor, const std::string& superscript = std::string(),
+              const std::string& tail = std::string());
 
     // Closes the document and hands out its text.
     std::string Finish();

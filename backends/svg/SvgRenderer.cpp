@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace KesraSvg
 {
@@ -264,9 +265,11 @@ void CSvgRenderer::ApplyPolygonOffset()
 
 void CSvgRenderer::SwapBuffers()
 {
-    if (m_doubleBuffer)
+    // A written frame is never empty: an empty back buffer has nothing new.
+    if (m_doubleBuffer && !m_backDocument.empty())
     {
-        m_frontDocument.swap(m_backDocument);
+        m_frontDocument = std::move(m_backDocument);
+        m_backDocument.clear();
     }
 }
 

@@ -119,7 +119,9 @@ public:
     // Not applicable: SVG paints later elements over earlier ones and has no
     // depth test for edges to fight with faces, so there is nothing to offset.
     void ApplyPolygonOffset() override;
-    // The frame written last becomes the one GetDocument hands out.
+    // The frame written last becomes the one GetDocument hands out and the
+    // back buffer is emptied; without a new frame a call changes nothing, so
+    // a host may swap after Render as with any other backend.
     void SwapBuffers() override;
     // Marks that the picture is out of date (see IsRedrawRequested); there is
     // no window system to ask for a redraw.

@@ -40,41 +40,42 @@ void CSvgRuler::Draw(CSvgRenderer& renderer) const
     }
     TextStyle style = renderer.GetTextStyle(-2, color);
     const double labelY = bottom + height + m_reducedHeight + 4.0;
+    std::string exponent;
     canvas->Text(left, labelY, "0", style, Anchor::Middle);
     if (blocks == 4)
     {
-        canvas->Text(left + 0.5 * width, labelY, FormatLength(0.5 * m_rulerLength), style,
-                     Anchor::Middle);
+        const std::string half = FormatLength(0.5 * m_rulerLength, exponent);
+        canvas->Text(left + 0.5 * width, labelY, half, style, Anchor::Middle, exponent);
     }
-    const std::string end = FormatLength(m_rulerLength) + " " + m_unit;
+    const std::string end = FormatLength(m_rulerLength, exponent);
+    const std::string unit = " " + m_unit;
     // The end label is centred on the end of the bar unless that would push it
     // out of the window; the library's estimate of its width decides.
-    const double estimate = CalculateStringWdith(end);
+    const double estimate = CalculateStringWdith(end + exponent + unit);
     const bool fits = left + width + 0.5 * estimate <= m_windowWidth;
-    canvas->Text(fits ? left + width : static_cast<double>(m_windowWidth) - 2.0, labelY, end, style,
-                 fits ? Anchor::Middle : Anchor::End);
+    canvas->Text(fits ? left + width : static_cast<double>(m_windowWidth) - 2.0, labelY,
+                 exponent.empty() ? end + unit : end, style, fits ? Anchor::Middle : Anchor::End,
+                 exponent, unit);
     canvas->EndGroup();
 }
 
-std::string CSvgRuler::FormatLength(double length) const
+std::string CSvgRuler::FormatLength(double length, std::string& exponent) const
 {
     const int decimals = std::clamp(m_labelFormat2, 0, 9);
-    const int width = std::clamp(m_labelFormat1, 0, 20);
-    const int exponent = GetExponentialBase(0.0, length, 1);
+    exponent.clear();
     char buffer[64];
-    if ((exponent > 3 || exponent < -2) && length > 0.0)
+    if (GetExponentialBase(0.0, length, m_labelFormat1) != 0 && length > 0.0)
     {
         const int power = static_cast<int>(std::floor(std::log10(length)));
-        std::snprintf(buffer, sizeof buffer, "%*.*f\xC3\x97" "10^%d", width, decimals,
-                      length / std::pow(10.0, power), power);
+        std::snprintf(buffer, sizeof buffer, "%.*f\xC3\x97" "10", decimals,
+                      length / std::pow(10.0, power));
+        exponent = std::to_string(power);
     }
     else
     {
-        std::snprintf(buffer, sizeof buffer, "%*.*f", width, decimals, length);
+        std::snprintf(buffer, sizeof buffer, "%.*f", decimals, length);
     }
-    std::string text = buffer;
-    text.erase(0, text.find_first_not_of(' '));
-    return text;
+    return buffer;
 }
 
 } // namespace KesraSvg

@@ -15,6 +15,9 @@ namespace
 // Smooth bars get this many gradient stops per palette segment, each in the
 // exact colour of its value, so the gradient follows the byte truncation.
 constexpr int kStopsPerSegment = 8;
+// Pixels: the ticks at the labels, and the space between lines of text.
+constexpr double kTick = 5.0;
+constexpr double kGap = 6.0;
 
 // 17 significant digits give the double back exactly when read.
 std::string ExactNumber(double value)
@@ -64,6 +67,11 @@ struct CSvgScalarBar::Layout
     TextStyle text;
     Color lineColor;
 };
+
+double CSvgScalarBar::LabelBaseline(const Layout& layout)
+{
+    return layout.bottom - kTick - 2.0 - layout.text.size;
+}
 
 void CSvgScalarBar::Draw(CSvgRenderer& renderer)
 {
@@ -236,7 +244,6 @@ void CSvgScalarBar::DrawLabels(CSvgRenderer& renderer, const Layout& layout) con
     const double length = layout.vertical ? layout.height : layout.width;
     const double needed = layout.vertical ? layout.text.size + 4.0 : widest + 10.0;
     const std::vector<bool> shown = ShownLabels(n, length / n, needed);
-    const double tick = 5.0;
     canvas.BeginGroup("labels");
     for (int k = 0; k <= n; ++k)
     {
@@ -247,11 +254,11 @@ void CSvgScalarBar::DrawLabels(CSvgRenderer& renderer, const Layout& layout) con
             const double y = layout.bottom + along;
             if (m_showNode != 0)
             {
-                canvas.Line(x, y, x + tick, y, layout.lineColor, 1.0);
+                canvas.Line(x, y, x + kTick, y, layout.lineColor, 1.0);
             }
             if (shown[static_cast<std::size_t>(k)])
             {
-                canvas.Text(x + tick + 4.0, y - 0.35 * layout.text.size,
+                canvas.Text(x + kTick + 4.0, y - 0.35 * layout.text.size,
                             labels[static_cast<std::size_t>(k)], layout.text, Anchor::Start);
             }
         }
@@ -261,11 +268,11 @@ void CSvgScalarBar::DrawLabels(CSvgRenderer& renderer, const Layout& layout) con
             const double y = layout.bottom;
             if (m_showNode != 0)
             {
-                canvas.Line(x, y, x, y - tick, layout.lineColor, 1.0);
+                canvas.Line(x, y, x, y - kTick, layout.lineColor, 1.0);
             }
             if (shown[static_cast<std::size_t>(k)])
             {
-                canvas.Text(x, y - tick - 2.0 - layout.text.size, labels[static_cast<std::size_t>(k)],
+                canvas.Text(x, LabelBaseline(layout), labels[static_cast<std::size_t>(k)],
                             layout.text, Anchor::Middle);
             }
         }
@@ -276,62 +283,35 @@ void CSvgScalarBar::DrawLabels(CSvgRenderer& renderer, const Layout& layout) con
 void CSvgScalarBar::DrawTexts(CSvgRenderer& renderer, const Layout& layout) const
 {
     CSvgCanvas& canvas = *renderer.GetCanvas();
-    CSvgWriter& svg = canvas.Writer();
     TextStyle titleStyle = layout.text;
     titleStyle.size += 2;
     titleStyle.bold = true;
     const int exponent = LabelExponent();
-    const double gap = 6.0;
-    double unitX = layout.left;
-    double unitY = layout.bottom + layout.height + gap + 4.0;
-    double titleY = unitY + layout.text.size + gap;
-    if (!layout.vertical)
-    {
-        // One line above the bar: title, then unit.
-        titleY = unitY;
-        unitX = layout.left + EstimateTextWidth(m_title, titleStyle.size) + 12.0;
-    }
+    // Lines of their own, so that no text can run into another: the unit
+    // line above the bar, the title above it, the note below the bar or,
+    // when the labels stand below it, below them.
+    const double unitY = layout.bottom + layout.height + kGap + 4.0;
+    const double titleY = unitY + layout.text.size + kGap;
     if (!m_title.empty())
     {
         canvas.Text(layout.left, titleY, m_title, titleStyle, Anchor::Start);
     }
-    if (!m_unit.empty() || exponent != 0)
+    if (exponent != 0)
     {
-        canvas.Text(unitX, unitY, m_unit, layout.text, Anchor::Start);
-        if (exponent != 0)
-        {
-            // The power of ten after the unit, the exponent raised.
-            const double x = unitX + EstimateTextWidth(m_unit, layout.text.size) + 6.0;
-            svg.Open("text");
-            svg.Attribute("x", x, 1);
-            svg.Attribute("y", canvas.SvgY(unitY), 1);
-            svg.Attribute("font-family", "'" + layout.text.face + "', sans-serif");
-            svg.Attribute("font-size", layout.text.size, 0);
-            svg.Attribute("fill", HexColor(layout.text.color.red, layout.text.color.green,
-                                           layout.text.color.blue));
-            svg.Attribute("class", "power");
-            svg.Text("\xC3\x97" "10");
-            svg.Open("tspan");
-            svg.Attribute("dy", -0.4 * layout.text.size, 1);
-            svg.Attribute("font-size", 0.75 * layout.text.size, 1);
-            svg.Text(std::to_string(exponent));
-            svg.Close();
-            svg.Close();
-        }
+        const std::string unit = m_unit.empty() ? std::string() : m_unit + " ";
+        canvas.Text(layout.left, unitY, unit + "\xC3\x97" "10", layout.text, Anchor::Start,
+                    std::to_string(exponent));
+    }
+    else if (!m_unit.empty())
+    {
+        canvas.Text(layout.left, unitY, m_unit, layout.text, Anchor::Start);
     }
     if (!m_note.empty())
     {
         TextStyle noteStyle = layout.text;
         noteStyle.italic = true;
-        if (layout.vertical)
-        {
-            canvas.Text(layout.left, layout.bottom - gap - layout.text.size, m_note, noteStyle,
-                        Anchor::Start);
-        }
-        else
-        {
-            canvas.Text(layout.left + layout.width, unitY, m_note, noteStyle, Anchor::End);
-        }
+        const double top = layout.vertical ? layout.bottom : LabelBaseline(layout);
+        canvas.Text(layout.left, top - kGap - layout.text.size, m_note, noteStyle, Anchor::Start);
     }
 }
 

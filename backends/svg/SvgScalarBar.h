@@ -9,12 +9,13 @@
 //   unit above it and the note below it.
 // - direction 1, a horizontal bar: the free width is 16 units x, the height
 //   above max(start y, 25) is 45 units y. The bar runs from 2 to 14 units x
-//   and 1.6 to 2.6 units y; labels stand below it, title, unit and note
-//   above it.
+//   and 1.6 to 2.6 units y; labels stand below it and the note below them.
+// The unit line stands above the bar and the title line above that.
 // There are block number + 1 labels, at the block edges, thinned out where
 // they would overlap. A label is value / 10^e with the second value-format
 // number as its decimals, where e = GetExponentialBase(minimum, maximum, first
-// value-format number); when e is not 0 the unit line says x10^e.
+// value-format number); when e is not 0 the unit line ends in x10 with e
+// raised.
 // Banded, each block is one swatch in the colour GetOpenGLColor gives for the
 // middle of the block; smooth, the bar is a gradient whose stops carry the
 // colours GetOpenGLColor gives for their values. Swatches and stops name their
@@ -52,6 +53,8 @@ private:
     void DrawBar(CSvgRenderer& renderer, const Layout& layout) const;
     void DrawLabels(CSvgRenderer& renderer, const Layout& layout) const;
     void DrawTexts(CSvgRenderer& renderer, const Layout& layout) const;
+    // The baseline of the labels below a horizontal bar.
+    static double LabelBaseline(const Layout& layout);
     // The block edges, accumulated as the banded mapping accumulates them.
     std::vector<double> Edges() const;
 };

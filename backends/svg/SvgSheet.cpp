@@ -22,7 +22,9 @@ std::string WithoutDeclaration(const std::string& document)
         const std::size_t end = document.find("?>");
         if (end != std::string::npos)
         {
-            return document.substr(document.find_first_not_of(" \r\n\t", end + 2));
+            // Nothing after the declaration leaves nothing to nest.
+            const std::size_t body = document.find_first_not_of(" \r\n\t", end + 2);
+            return body == std::string::npos ? std::string() : document.substr(body);
         }
     }
     return document;

@@ -1,9 +1,10 @@
 #include "svg/SvgStreamline.h"
 
 #include "Engine/Camera.h"
+#include "Engine/ScalarBar.h"
 #include "svg/SvgRenderer.h"
 
-#include <vector>
+#include <utility>
 
 namespace KesraSvg
 {
@@ -48,9 +49,7 @@ void CSvgStreamline::DrawStreamline(KesraEngine::CKesraRenderer& renderer)
     }
     for (int i = 0; i + 1 < nodes; ++i)
     {
-        const unsigned char* a = m_nodes[static_cast<std::size_t>(i)].GetColor();
-        const unsigned char* b = m_nodes[static_cast<std::size_t>(i) + 1].GetColor();
-        const Color base{Mean(a[0], b[0]), Mean(a[1], b[1]), Mean(a[2], b[2]), 255};
+        const Color base = QuadColor(i);
         for (int j = 0; j < slices; ++j)
         {
             const int nextJ = (j + 1) % slices;
@@ -74,7 +73,29 @@ void CSvgStreamline::DrawStreamline(KesraEngine::CKesraRenderer& renderer)
     }
 }
 
-KesraEngine::CKesraStreamline* CSvgStreamlineFactory::MakeStreamline()
+void CSvgStreamline::SetNodeValues(std::vector<double> values,
+                                   const KesraEngine::CKesraScalarBar* legend)
+{
+    m_values = std::move(values);
+    m_legend = legend;
+}
+
+Color CSvgStreamline::QuadColor(int i) const
+{
+    const std::size_t node = static_cast<std::size_t>(i);
+    if (m_legend != nullptr && m_legend->GetBanded() == 1 && m_values.size() >= m_nodes.size())
+    {
+        Color color{0, 0, 0, 255};
+        m_legend->GetOpenGLColor(color.red, color.green, color.blue,
+                                 0.5 * (m_values[node] + m_values[node + 1]));
+        return color;
+    }
+    const unsigned char* a = m_nodes[node].GetColor();
+    const unsigned char* b = m_nodes[node + 1].GetColor();
+    return Color{Mean(a[0], b[0]), Mean(a[1], b[1]), Mean(a[2], b[2]), 255};
+}
+
+CSvgStreamline* CSvgStreamlineFactory::MakeStreamline()
 {
     return &m_made.emplace_back();
 }

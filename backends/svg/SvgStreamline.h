@@ -7,14 +7,23 @@
 // consecutive rings, for it to paint those of all tubes back to front.
 // Quadrilaterals whose outward side faces away from the viewer are left out:
 // each is hidden behind its own tube. A quadrilateral's colour is the mean of
-// its two nodes' colours, shaded by the renderer's light with the mean of its
-// four vertex normals turned into view space by the camera's rotation.
+// its two nodes' colours or, under a banded legend given the node values, the
+// legend's colour of the mean of their values; it is shaded by the renderer's
+// light with the mean of its four vertex normals turned into view space by
+// the camera's rotation.
 #pragma once
 
 #include "Engine/Streamline.h"
 #include "Engine/StreamlineFactory.h"
+#include "svg/SvgCanvas.h"
 
 #include <list>
+#include <vector>
+
+namespace KesraEngine
+{
+class CKesraScalarBar;
+} // namespace KesraEngine
 
 namespace KesraSvg
 {
@@ -27,13 +36,27 @@ public:
     // Does nothing unless the tube is created and to be drawn, renderer is an
     // SVG renderer with a frame under way, and it has a camera.
     void DrawStreamline(KesraEngine::CKesraRenderer& renderer) override;
+
+    // The value at each node and the legend that colours them (not owned;
+    // null detaches). While the legend is banded, a quadrilateral takes the
+    // legend's colour of the mean of its two nodes' values, which is always a
+    // swatch's colour, where the mean of two block colours need not be. Too
+    // few values leave the node colours in use.
+    void SetNodeValues(std::vector<double> values, const KesraEngine::CKesraScalarBar* legend);
+
+private:
+    // The base colour of the quadrilaterals between node i and node i + 1.
+    Color QuadColor(int i) const;
+
+    std::vector<double> m_values;
+    const KesraEngine::CKesraScalarBar* m_legend = nullptr;
 };
 
 class CSvgStreamlineFactory : public KesraEngine::IKesraStreamlineFactory
 {
 public:
     // A new tube, owned by the factory and destroyed with it.
-    KesraEngine::CKesraStreamline* MakeStreamline() override;
+    CSvgStreamline* MakeStreamline() override;
 
 private:
     // A list keeps every tube at its address while more are made.

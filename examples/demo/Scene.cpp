@@ -148,7 +148,7 @@ void DemoScene::BuildTubes(const std::vector<FlowLine>& lines)
     for (const FlowLine& line : lines)
     {
         const int nodes = static_cast<int>(line.points.size());
-        KesraEngine::CKesraStreamline* tube = m_tubeFactory.MakeStreamline();
+        KesraSvg::CSvgStreamline* tube = m_tubeFactory.MakeStreamline();
         if (tube == nullptr || !tube->Create(nodes, kSlices, kTubeRadius, 1.0))
         {
             continue;
@@ -168,6 +168,8 @@ void DemoScene::BuildTubes(const std::vector<FlowLine>& lines)
             }
         }
         tube->GenerationStreamline3D();
+        // A banded legend colours each stretch by its mean speed: a swatch colour.
+        tube->SetNodeValues(line.speeds, &m_legend);
         m_renderer.AddStreamline(tube);
         ++m_summary.streamlines;
         m_summary.nodes += nodes;
@@ -317,7 +319,9 @@ std::string DemoScene::RulerText() const
 {
     std::string unit;
     m_ruler.GetUnit(unit);
-    return m_ruler.FormatLength(m_ruler.GetRoundLength()) + " " + unit;
+    std::string exponent;
+    const std::string length = m_ruler.FormatLength(m_ruler.GetRoundLength(), exponent);
+    return length + (exponent.empty() ? "" : "^" + exponent) + " " + unit;
 }
 
 } // namespace KesraDemo

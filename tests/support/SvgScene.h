@@ -35,8 +35,8 @@ struct SmallSvgScene
     KesraSvg::CSvgDraggedArea drag{renderer, kWidth, kHeight};
     KesraSvg::CSvgStreamlineFactory tubeFactory;
     KesraSvg::CSvgTipManagerFactory tipFactory;
-    KesraEngine::CKesraStreamline* nearTube = nullptr;
-    KesraEngine::CKesraStreamline* farTube = nullptr;
+    KesraSvg::CSvgStreamline* nearTube = nullptr;
+    KesraSvg::CSvgStreamline* farTube = nullptr;
     KesraEngine::CKesraTipManager* tips = nullptr;
 
     SmallSvgScene()
@@ -76,10 +76,10 @@ struct SmallSvgScene
     }
 
     // A tube from (-1, y, z0) to (1, y, z1) in one colour.
-    KesraEngine::CKesraStreamline* MakeTube(double y, double z0, double z1, unsigned char red,
-                                            unsigned char green, unsigned char blue)
+    KesraSvg::CSvgStreamline* MakeTube(double y, double z0, double z1, unsigned char red,
+                                       unsigned char green, unsigned char blue)
     {
-        KesraEngine::CKesraStreamline* tube = tubeFactory.MakeStreamline();
+        KesraSvg::CSvgStreamline* tube = tubeFactory.MakeStreamline();
         tube->Create(5, 8, 0.1, 1.0);
         for (int i = 0; i < 5; ++i)
         {
