@@ -54,8 +54,7 @@ void CSvgRuler::Draw(CSvgRenderer& renderer) const
     const double estimate = CalculateStringWdith(end + exponent + unit);
     const bool fits = left + width + 0.5 * estimate <= m_windowWidth;
     canvas->Text(fits ? left + width : static_cast<double>(m_windowWidth) - 2.0, labelY,
-                 exponent.empty() ? end + unit : end, style, fits ? Anchor::Middle : Anchor::End,
-                 exponent, unit);
+                 end, style, fits ? Anchor::Middle : Anchor::End, exponent, unit);
     canvas->EndGroup();
 }
 

@@ -30,20 +30,39 @@ std::string WithoutDeclaration(const std::string& document)
     return document;
 }
 
+// cell's document scaled into the width x height pixels whose top-left
+// corner is (left, top), SVG's y down.
+void Nest(CSvgWriter& svg, int left, int top, int width, int height, const SheetCell& cell)
+{
+    svg.Open("g");
+    svg.Attribute("transform", "translate(" + std::to_string(left) + " " + std::to_string(top) + ")");
+    svg.Open("svg");
+    svg.Attribute("width", width, 0);
+    svg.Attribute("height", height, 0);
+    svg.Attribute("viewBox", "0 0 " + std::to_string(std::max(cell.width, 1)) + " " +
+                                 std::to_string(std::max(cell.height, 1)));
+    svg.Raw(WithoutDeclaration(cell.document));
+    svg.Close();
+    svg.Close();
+}
+
 } // namespace
 
 std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>& cells,
-                         int columns, int cellWidth, int cellHeight)
+                         int columns, int cellWidth, int cellHeight, const SheetCell* key)
 {
     columns = std::max(columns, 1);
     cellWidth = std::max(cellWidth, 1);
     cellHeight = std::max(cellHeight, 1);
     const int count = static_cast<int>(cells.size());
     const int rows = std::max((count + columns - 1) / columns, 1);
-    const int width = kMargin + columns * (cellWidth + kMargin);
-    const int height = kTitle + rows * (cellHeight + kCaption + kMargin) + kMargin;
+    const int gridWidth = kMargin + columns * (cellWidth + kMargin);
+    const int keyWidth = key != nullptr ? std::max(key->width, 1) : 0;
+    const int keyHeight = key != nullptr ? std::max(key->height, 1) : 0;
+    const int width = gridWidth + (key != nullptr ? keyWidth + kMargin : 0);
+    const int height = std::max(kTitle + rows * (cellHeight + kCaption + kMargin),
+                                kTitle + kCaption + keyHeight + kMargin) + kMargin;
     CSvgCanvas sheet(width, height, "sheet");
-    CSvgWriter& svg = sheet.Writer();
     sheet.Rect(0.0, 0.0, width, height, "#f4f4f4", Color{}, 0.0);
     TextStyle titleStyle;
     titleStyle.size = 20;
@@ -60,19 +79,17 @@ std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>&
         const SheetCell& cell = cells[static_cast<std::size_t>(i)];
         sheet.BeginGroup("view");
         sheet.Text(left + 2.0, height - (top + 17.0), cell.caption, captionStyle, Anchor::Start);
-        svg.Open("g");
-        svg.Attribute("transform", "translate(" + std::to_string(left) + " " +
-                                       std::to_string(top + kCaption) + ")");
-        svg.Open("svg");
-        svg.Attribute("width", cellWidth, 0);
-        svg.Attribute("height", cellHeight, 0);
-        svg.Attribute("viewBox", "0 0 " + std::to_string(std::max(cell.width, 1)) + " " +
-                                     std::to_string(std::max(cell.height, 1)));
-        svg.Raw(WithoutDeclaration(cell.document));
-        svg.Close();
-        svg.Close();
+        Nest(sheet.Writer(), left, top + kCaption, cellWidth, cellHeight, cell);
         sheet.Rect(left, height - (top + kCaption + cellHeight), cellWidth, cellHeight, "none",
                    Color{170, 170, 170, 255}, 1.0);
+        sheet.EndGroup();
+    }
+    if (key != nullptr)
+    {
+        sheet.BeginGroup("key");
+        sheet.Text(gridWidth + 2.0, height - (kTitle + 17.0), key->caption, captionStyle,
+                   Anchor::Start);
+        Nest(sheet.Writer(), gridWidth, kTitle + kCaption, keyWidth, keyHeight, *key);
         sheet.EndGroup();
     }
     return sheet.Finish();

@@ -21,8 +21,11 @@ struct SheetCell
 };
 
 // A sheet of cells of cellWidth x cellHeight pixels, columns to a row, under
-// a title. Each cell is a group of class "view".
+// a title. Each cell is a group of class "view". A key, when given (such as
+// the colour legend that all cells share), stands once to the right of the
+// grid at its own size, in a group of class "key".
 std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>& cells,
-                         int columns, int cellWidth, int cellHeight);
+                         int columns, int cellWidth, int cellHeight,
+                         const SheetCell* key = nullptr);
 
 } // namespace KesraSvg

@@ -24,6 +24,16 @@ struct Extreme
     Vec3 point;
 };
 
+// The paper and the type of every picture of the scene.
+void PreparePaper(KesraSvg::CSvgRenderer& renderer, const KesraSvg::CSvgFont& font)
+{
+    renderer.CreateContext();
+    renderer.SetBackgroundColor({214, 226, 242, 255});
+    renderer.SetBackgroundColor2({255, 255, 255, 255});
+    renderer.SetGradient(1);
+    renderer.SetFont(&font);
+}
+
 std::string SpeedText(const char* what, double speed)
 {
     char buffer[64];
@@ -76,20 +86,19 @@ const char* ViewName(View view)
 }
 
 DemoScene::DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& options)
-    : m_renderer(1200, 800), m_camera(1200, 800), m_light(m_renderer), m_axis(m_renderer),
-      m_updater(m_axis, m_ruler)
+    : m_renderer(1200, 800), m_keyRenderer(kLegendWidth, 400), m_camera(1200, 800),
+      m_light(m_renderer), m_axis(m_renderer), m_updater(m_axis, m_ruler)
 {
-    m_renderer.CreateContext();
+    PreparePaper(m_renderer, m_font);
+    PreparePaper(m_keyRenderer, m_font);
+    m_keyRenderer.SetIdPrefix("key-");
+    m_keyRenderer.SetName(""); // the sheet has the title
     m_renderer.SetCamera(&m_camera);
-    m_renderer.SetBackgroundColor({214, 226, 242, 255});
-    m_renderer.SetBackgroundColor2({255, 255, 255, 255});
-    m_renderer.SetGradient(1);
     m_renderer.SetTitleColor({32, 48, 84, 255});
     m_renderer.SetPointSmoothing(1);
     m_renderer.SetLineSmoothing(1);
     m_renderer.SetPolygonSmoothing(1);
     m_renderer.InitializeState();
-    m_renderer.SetFont(&m_font);
 
     // From the upper left, in front of the picture.
     m_light.SetPosition(Vec3(-0.45, 0.6, 1.0));
@@ -129,6 +138,7 @@ DemoScene::DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& opt
     BuildChart(lines, extremes.fastestLine);
     BuildSphere();
     m_renderer.SetScalarBar(&m_legend);
+    m_keyRenderer.SetScalarBar(&m_legend);
     m_renderer.SetRuler(&m_ruler);
     m_renderer.SetAxis(&m_axis);
     m_renderer.SetTipManager(m_tips);
@@ -313,6 +323,15 @@ std::string DemoScene::RenderFrame(View view, int width, int height, bool forShe
     m_renderer.SetIdPrefix("f" + std::to_string(m_frames++) + "-");
     m_renderer.Render();
     return m_renderer.GetDocument();
+}
+
+KesraSvg::SheetCell DemoScene::RenderKey(int height)
+{
+    m_keyRenderer.Resize(kLegendWidth, height);
+    m_legend.Create(kLegendWidth, height, 0, 0);
+    m_legend.SetVisibility(1);
+    m_keyRenderer.Render();
+    return {"Colour key", m_keyRenderer.GetDocument(), kLegendWidth, height};
 }
 
 std::string DemoScene::RulerText() const

@@ -14,6 +14,7 @@
 #include "svg/SvgRenderer.h"
 #include "svg/SvgRuler.h"
 #include "svg/SvgScalarBar.h"
+#include "svg/SvgSheet.h"
 #include "svg/SvgStreamline.h"
 #include "svg/SvgTipManager.h"
 
@@ -111,8 +112,11 @@ public:
 
     // One frame of the scene in a window of width x height pixels, fitted with
     // ZoomAll and turned to view. A frame for the contact sheet leaves out the
-    // legend and the chart, which the sheet shows once.
+    // legend, which the sheet shows once (RenderKey), and the chart.
     std::string RenderFrame(View view, int width, int height, bool forSheet);
+    // The legend alone, as wide as in a frame and height pixels high: the
+    // contact sheet's colour key.
+    KesraSvg::SheetCell RenderKey(int height);
 
     const SceneSummary& Summary() const { return m_summary; }
     // The ruler's round length and unit in the last frame.
@@ -128,6 +132,7 @@ private:
     void Layout(int width, int height, bool forSheet);
 
     KesraSvg::CSvgRenderer m_renderer;
+    KesraSvg::CSvgRenderer m_keyRenderer;
     KesraSvg::CSvgCamera m_camera;
     KesraSvg::CSvgLight m_light;
     KesraSvg::CSvgFont m_font;

@@ -375,9 +375,10 @@ int Run(const Options& options)
             cells.push_back({view.name, scene.RenderFrame(view.value, cellWidth, cellHeight, true),
                              cellWidth, cellHeight});
         }
+        const KesraSvg::SheetCell key = scene.RenderKey(2 * cellHeight);
         outputs.emplace_back(options.sheet,
                              KesraSvg::ComposeSheet("Flow around a sphere: the seven standard views",
-                                                    cells, 3, cellWidth, cellHeight));
+                                                    cells, 3, cellWidth, cellHeight, &key));
     }
     // The frame last, so that the summary tells of its ruler.
     outputs.insert(outputs.begin(),

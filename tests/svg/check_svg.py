@@ -46,10 +46,13 @@ def check_demo(demo, directory):
     missing = (FRAME_PARTS | {"curve"}) - set(classes(root))
     assert not missing, missing
     assert root.get("width") == "900" and root.get("height") == "500"
-    views = [g for g in parse(sheet).iter(SVG + "g") if g.get("class") == "view"]
+    root = parse(sheet)
+    views = [g for g in root.iter(SVG + "g") if g.get("class") == "view"]
     assert len(views) == 7, len(views)
     for view in views:
         assert view.find(f".//{SVG}g[@class='tubes']") is not None
+    # The colour key, once, beside the views.
+    assert classes(root).count("key") == classes(root).count("legend") == 1, classes(root)
 
 
 def check_cli(demo, directory):
