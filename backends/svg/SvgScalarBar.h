@@ -5,12 +5,13 @@
 // into equal parts; window y up):
 // - direction 0, a vertical bar: the free width is 60 units x, the free
 //   height 10 units y. The bar runs from 1.2 to 8.4 units y above the start
-//   and 2 to 10 units x right of it; labels stand to its right, title and
-//   unit above it and the note below it.
+//   and 2 to 10 units x right of it; labels stand to its right and the note
+//   below it.
 // - direction 1, a horizontal bar: the free width is 16 units x, the height
 //   above max(start y, 25) is 45 units y. The bar runs from 2 to 14 units x
 //   and 1.6 to 2.6 units y; labels stand below it and the note below them.
-// The unit line stands above the bar and the title line above that.
+// In both, the unit line stands above the bar and the title line above that:
+// each text has a line of its own, so none can run into another.
 // There are block number + 1 labels, at the block edges, thinned out where
 // they would overlap. A label is value / 10^e with the second value-format
 // number as its decimals, where e = GetExponentialBase(minimum, maximum, first

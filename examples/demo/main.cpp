@@ -72,7 +72,7 @@ std::string Accepted(const std::string& option)
 {
     if (option == "--size")
     {
-        return "WxH with W and H from 400 to 8000";
+        return "WxH with W and H from " + std::to_string(kMinSide) + " to " + std::to_string(kMaxSide);
     }
     if (option == "--view")
     {
