@@ -72,6 +72,7 @@ std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>&
     TextStyle captionStyle;
     captionStyle.size = 15;
     captionStyle.color = Color{40, 40, 40, 255};
+    const Color outline{170, 170, 170, 255};
     for (int i = 0; i < count; ++i)
     {
         const int left = kMargin + (i % columns) * (cellWidth + kMargin);
@@ -81,7 +82,7 @@ std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>&
         sheet.Text(left + 2.0, height - (top + 17.0), cell.caption, captionStyle, Anchor::Start);
         Nest(sheet.Writer(), left, top + kCaption, cellWidth, cellHeight, cell);
         sheet.Rect(left, height - (top + kCaption + cellHeight), cellWidth, cellHeight, "none",
-                   Color{170, 170, 170, 255}, 1.0);
+                   outline, 1.0);
         sheet.EndGroup();
     }
     if (key != nullptr)
@@ -90,6 +91,8 @@ std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>&
         sheet.Text(gridWidth + 2.0, height - (kTitle + 17.0), key->caption, captionStyle,
                    Anchor::Start);
         Nest(sheet.Writer(), gridWidth, kTitle + kCaption, keyWidth, keyHeight, *key);
+        sheet.Rect(gridWidth, height - (kTitle + kCaption + keyHeight), keyWidth, keyHeight, "none",
+                   outline, 1.0);
         sheet.EndGroup();
     }
     return sheet.Finish();
