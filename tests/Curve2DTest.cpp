@@ -59,13 +59,6 @@ CKesraCurve2D Triangle()
     return curve;
 }
 
-TEST(Curve2DTest, NewCurveIsEmpty)
-{
-    const CKesraCurve2D curve;
-    EXPECT_EQ(Count(curve), 0);
-    EXPECT_EQ(RangeOf(curve), kEmpty);
-}
-
 TEST(Curve2DTest, InsertionKeepsOrderAndWidens)
 {
     const CKesraCurve2D curve = Triangle();
@@ -90,7 +83,7 @@ TEST(Curve2DTest, SingleCoordinateInsertionWidensOneAxis)
 
 TEST(Curve2DTest, IndexedInsertionCannotAppend)
 {
-    CKesraCurve2D curve;
+    CKesraCurve2D curve; // a new curve is empty, and a refusal keeps it so
     EXPECT_FALSE(curve.InsertNode(0, 1.0, 1.0));
     EXPECT_EQ(Count(curve), 0);
     EXPECT_EQ(RangeOf(curve), kEmpty);
@@ -321,43 +314,30 @@ public:
         bool result = false;
         bool expected = false;
         bool expectedChanged = false;
-        if (op <= 2)
+        if (op <= 5)
         {
-            const double x = Value(model, 0), y = Value(model, 1);
-            log << "InsertNode(" << x << ", " << y << ")";
-            result = curve.InsertNode(x, y);
-            expected = true;
-            model.Widen(ModelNode{x, y, true});
-            model.nodes.push_back({x, y, true});
-        }
-        else if (op == 3)
-        {
-            const double v = Value(model, 0);
-            log << "InsertNodeX(" << v << ")";
-            result = curve.InsertNodeX(v);
-            expected = true;
-            model.Widen(0, v);
-            model.nodes.push_back({v, 0.0, true});
-        }
-        else if (op == 4)
-        {
-            const double v = Value(model, 1);
-            log << "InsertNodeY(" << v << ")";
-            result = curve.InsertNodeY(v);
-            expected = true;
-            model.Widen(1, v);
-            model.nodes.push_back({0.0, v, true});
-        }
-        else if (op == 5)
-        {
-            const double x = Value(model, 0), y = Value(model, 1);
-            log << "InsertNode(" << index << ", " << x << ", " << y << ")";
-            result = curve.InsertNode(index, x, y);
-            expected = model.Valid(index);
+            // 0: InsertNode(x, y), 1: InsertNodeX, 2: InsertNodeY, 3: InsertNode(index, x, y).
+            const int which = op <= 2 ? 0 : op - 2;
+            const double x = which == 2 ? 0.0 : Value(model, 0);
+            const double y = which == 1 ? 0.0 : Value(model, 1);
+            log << "Insert" << which << "(" << index << ", " << x << ", " << y << ")";
+            result = which == 0   ? curve.InsertNode(x, y)
+                     : which == 1 ? curve.InsertNodeX(x)
+                     : which == 2 ? curve.InsertNodeY(y)
+                                  : curve.InsertNode(index, x, y);
+            expected = which != 3 || model.Valid(index);
             if (expected)
             {
-                model.Widen(ModelNode{x, y, true});
-                model.nodes.insert(model.nodes.begin() + index, {x, y, true});
+                if (which != 2) // a single coordinate widens only its own axis
+                {
+                    model.Widen(0, x);
+                }
+                if (which != 1)
+                {
+                    model.Widen(1, y);
+                }
+                model.nodes.insert(which == 3 ? model.nodes.begin() + index : model.nodes.end(),
+                                   {x, y, true});
             }
         }
         else if (op <= 7)
@@ -411,15 +391,10 @@ public:
         else
         {
             const int which = Pick(0, 9);
-            log << (which == 0 ? "ClearNodes()"
-                    : which < 5 ? "SetAllNodeVis(1)"
-                                : "SetAllNodeVis(0)");
+            log << (which == 0 ? "ClearNodes()" : which < 5 ? "SetAllNodeVis(1)" : "SetAllNodeVis(0)");
             result = which == 0 ? curve.ClearNodes() : curve.SetAllNodeVis(which < 5);
             expected = true;
-            if (which == 0)
-            {
-                model.nodes.clear();
-            }
+            model.nodes.resize(which == 0 ? 0 : model.nodes.size());
             for (ModelNode& n : model.nodes)
             {
                 n.visible = which < 5;

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <tuple>
+#include <utility>
+
 namespace
 {
 
@@ -10,22 +14,49 @@ using KesraTest::TestCamera;
 using KesraTest::TestRenderer;
 using Color = CKesraRenderer::Color;
 
-TEST(RendererTest, Defaults)
+std::pair<float, float> PolygonOffset(const CKesraRenderer& renderer)
 {
-    const TestRenderer renderer(640, 480);
-    EXPECT_EQ(renderer.GetWidth(), 640);
-    EXPECT_EQ(renderer.GetHeight(), 480);
-    EXPECT_STREQ(renderer.GetName(), "Kesra");
-    EXPECT_EQ(renderer.GetTitleColor(), Color(255, 0, 0, 0));
-    EXPECT_EQ(renderer.GetBackgroundColor(), Color(255, 255, 255, 255));
-    EXPECT_EQ(renderer.GetBackgroundColor2(), Color(255, 255, 255, 255));
-    EXPECT_TRUE(renderer.GetDoubleBuffer());
-    float para1 = 0.0f;
-    float para2 = 0.0f;
-    renderer.GetPolygonOffsetPara(para1, para2);
-    EXPECT_EQ(para1, 1.0f);
-    EXPECT_EQ(para2, 0.5f);
+    std::pair<float, float> para{0.0f, 0.0f};
+    renderer.GetPolygonOffsetPara(para.first, para.second);
+    return para;
+}
+
+// Everything the base stores that a setter might reach by mistake.
+auto Settings(const CKesraRenderer& r)
+{
+    return std::make_tuple(std::string(r.GetName()), r.GetWidth(), r.GetHeight(),
+                           r.GetDoubleBuffer(), r.GetTitleColor(), r.GetBackgroundColor(),
+                           r.GetBackgroundColor2(), PolygonOffset(r), r.GetGradient());
+}
+
+TEST(RendererTest, DefaultsAndPlainSetters)
+{
+    TestRenderer renderer(640, 480);
+    const Color white(255, 255, 255, 255);
+    EXPECT_EQ(Settings(renderer), std::make_tuple(std::string("Kesra"), 640, 480, true,
+                                                  Color(255, 0, 0, 0), white, white,
+                                                  std::make_pair(1.0f, 0.5f), 1));
     EXPECT_EQ(renderer.GetCamera(), nullptr);
+
+    renderer.SetName("Front");
+    renderer.SetName(nullptr); // ignored
+    EXPECT_STREQ(renderer.GetName(), "Front");
+
+    // Blending and the read-only depth buffer are not stored by the base.
+    const auto before = Settings(renderer);
+    renderer.SetBlendingMode(KesraEngine::eBlendingAlpha);
+    renderer.SetReadonlyZBuffer(true);
+    EXPECT_EQ(Settings(renderer), before);
+
+    // The plain setters store as given, alpha included.
+    renderer.SetBackgroundColor(Color(1, 2, 3, 4));
+    renderer.SetBackgroundColor2(Color(5, 6, 7, 8));
+    renderer.SetDoubleBuffer(false);
+    renderer.SetPolygonOffsetPara(-2.5f, 7.0f);
+    EXPECT_EQ(renderer.GetBackgroundColor(), Color(1, 2, 3, 4));
+    EXPECT_EQ(renderer.GetBackgroundColor2(), Color(5, 6, 7, 8));
+    EXPECT_FALSE(renderer.GetDoubleBuffer());
+    EXPECT_EQ(PolygonOffset(renderer), std::make_pair(-2.5f, 7.0f));
 }
 
 TEST(RendererTest, IntegerSwitchesAreStoredAsZeroOrOne)
@@ -51,8 +82,7 @@ TEST(RendererTest, IntegerSwitchesAreStoredAsZeroOrOne)
         {
             (renderer.*s.set)(value);
             EXPECT_EQ((renderer.*s.get)(), value != 0 ? 1 : 0) << value;
-            // No switch moves another.
-            for (const Switch& other : switches)
+            for (const Switch& other : switches) // no switch moves another
             {
                 if (other.get != s.get)
                 {
@@ -88,54 +118,18 @@ TEST(RendererTest, ResizeStoresSizeThenReachesBackendOnce)
         void OnResize(int width, int height) override
         {
             TestRenderer::OnResize(width, height);
-            seenWidth = GetWidth();
-            seenHeight = GetHeight();
+            seen = {GetWidth(), GetHeight()};
         }
-        int seenWidth = 0;
-        int seenHeight = 0;
+        std::pair<int, int> seen;
     };
     SizeReadingRenderer renderer;
     EXPECT_EQ(renderer.resizeCalls, 0);
     static_cast<CKesraRenderer&>(renderer).Resize(800, 600);
-    EXPECT_EQ(renderer.GetWidth(), 800);
-    EXPECT_EQ(renderer.GetHeight(), 600);
+    const std::pair<int, int> size(800, 600);
+    EXPECT_EQ(std::make_pair(renderer.GetWidth(), renderer.GetHeight()), size);
     EXPECT_EQ(renderer.resizeCalls, 1);
-    EXPECT_EQ(renderer.resizedWidth, 800);
-    EXPECT_EQ(renderer.resizedHeight, 600);
-    EXPECT_EQ(renderer.seenWidth, 800);
-    EXPECT_EQ(renderer.seenHeight, 600);
-}
-
-TEST(RendererTest, NameAndBackendOnlySettings)
-{
-    TestRenderer renderer(10, 10);
-    renderer.SetName("Front");
-    renderer.SetName(nullptr); // ignored
-    EXPECT_STREQ(renderer.GetName(), "Front");
-
-    // Blending and the read-only depth buffer are not stored by the base.
-    const TestRenderer before(renderer);
-    renderer.SetBlendingMode(KesraEngine::eBlendingAlpha);
-    renderer.SetReadonlyZBuffer(true);
-    EXPECT_STREQ(renderer.GetName(), before.GetName());
-    EXPECT_EQ(renderer.GetDoubleBuffer(), before.GetDoubleBuffer());
-    EXPECT_EQ(renderer.GetTitleColor(), before.GetTitleColor());
-    EXPECT_EQ(renderer.GetBackgroundColor(), before.GetBackgroundColor());
-    EXPECT_EQ(renderer.GetGradient(), before.GetGradient());
-
-    // The plain setters store as given, alpha included.
-    renderer.SetBackgroundColor(Color(1, 2, 3, 4));
-    renderer.SetBackgroundColor2(Color(5, 6, 7, 8));
-    renderer.SetDoubleBuffer(false);
-    renderer.SetPolygonOffsetPara(-2.5f, 7.0f);
-    EXPECT_EQ(renderer.GetBackgroundColor(), Color(1, 2, 3, 4));
-    EXPECT_EQ(renderer.GetBackgroundColor2(), Color(5, 6, 7, 8));
-    EXPECT_FALSE(renderer.GetDoubleBuffer());
-    float para1 = 0.0f;
-    float para2 = 0.0f;
-    renderer.GetPolygonOffsetPara(para1, para2);
-    EXPECT_EQ(para1, -2.5f);
-    EXPECT_EQ(para2, 7.0f);
+    EXPECT_EQ(std::make_pair(renderer.resizedWidth, renderer.resizedHeight), size);
+    EXPECT_EQ(renderer.seen, size);
 }
 
 TEST(RendererTest, CopiesShareTheCameraButNotTheSettings)
@@ -147,19 +141,18 @@ TEST(RendererTest, CopiesShareTheCameraButNotTheSettings)
     source.SetLineSmoothing(1);
 
     TestRenderer copy(source);
+    TestRenderer assigned(1, 1);
+    assigned = source;
     source.SetName("Changed");
     source.SetCamera(nullptr);
     source.Resize(1, 2);
-    EXPECT_EQ(copy.GetCamera(), &camera);
-    EXPECT_STREQ(copy.GetName(), "Top");
-    EXPECT_EQ(copy.GetLineSmoothing(), 1);
-    EXPECT_EQ(copy.GetWidth(), 640);
-
-    TestRenderer assigned(1, 1);
-    assigned = copy;
-    EXPECT_EQ(assigned.GetCamera(), &camera);
-    EXPECT_STREQ(assigned.GetName(), "Top");
-    EXPECT_EQ(assigned.GetHeight(), 480);
+    for (const TestRenderer* r : {&copy, &assigned})
+    {
+        EXPECT_EQ(r->GetCamera(), &camera);
+        EXPECT_STREQ(r->GetName(), "Top");
+        EXPECT_EQ(r->GetLineSmoothing(), 1);
+        EXPECT_EQ(std::make_pair(r->GetWidth(), r->GetHeight()), std::make_pair(640, 480));
+    }
 }
 
 } // namespace

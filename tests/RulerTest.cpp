@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace
 {
@@ -59,6 +60,11 @@ TEST(RulerTest, ChoosesRoundLengthAndShortensBarExactlyInFloat)
         {300, 0.7f, 70, 100.0f, 4, 1},
         {300, 37.0f, 74, 2.0f, 2, 2},
         {1000, 31.0f, 310, 10.0f, 4, 1},
+        {900, 0.3f, 270, 900.0f, 4, 1},       // 300 / 0.3 is 999.99994 in float
+        // 1000 free pixels; the unrounded lengths are 5.0009 and 5.0011, on
+        // either side of the one-thousandth tolerance for an exact bar.
+        {3000, 1000.0f / 5.0009f, 1000, 5.0f, 2, 2},
+        {3000, 1000.0f / 5.0011f, 999, 5.0f, 2, 2},
     };
     for (const RulerCase& c : cases)
     {
@@ -72,39 +78,17 @@ TEST(RulerTest, ChoosesRoundLengthAndShortensBarExactlyInFloat)
     }
 }
 
-TEST(RulerTest, SinglePrecisionLengthJustBelowThousandRoundsToNineHundred)
-{
-    ASSERT_EQ(300.0f / 0.3f, 999.99994f);
-    const TestRuler ruler = CreatedRuler(900, 0.3f);
-    EXPECT_EQ(ruler.Length(), 900.0f);
-    EXPECT_EQ(ruler.PixelWidth(), 270);
-    EXPECT_EQ(ruler.LabelFormat1(), 4);
-    EXPECT_EQ(ruler.LabelFormat2(), 1);
-}
-
-TEST(RulerTest, ExactnessToleranceIsOneThousandth)
-{
-    // 1000 free pixels; the unrounded lengths are 5.0009 and 5.0011.
-    const TestRuler within = CreatedRuler(3000, 1000.0f / 5.0009f);
-    EXPECT_EQ(within.Length(), 5.0f);
-    EXPECT_EQ(within.PixelWidth(), 1000);
-    const TestRuler beyond = CreatedRuler(3000, 1000.0f / 5.0011f);
-    EXPECT_EQ(beyond.Length(), 5.0f);
-    EXPECT_EQ(beyond.PixelWidth(), 999);
-}
-
 TEST(RulerTest, AutoBlockIsDecidedBeforeTheBarIsShortened)
 {
-    TestRuler wide;
-    wide.SetAutoBlock(true);
-    ASSERT_TRUE(wide.Create(780, 300, 0, 0));
-    TestRuler narrow;
-    narrow.SetAutoBlock(true);
-    ASSERT_TRUE(narrow.Create(777, 300, 0, 0));
-    EXPECT_EQ(wide.PixelWidth(), 200);
-    EXPECT_EQ(narrow.PixelWidth(), 200);
-    EXPECT_EQ(wide.BlockCount(), 4);
-    EXPECT_EQ(narrow.BlockCount(), 2);
+    // 780 and 777 pixels both shorten to a 200-pixel bar.
+    for (const auto& [windowWidth, blocks] : {std::make_pair(780, 4), std::make_pair(777, 2)})
+    {
+        TestRuler ruler;
+        ruler.SetAutoBlock(true);
+        ASSERT_TRUE(ruler.Create(windowWidth, 300, 0, 0));
+        EXPECT_EQ(ruler.PixelWidth(), 200) << windowWidth;
+        EXPECT_EQ(ruler.BlockCount(), blocks) << windowWidth;
+    }
 }
 
 TEST(RulerTest, FixedBlockCountsTurnAutoBlockOff)
@@ -216,14 +200,12 @@ TEST(RulerTest, RefusesBadArgumentsSilently)
     ruler.GetUnit(unit);
     EXPECT_EQ(unit, "[mm]");
 
-    ruler.SetRulerHeight(10);
-    ruler.GetRulerHeight(value);
-    EXPECT_EQ(value, 10);
-    EXPECT_EQ(ruler.ReducedHeight(), 6);
-    ruler.SetRulerHeight(11);
-    EXPECT_EQ(ruler.ReducedHeight(), 7);
-    ruler.SetRulerHeight(30);
-    EXPECT_EQ(ruler.ReducedHeight(), 20);
+    for (const auto& [height, reduced] : {std::make_pair(10, 6), std::make_pair(11, 7), std::make_pair(30, 20)})
+    {
+        ruler.SetRulerHeight(height);
+        ruler.GetRulerHeight(value);
+        EXPECT_EQ(std::make_pair(value, ruler.ReducedHeight()), std::make_pair(height, reduced));
+    }
 }
 
 TEST(RulerTest, TextColourAndStartPositionNeedCreate)
@@ -234,8 +216,7 @@ TEST(RulerTest, TextColourAndStartPositionNeedCreate)
     Color color(9, 9, 9, 9);
     ruler.GetTextColor(color); // untouched
     EXPECT_EQ(color, Color(9, 9, 9, 9));
-    int x = -1;
-    int y = -1;
+    int x = -1, y = -1;
     ruler.GetStartPosition(x, y);
     EXPECT_EQ(x, -1);
 

@@ -231,22 +231,18 @@ TEST(ScalarBarColorTest, ValueRangeFormsStoreTheirCompanions)
     bar.SetValueRange(0.0, 20.0, false, true);
     bar.GetCurrentValueRange(lo, cur);
     EXPECT_EQ(cur, 20.0);
-    EXPECT_EQ(bar.ValueRangeFlag1(), 0);
-    EXPECT_EQ(bar.ValueRangeFlag2(), 1);
+    EXPECT_EQ(std::make_pair(bar.ValueRangeFlag1(), bar.ValueRangeFlag2()), std::make_pair(0, 1));
     bar.GetValueRange(lo, hi, cur);
-    EXPECT_EQ(hi, 20.0);
-    EXPECT_EQ(cur, 10.0) << "the stored current value, whatever the use flag";
+    EXPECT_EQ(std::make_pair(hi, cur), std::make_pair(20.0, 10.0)) << "the stored current value";
     bar.SetValueRange(4.0, 20.0, -1.0);
     bar.GetCurrentValueRange(lo, cur);
-    EXPECT_EQ(lo, 4.0);
-    EXPECT_EQ(cur, 4.0);
+    EXPECT_EQ(std::make_pair(lo, cur), std::make_pair(4.0, 4.0));
 
     // The display range is stored but colours nothing.
     const Rgb before = Colour(bar, 6.0);
     bar.SetDisplayRange(5.0, 6.0);
     bar.GetDisplayRange(lo, hi);
-    EXPECT_EQ(lo, 5.0);
-    EXPECT_EQ(hi, 6.0);
+    EXPECT_EQ(std::make_pair(lo, hi), std::make_pair(5.0, 6.0));
     EXPECT_EQ(Colour(bar, 6.0), before);
 }
 
@@ -336,23 +332,14 @@ TEST(ScalarBarColorTest, NonFiniteSweepFollowsTheColourTable)
                         {
                             const Answer a = Query(bar, v, byValue);
                             const auto at = [&] {
-                                return testing::Message() << lo << ' ' << hi << ' '
-                                                          << withCurrent << ' ' << mode << ' '
-                                                          << v << ' ' << byValue;
+                                return testing::Message() << lo << ' ' << hi << ' ' << withCurrent << ' '
+                                                          << mode << ' ' << v << ' ' << byValue << ": "
+                                                          << testing::PrintToString(a.rgb);
                             };
                             EXPECT_EQ(a.result, (mode & 4) ? 0 : side) << at();
-                            if (mode & 8)
-                            {
-                                EXPECT_EQ(a.rgb, single) << at();
-                            }
-                            else if (a.result != 0)
-                            {
-                                EXPECT_EQ(a.rgb, overRange) << at();
-                            }
-                            else
-                            {
-                                EXPECT_TRUE(OnRedBluePath(a.rgb)) << at();
-                            }
+                            const Rgb fixed = (mode & 8) ? single : overRange;
+                            const bool paletteColour = !(mode & 8) && a.result == 0;
+                            EXPECT_TRUE(paletteColour ? OnRedBluePath(a.rgb) : a.rgb == fixed) << at();
                         }
                         EXPECT_TRUE(OnRedBluePath(Placed(bar, v, lo, hi, mode & 1)));
                     }

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
+#include <string>
+#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -20,9 +24,8 @@ TEST(LightTest, Defaults)
 {
     const TestLight light;
     EXPECT_EQ(light.GetName(), "Default");
-    EXPECT_EQ(light.GetIntensity(), 1.0f);
-    EXPECT_EQ(light.GetExponent(), 1.0f);
-    EXPECT_EQ(light.GetConeAngle(), 180.0f);
+    EXPECT_EQ(std::make_tuple(light.GetIntensity(), light.GetExponent(), light.GetConeAngle()),
+              std::make_tuple(1.0f, 1.0f, 180.0f));
     EXPECT_EQ(light.GetSwitch(), 1);
     EXPECT_EQ(light.GetFocalPoint(), Vector(0, 0, -1));
     EXPECT_EQ(light.GetAttenuationValues(), Vector(1, 0, 0));
@@ -118,36 +121,36 @@ TEST(LightTest, CopiesCarryEveryFieldIncludingBackendSlot)
 
 TEST(FontTest, StoresValuesUnchangedAndCopies)
 {
+    const auto state = [](const TestFont& f) {
+        return std::make_tuple(f.GetFace(), f.GetSize(), f.GetBold(), f.GetItalic());
+    };
     TestFont font;
-    EXPECT_EQ(font.GetFace(), "Arial");
-    EXPECT_EQ(font.GetSize(), 14);
-    EXPECT_EQ(font.GetBold(), 0);
-    EXPECT_EQ(font.GetItalic(), 0);
-
+    EXPECT_EQ(state(font), std::make_tuple(std::string("Arial"), 14, 0, 0));
     font.SetBold(3);
     font.SetItalic(-1);
     font.SetSize(-2);
     font.SetFace("");
     TestFont copy(font);
     font.SetFace("Times");
-    EXPECT_EQ(copy.GetBold(), 3);
-    EXPECT_EQ(copy.GetItalic(), -1);
-    EXPECT_EQ(copy.GetSize(), -2);
-    EXPECT_EQ(copy.GetFace(), "");
+    EXPECT_EQ(state(copy), std::make_tuple(std::string(), -2, 3, -1));
     copy = font;
     EXPECT_EQ(copy.GetFace(), "Times");
 }
 
-void ExpectMouse(const TestDraggedArea& area, int x0, int y0, int x1, int y1)
+// The drag rectangle: start x, y, end x, y.
+std::array<int, 4> Mouse(const TestDraggedArea& area)
 {
-    int x = -1;
-    int y = -1;
-    area.GetMouseStart(x, y);
-    EXPECT_EQ(x, x0);
-    EXPECT_EQ(y, y0);
-    area.GetMouseEnd(x, y);
-    EXPECT_EQ(x, x1);
-    EXPECT_EQ(y, y1);
+    std::array<int, 4> m{-1, -1, -1, -1};
+    area.GetMouseStart(m[0], m[1]);
+    area.GetMouseEnd(m[2], m[3]);
+    return m;
+}
+
+Color ColorOf(const TestDraggedArea& area)
+{
+    Color color;
+    area.GetColor(color);
+    return color;
 }
 
 TEST(DraggedAreaTest, StartsIdleAndEveryEnableEndsADrag)
@@ -155,21 +158,17 @@ TEST(DraggedAreaTest, StartsIdleAndEveryEnableEndsADrag)
     TestDraggedArea area(800, 600);
     EXPECT_FALSE(area.IsEnable());
     EXPECT_FALSE(area.IsDragged());
-    int width = 0;
-    int height = 0;
+    int width = 0, height = 0;
     area.GetWindowSize(width, height);
-    EXPECT_EQ(width, 800);
-    EXPECT_EQ(height, 600);
-    Color color;
-    area.GetColor(color);
-    EXPECT_EQ(color, Color(30, 40, 50, 255));
-    ExpectMouse(area, 0, 0, 0, 0);
+    EXPECT_EQ(std::make_pair(width, height), std::make_pair(800, 600));
+    EXPECT_EQ(ColorOf(area), Color(30, 40, 50, 255));
+    EXPECT_EQ(Mouse(area), (std::array<int, 4>{0, 0, 0, 0}));
 
     area.SimulateDrag(10, 20, 300, 400);
     area.SetEanble(true);
     EXPECT_TRUE(area.IsEnable());
     EXPECT_FALSE(area.IsDragged());
-    ExpectMouse(area, 10, 20, 300, 400); // the rectangle stays readable
+    EXPECT_EQ(Mouse(area), (std::array<int, 4>{10, 20, 300, 400})) << "the rectangle stays";
     area.SimulateDrag(1, 2, 3, 4);
     area.SetEanble(false);
     EXPECT_FALSE(area.IsEnable());
@@ -188,15 +187,13 @@ TEST(DraggedAreaTest, CopiesAreIndependent)
 
     EXPECT_TRUE(copy.IsEnable());
     EXPECT_TRUE(copy.IsDragged());
-    ExpectMouse(copy, 1, 2, 3, 4);
-    Color color;
-    copy.GetColor(color);
-    EXPECT_EQ(color, Color(5, 6, 7, 0));
+    EXPECT_EQ(Mouse(copy), (std::array<int, 4>{1, 2, 3, 4}));
+    EXPECT_EQ(ColorOf(copy), Color(5, 6, 7, 0));
 
     TestDraggedArea assigned(1, 1);
     assigned = source;
     EXPECT_FALSE(assigned.IsEnable());
-    ExpectMouse(assigned, 9, 9, 9, 9);
+    EXPECT_EQ(Mouse(assigned), (std::array<int, 4>{9, 9, 9, 9}));
 }
 
 } // namespace

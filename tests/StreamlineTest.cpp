@@ -108,14 +108,18 @@ void ExpectAllRefused(TestStreamline& tube, int node)
     ExpectRingRefused(tube, node, 0);
 }
 
+// Node count, slice count, radius and auxiliary size.
+std::tuple<int, int, double, double> Sizes(const TestStreamline& tube)
+{
+    return {tube.GetNodes(), tube.GetSlices(), tube.Radius(), tube.AuxiliarySize()};
+}
+
 TEST(StreamlineTest, LifecycleAndRefusals)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     TestStreamline tube;
     EXPECT_TRUE(tube.GetDrawStreamline());
-    EXPECT_EQ(1.0, tube.Radius());
-    EXPECT_EQ(1.0, tube.AuxiliarySize());
-    EXPECT_EQ(0, tube.GetSlices());
+    EXPECT_EQ(Sizes(tube), std::make_tuple(0, 0, 1.0, 1.0));
     EXPECT_FALSE(tube.IsCreate());
     ExpectAllRefused(tube, 0);
     EXPECT_FALSE(tube.GenerationStreamline3D());
@@ -126,28 +130,25 @@ TEST(StreamlineTest, LifecycleAndRefusals)
     {
         EXPECT_FALSE(tube.Create(nodes, slices, radius, auxiliary));
     }
-    EXPECT_EQ(0, tube.GetNodes());
-    EXPECT_EQ(1.0, tube.Radius());
+    EXPECT_EQ(Sizes(tube), std::make_tuple(0, 0, 1.0, 1.0));
 
     ASSERT_TRUE(tube.Create(4, 6, 2.0, 3.0));
     EXPECT_TRUE(tube.IsCreate());
-    EXPECT_EQ(3.0, tube.AuxiliarySize());
     // A refused Create still discards the tube, but keeps the counts.
     EXPECT_FALSE(tube.Create(1, 8, 1.0, 5.0));
     EXPECT_FALSE(tube.IsCreate());
-    EXPECT_EQ(4, tube.GetNodes());
-    EXPECT_EQ(6, tube.GetSlices());
-    EXPECT_EQ(2.0, tube.Radius());
-    EXPECT_EQ(3.0, tube.AuxiliarySize());
+    EXPECT_EQ(Sizes(tube), std::make_tuple(4, 6, 2.0, 3.0));
     ExpectAllRefused(tube, 0);
 
     ASSERT_TRUE(tube.Create(5, 7, 1.0, 1.0));
     EXPECT_TRUE(tube.Delete());
     EXPECT_FALSE(tube.Delete());
-    EXPECT_EQ(5, tube.GetNodes());
-    EXPECT_EQ(7, tube.GetSlices());
+    EXPECT_EQ(Sizes(tube), std::make_tuple(5, 7, 1.0, 1.0));
     ExpectAllRefused(tube, 0);
     EXPECT_FALSE(tube.GenerationStreamline3D());
+
+    tube.SetDrawStreamline(false);
+    EXPECT_FALSE(tube.GetDrawStreamline());
 }
 
 TEST(StreamlineTest, CreateMakesZeroedRecordsOfTheSliceCount)
@@ -195,9 +196,6 @@ TEST(StreamlineTest, NodeAndRingAccessors)
     EXPECT_FALSE(tube.GetNodeColor(0, nullptr));
     EXPECT_FALSE(tube.SetSliceNodeCoord(0, 0, nullptr));
     EXPECT_FALSE(tube.GetSliceNodeNormal(0, 0, nullptr));
-
-    tube.SetDrawStreamline(false);
-    EXPECT_FALSE(tube.GetDrawStreamline());
 }
 
 TEST(StreamlineTest, CopiesAreDeep)

@@ -10,6 +10,7 @@
 #include <array>
 #include <new>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -27,27 +28,16 @@ public:
     std::string Text(int index) const { return GetTip(index)->GetContext(); }
 };
 
-// Everything a host can observe of the tips.
-struct TipSnapshot
+// Everything a host can observe of the tips: text, original and effect.
+std::vector<std::tuple<std::string, Coord, Coord>> Snapshot(const ProbedTipManager& manager)
 {
-    std::string text;
-    Coord original;
-    Coord effect;
-    bool operator==(const TipSnapshot& o) const
-    {
-        return text == o.text && original == o.original && effect == o.effect;
-    }
-};
-
-std::vector<TipSnapshot> Snapshot(const ProbedTipManager& manager)
-{
-    std::vector<TipSnapshot> tips(static_cast<std::size_t>(manager.GetTipsNum()));
+    std::vector<std::tuple<std::string, Coord, Coord>> tips;
     for (int i = 0; i < manager.GetTipsNum(); ++i)
     {
-        TipSnapshot& tip = tips[static_cast<std::size_t>(i)];
-        tip.text = manager.Text(i);
-        manager.GetOrgCoord(i, tip.original.data());
-        manager.GetEffectCoord(i, tip.effect.data());
+        Coord original{}, effect{};
+        manager.GetOrgCoord(i, original.data());
+        manager.GetEffectCoord(i, effect.data());
+        tips.emplace_back(manager.Text(i), original, effect);
     }
     return tips;
 }
@@ -64,7 +54,7 @@ int FailEachAllocation(const ProbedTipManager& manager, const std::string& text,
 {
     for (long n = 0;; ++n)
     {
-        const std::vector<TipSnapshot> before = Snapshot(manager);
+        const auto before = Snapshot(manager);
         const long liveBefore = LiveBlocks();
         bool result = false;
         bool pending = false;
@@ -81,7 +71,7 @@ int FailEachAllocation(const ProbedTipManager& manager, const std::string& text,
         }
         EXPECT_TRUE(result) << "allocation " << n;
         EXPECT_EQ(LiveBlocks(), liveBefore) << "allocation " << n << " leaked";
-        EXPECT_TRUE(Snapshot(manager) == before) << "allocation " << n;
+        EXPECT_EQ(Snapshot(manager), before) << "allocation " << n;
     }
 }
 

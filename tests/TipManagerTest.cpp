@@ -8,7 +8,9 @@
 #include <array>
 #include <climits>
 #include <string>
+#include <tuple>
 #include <type_traits>
+#include <vector>
 
 namespace
 {
@@ -33,7 +35,18 @@ public:
     {
         return {m_textColor, m_backgroundColor, m_linkingLineColor};
     }
+    std::vector<std::string> Texts() const
+    {
+        std::vector<std::string> texts;
+        for (int i = 0; i < GetTipsNum(); ++i)
+        {
+            texts.push_back(Text(i));
+        }
+        return texts;
+    }
 };
+
+using Texts = std::vector<std::string>;
 
 using Colors = std::array<CKesraTipManager::Color, 3>;
 
@@ -62,6 +75,17 @@ void InsertNumbered(CKesraTipManager& manager, int count)
     }
 }
 
+// Everything a host can read of the tips, and the settings.
+auto State(const ProbedTipManager& m)
+{
+    std::vector<std::array<Coord, 2>> coords;
+    for (int i = 0; i < m.GetTipsNum(); ++i)
+    {
+        coords.push_back({Original(m, i), Effect(m, i)});
+    }
+    return std::make_tuple(m.Texts(), coords, m.Colors(), m.GetTipFontType());
+}
+
 TEST(TipTest, CreateCutsAtZeroAndCopiesCarryEverything)
 {
     CKesraTip tip;
@@ -86,42 +110,37 @@ TEST(TipTest, CreateCutsAtZeroAndCopiesCarryEverything)
     EXPECT_STREQ(copy.GetContext(), "");
 }
 
-TEST(TipManagerTest, InsertionHandsOutConsecutiveIndices)
+TEST(TipManagerTest, IndicesArePositionsThroughInsertionRemovalAndClearing)
 {
     ProbedTipManager manager;
+    EXPECT_TRUE(manager.ClearTips()) << "nothing to clear";
     EXPECT_EQ(manager.GetTipsNum(), 0);
-    InsertNumbered(manager, 3);
-    EXPECT_EQ(manager.GetTipsNum(), 3);
-    EXPECT_EQ(manager.Text(2), "t2");
+    InsertNumbered(manager, 4);
+    EXPECT_EQ(manager.GetTipsNum(), 4);
     EXPECT_EQ(Original(manager, 2), (Coord{2, 4, 6}));
     EXPECT_EQ(Effect(manager, 2), (Coord{-2, -2, -2}));
-}
 
-TEST(TipManagerTest, RemovalClosesTheGapInOrder)
-{
-    ProbedTipManager manager;
-    InsertNumbered(manager, 4);
+    // Removal closes the gap in order.
     EXPECT_TRUE(manager.RemoveTip(1));
-    EXPECT_EQ(manager.GetTipsNum(), 3);
-    EXPECT_EQ(manager.Text(0), "t0");
-    EXPECT_EQ(manager.Text(1), "t2");
-    EXPECT_EQ(manager.Text(2), "t3");
+    EXPECT_EQ(manager.Texts(), (Texts{"t0", "t2", "t3"}));
     EXPECT_EQ(Original(manager, 1), (Coord{2, 4, 6}));
-
     EXPECT_TRUE(manager.RemoveTip(2));
     EXPECT_TRUE(manager.RemoveTip(0));
-    EXPECT_EQ(manager.GetTipsNum(), 1);
-    EXPECT_EQ(manager.Text(0), "t2");
-
-    // Indices are positions: the next insertion takes the first free one.
+    EXPECT_EQ(manager.Texts(), (Texts{"t2"}));
     const Coord zero{};
-    EXPECT_EQ(manager.InsertTip("new", zero.data(), zero.data()), 1);
+    EXPECT_EQ(manager.InsertTip("new", zero.data(), zero.data()), 1) << "the first free one";
+
+    EXPECT_TRUE(manager.ClearTips());
+    EXPECT_EQ(manager.GetTipsNum(), 0);
+    manager.UpdateEffect(eTipLinkRadial, 1.0, zero.data(), 1.0); // nothing to place
+    InsertNumbered(manager, 1);
 }
 
 TEST(TipManagerTest, IndexedOperationsRefuseOutOfRange)
 {
     ProbedTipManager manager;
     InsertNumbered(manager, 2);
+    const auto before = State(manager);
     const Coord value{9, 9, 9};
     for (const int index : {-1, 2, 3, INT_MIN, INT_MAX})
     {
@@ -134,25 +153,10 @@ TEST(TipManagerTest, IndexedOperationsRefuseOutOfRange)
         EXPECT_FALSE(manager.RemoveTip(index));
         EXPECT_EQ(out, (Coord{7, 7, 7})) << "getters leave their output alone";
     }
-    EXPECT_EQ(manager.GetTipsNum(), 2);
-    EXPECT_EQ(manager.Text(1), "t1");
-    EXPECT_EQ(Original(manager, 1), (Coord{1, 2, 3}));
-    EXPECT_EQ(Effect(manager, 1), (Coord{-1, -1, -1}));
+    EXPECT_EQ(State(manager), before);
 }
 
-TEST(TipManagerTest, ClearTipsEmptiesAndRestartsIndices)
-{
-    ProbedTipManager manager;
-    EXPECT_TRUE(manager.ClearTips());
-    InsertNumbered(manager, 3);
-    EXPECT_TRUE(manager.ClearTips());
-    EXPECT_EQ(manager.GetTipsNum(), 0);
-    const Coord centre{};
-    manager.UpdateEffect(eTipLinkRadial, 1.0, centre.data(), 1.0); // nothing to place
-    InsertNumbered(manager, 1);
-}
-
-TEST(TipManagerTest, CoordinateSettersAreIndependent)
+TEST(TipManagerTest, SettersChangeOnlyTheirOwnPart)
 {
     ProbedTipManager manager;
     InsertNumbered(manager, 2);
@@ -163,21 +167,17 @@ TEST(TipManagerTest, CoordinateSettersAreIndependent)
     EXPECT_TRUE(manager.SetEffectCoord(0, moved.data()));
     EXPECT_EQ(Effect(manager, 0), moved);
     EXPECT_EQ(Original(manager, 0), (Coord{0, 0, 0}));
-}
 
-TEST(TipManagerTest, TextsEndAtTheirFirstZeroCharacter)
-{
-    ProbedTipManager manager;
-    const Coord zero{};
+    // Texts end at their first zero character.
     const std::string withZero("ab\0cd", 5);
-    ASSERT_EQ(manager.InsertTip(withZero, zero.data(), zero.data()), 0);
-    EXPECT_EQ(manager.Text(0), "ab");
-    EXPECT_TRUE(manager.SetTipContext(0, "a much longer replacement text"));
-    EXPECT_EQ(manager.Text(0), "a much longer replacement text");
-    EXPECT_TRUE(manager.SetTipContext(0, withZero));
-    EXPECT_EQ(manager.Text(0), "ab");
-    EXPECT_TRUE(manager.SetTipContext(0, std::string("\0tail", 5)));
-    EXPECT_EQ(manager.Text(0), "");
+    ASSERT_EQ(manager.InsertTip(withZero, moved.data(), moved.data()), 2);
+    EXPECT_EQ(manager.Text(2), "ab");
+    EXPECT_TRUE(manager.SetTipContext(2, "a much longer replacement text"));
+    EXPECT_EQ(manager.Text(2), "a much longer replacement text");
+    EXPECT_TRUE(manager.SetTipContext(2, withZero));
+    EXPECT_EQ(manager.Text(2), "ab");
+    EXPECT_TRUE(manager.SetTipContext(2, std::string("\0tail", 5)));
+    EXPECT_EQ(manager.Texts(), (Texts{"t0", "t1", ""}));
 }
 
 TEST(TipManagerTest, DefaultsAndSettings)
@@ -190,13 +190,11 @@ TEST(TipManagerTest, DefaultsAndSettings)
     manager.SetTextColor(10, 20, 30);
     manager.SetBackgroundColor(1, 2, 3);
     manager.SetLinkingLineColor(250, 0, 5);
-    unsigned char r = 0, g = 0, b = 0;
-    manager.GetTextColor(r, g, b);
-    EXPECT_EQ(CKesraTipManager::Color(r, g, b, 255), CKesraTipManager::Color(10, 20, 30, 255));
-    manager.GetBackgroundColor(r, g, b);
-    EXPECT_EQ(CKesraTipManager::Color(r, g, b, 255), CKesraTipManager::Color(1, 2, 3, 255));
-    manager.GetLinkingLineColor(r, g, b);
-    EXPECT_EQ(CKesraTipManager::Color(r, g, b, 255), CKesraTipManager::Color(250, 0, 5, 255));
+    unsigned char c[9] = {};
+    manager.GetTextColor(c[0], c[1], c[2]);
+    manager.GetBackgroundColor(c[3], c[4], c[5]);
+    manager.GetLinkingLineColor(c[6], c[7], c[8]);
+    EXPECT_EQ(std::vector<int>(c, c + 9), (std::vector<int>{10, 20, 30, 1, 2, 3, 250, 0, 5}));
     EXPECT_EQ(manager.Colors(), (Colors{{{10, 20, 30, 255}, {1, 2, 3, 255}, {250, 0, 5, 255}}}))
         << "alpha is always 255";
 
@@ -270,38 +268,29 @@ TEST(TipManagerTest, CopiesOwnTheirOwnRecords)
     original.SetBackgroundColor(4, 5, 6);
     original.SetLinkingLineColor(7, 8, 9);
     original.SetTipFontType(eTipFontLarge);
-    const Colors colors{{{1, 2, 3, 255}, {4, 5, 6, 255}, {7, 8, 9, 255}}};
+    const auto before = State(original);
+    EXPECT_EQ(std::get<2>(before), (Colors{{{1, 2, 3, 255}, {4, 5, 6, 255}, {7, 8, 9, 255}}}));
 
     ProbedTipManager copy(original);
-    ASSERT_EQ(copy.GetTipsNum(), 3);
+    EXPECT_EQ(State(copy), before);
     for (int i = 0; i < 3; ++i)
     {
         EXPECT_NE(copy.Record(i), original.Record(i));
-        EXPECT_EQ(copy.Text(i), original.Text(i));
-        EXPECT_EQ(Original(copy, i), Original(original, i));
-        EXPECT_EQ(Effect(copy, i), Effect(original, i));
     }
-    EXPECT_EQ(copy.Colors(), colors);
-    EXPECT_EQ(copy.GetTipFontType(), eTipFontLarge);
-
     copy.SetTipContext(0, "copy only");
     copy.RemoveTip(2);
-    EXPECT_EQ(original.Text(0), "t0");
-    EXPECT_EQ(original.GetTipsNum(), 3);
+    EXPECT_EQ(State(original), before);
 
     ProbedTipManager target;
     InsertNumbered(target, 5);
     target = copy;
-    ASSERT_EQ(target.GetTipsNum(), 2);
-    EXPECT_EQ(target.Text(0), "copy only");
+    EXPECT_EQ(State(target), State(copy));
+    EXPECT_EQ(target.Texts(), (Texts{"copy only", "t1"}));
     EXPECT_NE(target.Record(0), copy.Record(0));
-    EXPECT_EQ(target.Colors(), colors);
-    EXPECT_EQ(target.GetTipFontType(), eTipFontLarge);
 
     const ProbedTipManager& self = target;
     target = self;
-    ASSERT_EQ(target.GetTipsNum(), 2);
-    EXPECT_EQ(target.Text(1), "t1");
+    EXPECT_EQ(target.Texts(), (Texts{"copy only", "t1"}));
 }
 
 } // namespace
