@@ -16,6 +16,7 @@ namespace
 {
 
 using KesraEngine::CKesraCurve2D;
+using Point = std::array<double, 2>;
 using Range = std::array<double, 4>; // x min, y min, x max, y max
 
 constexpr Range kEmpty{1e11, 1e11, -1e11, -1e11};
@@ -34,9 +35,9 @@ int Count(const CKesraCurve2D& curve)
     return count;
 }
 
-std::array<double, 2> NodeAt(const CKesraCurve2D& curve, int index)
+Point NodeAt(const CKesraCurve2D& curve, int index)
 {
-    std::array<double, 2> p{};
+    Point p{};
     EXPECT_TRUE(curve.GetNode(index, p[0], p[1]));
     return p;
 }
@@ -46,6 +47,19 @@ bool VisAt(const CKesraCurve2D& curve, int index)
     bool visible = false;
     EXPECT_TRUE(curve.GetNodeVis(index, visible));
     return visible;
+}
+
+// Every node as x, y and 1 if visible, read through the index getters.
+using Node = std::array<double, 3>;
+std::vector<Node> Nodes(const CKesraCurve2D& curve)
+{
+    std::vector<Node> nodes;
+    for (int i = 0; i < Count(curve); ++i)
+    {
+        const auto [x, y] = NodeAt(curve, i);
+        nodes.push_back({x, y, VisAt(curve, i) ? 1.0 : 0.0});
+    }
+    return nodes;
 }
 
 // (3, 1), (1, 2), (2, 0): x range 1..3 held by nodes 1 and 0, y range 0..2 by
@@ -59,45 +73,24 @@ CKesraCurve2D Triangle()
     return curve;
 }
 
-TEST(Curve2DTest, InsertionKeepsOrderAndWidens)
-{
-    const CKesraCurve2D curve = Triangle();
-    ASSERT_EQ(Count(curve), 3);
-    EXPECT_EQ(NodeAt(curve, 0), (std::array<double, 2>{3, 1}));
-    EXPECT_EQ(NodeAt(curve, 1), (std::array<double, 2>{1, 2}));
-    EXPECT_EQ(NodeAt(curve, 2), (std::array<double, 2>{2, 0}));
-    EXPECT_TRUE(VisAt(curve, 2));
-    EXPECT_EQ(RangeOf(curve), (Range{1, 0, 3, 2}));
-}
-
-TEST(Curve2DTest, SingleCoordinateInsertionWidensOneAxis)
-{
-    CKesraCurve2D curve;
-    EXPECT_TRUE(curve.InsertNodeX(5.0));
-    EXPECT_EQ(NodeAt(curve, 0), (std::array<double, 2>{5, 0}));
-    EXPECT_EQ(RangeOf(curve), (Range{5, 1e11, 5, -1e11}));
-    EXPECT_TRUE(curve.InsertNodeY(-4.0));
-    EXPECT_EQ(NodeAt(curve, 1), (std::array<double, 2>{0, -4}));
-    EXPECT_EQ(RangeOf(curve), (Range{5, -4, 5, -4}));
-}
-
-TEST(Curve2DTest, IndexedInsertionCannotAppend)
+TEST(Curve2DTest, InsertionKeepsOrderAndWidensTheGivenAxes)
 {
     CKesraCurve2D curve; // a new curve is empty, and a refusal keeps it so
     EXPECT_FALSE(curve.InsertNode(0, 1.0, 1.0));
     EXPECT_EQ(Count(curve), 0);
     EXPECT_EQ(RangeOf(curve), kEmpty);
 
-    curve.InsertNode(0.0, 0.0);
-    curve.InsertNode(1.0, 1.0);
-    EXPECT_FALSE(curve.InsertNode(2, 9.0, 9.0));
+    EXPECT_TRUE(curve.InsertNodeX(5.0));
+    EXPECT_EQ(RangeOf(curve), (Range{5, 1e11, 5, -1e11}));
+    EXPECT_TRUE(curve.InsertNodeY(-4.0));
+    EXPECT_EQ(RangeOf(curve), (Range{5, -4, 5, -4}));
+    EXPECT_TRUE(curve.InsertNode(6.0, 1.0));
+    EXPECT_FALSE(curve.InsertNode(3, 9.0, 9.0)) << "indexed insertion cannot append";
     EXPECT_FALSE(curve.InsertNode(-1, 9.0, 9.0));
-    EXPECT_EQ(RangeOf(curve), (Range{0, 0, 1, 1}));
+    EXPECT_EQ(RangeOf(curve), (Range{5, -4, 6, 1}));
     EXPECT_TRUE(curve.InsertNode(1, 7.0, 7.0));
-    ASSERT_EQ(Count(curve), 3);
-    EXPECT_EQ(NodeAt(curve, 1), (std::array<double, 2>{7, 7}));
-    EXPECT_EQ(NodeAt(curve, 2), (std::array<double, 2>{1, 1}));
-    EXPECT_EQ(RangeOf(curve), (Range{0, 0, 7, 7}));
+    EXPECT_EQ(Nodes(curve), (std::vector<Node>{{5, 0, 1}, {7, 7, 1}, {0, -4, 1}, {6, 1, 1}}));
+    EXPECT_EQ(RangeOf(curve), (Range{5, -4, 7, 7}));
 }
 
 TEST(Curve2DTest, RemovalRecomputesOnlyForANodeOnTheRange)
@@ -105,23 +98,19 @@ TEST(Curve2DTest, RemovalRecomputesOnlyForANodeOnTheRange)
     CKesraCurve2D curve = Triangle();
     curve.InsertNode(2.0, 1.0); // strictly inside
     bool changed = true;
-    EXPECT_TRUE(curve.RemoveNode(3, changed));
-    EXPECT_FALSE(changed);
+    EXPECT_TRUE(curve.RemoveNode(3, changed) && !changed);
     EXPECT_EQ(RangeOf(curve), (Range{1, 0, 3, 2}));
 
-    EXPECT_TRUE(curve.RemoveNode(0, changed)); // held the x maximum
-    EXPECT_TRUE(changed);
+    EXPECT_TRUE(curve.RemoveNode(0, changed) && changed); // held the x maximum
     EXPECT_EQ(RangeOf(curve), (Range{1, 0, 2, 2}));
-    EXPECT_EQ(NodeAt(curve, 0), (std::array<double, 2>{1, 2}));
+    EXPECT_EQ(NodeAt(curve, 0), (Point{1, 2}));
 
     // Hidden nodes do not count in the recomputation, but a hidden node on
     // the range still triggers it.
     curve.SetNodeVis(1, false, changed);
-    EXPECT_TRUE(curve.RemoveNode(0, changed));
-    EXPECT_TRUE(changed);
+    EXPECT_TRUE(curve.RemoveNode(0, changed) && changed);
     EXPECT_EQ(RangeOf(curve), kEmpty);
-    EXPECT_TRUE(curve.RemoveNode(0, changed));
-    EXPECT_TRUE(changed) << "a node outside the empty range";
+    EXPECT_TRUE(curve.RemoveNode(0, changed) && changed) << "a node outside the empty range";
     EXPECT_EQ(Count(curve), 0);
 }
 
@@ -145,8 +134,7 @@ TEST(Curve2DTest, RefusalsClearTheOutputFirstAndChangeNothing)
         bool visible = false;
         EXPECT_FALSE(curve.GetNode(index, x, y));
         EXPECT_FALSE(curve.GetNodeVis(index, visible));
-        EXPECT_EQ(x, 42);
-        EXPECT_EQ(y, 43);
+        EXPECT_EQ((Point{x, y}), (Point{42, 43}));
         EXPECT_FALSE(visible);
     }
     EXPECT_EQ(Count(curve), 3);
@@ -157,23 +145,18 @@ TEST(Curve2DTest, MovingNeverNarrows)
 {
     CKesraCurve2D curve = Triangle();
     bool changed = true;
-    EXPECT_TRUE(curve.SetNodeX(0, 2.5, changed)); // the x maximum moves inwards
-    EXPECT_FALSE(changed);
+    EXPECT_TRUE(curve.SetNodeX(0, 2.5, changed) && !changed); // the x maximum moves inwards
     EXPECT_EQ(RangeOf(curve), (Range{1, 0, 3, 2}));
-    EXPECT_EQ(NodeAt(curve, 0), (std::array<double, 2>{2.5, 1}));
+    EXPECT_EQ(NodeAt(curve, 0), (Point{2.5, 1}));
 
-    EXPECT_TRUE(curve.SetNodeX(0, 3.0, changed));
-    EXPECT_FALSE(changed) << "equal to a bound is not beyond it";
-    EXPECT_TRUE(curve.SetNodeX(0, 4.0, changed));
-    EXPECT_TRUE(changed);
-    EXPECT_TRUE(curve.SetNodeY(2, -1.0, changed));
-    EXPECT_TRUE(changed);
+    EXPECT_TRUE(curve.SetNodeX(0, 3.0, changed) && !changed) << "equal to a bound is not beyond it";
+    EXPECT_TRUE(curve.SetNodeX(0, 4.0, changed) && changed);
+    EXPECT_TRUE(curve.SetNodeY(2, -1.0, changed) && changed);
     EXPECT_EQ(RangeOf(curve), (Range{1, -1, 4, 2}));
 
     // Hidden nodes widen the range when moved, and keep their visibility.
     curve.SetNodeVis(1, false, changed);
-    EXPECT_TRUE(curve.SetNode(1, -5.0, 9.0, changed));
-    EXPECT_TRUE(changed);
+    EXPECT_TRUE(curve.SetNode(1, -5.0, 9.0, changed) && changed);
     EXPECT_FALSE(VisAt(curve, 1));
     EXPECT_EQ(RangeOf(curve), (Range{-5, -1, 4, 9}));
 
@@ -186,9 +169,7 @@ TEST(Curve2DTest, MovingNeverNarrows)
     curve.RemoveNode(1, changed);
     for (const CKesraCurve2D* c : {&copy, &assigned})
     {
-        ASSERT_EQ(Count(*c), 3);
-        EXPECT_EQ(NodeAt(*c, 1), (std::array<double, 2>{-5, 9}));
-        EXPECT_FALSE(VisAt(*c, 1));
+        EXPECT_EQ(Nodes(*c), (std::vector<Node>{{4, 1, 1}, {-5, 9, 0}, {2, -1, 1}}));
         EXPECT_EQ(RangeOf(*c), (Range{-5, -1, 4, 9}));
     }
 }
@@ -197,33 +178,25 @@ TEST(Curve2DTest, VisibilityChangesAndTheNearBoundRule)
 {
     CKesraCurve2D curve = Triangle();
     bool changed = true;
-    EXPECT_FALSE(curve.SetNodeVis(0, true, changed)) << "already visible";
-    EXPECT_FALSE(changed);
+    EXPECT_TRUE(!curve.SetNodeVis(0, true, changed) && !changed) << "already visible";
 
-    EXPECT_TRUE(curve.SetNodeVis(0, false, changed)); // holds the x maximum
-    EXPECT_TRUE(changed);
+    EXPECT_TRUE(curve.SetNodeVis(0, false, changed) && changed); // holds the x maximum
     EXPECT_EQ(RangeOf(curve), (Range{1, 0, 3, 2})) << "hiding never recomputes";
-    EXPECT_FALSE(curve.SetNodeVis(0, false, changed));
-    EXPECT_FALSE(changed);
+    EXPECT_TRUE(!curve.SetNodeVis(0, false, changed) && !changed);
 
     curve.InsertNode(2.0, 1.0);
-    EXPECT_TRUE(curve.SetNodeVis(3, false, changed));
-    EXPECT_FALSE(changed) << "an inner node";
+    EXPECT_TRUE(curve.SetNodeVis(3, false, changed) && !changed) << "an inner node";
     curve.InsertNode(2.0, 1e-10);
-    EXPECT_TRUE(curve.SetNodeVis(4, false, changed));
-    EXPECT_TRUE(changed) << "exactly 1e-10 from the y minimum counts as near";
+    EXPECT_TRUE(curve.SetNodeVis(4, false, changed) && changed) << "1e-10 from the y minimum is near";
     curve.InsertNode(2.0, 2.0 - 2e-10);
-    EXPECT_TRUE(curve.SetNodeVis(5, false, changed));
-    EXPECT_FALSE(changed) << "2e-10 from the y maximum";
+    EXPECT_TRUE(curve.SetNodeVis(5, false, changed) && !changed) << "2e-10 from the y maximum";
 
     // Showing widens by the node, which may have moved while hidden.
     curve.SetNodeX(3, 1.5, changed);
-    EXPECT_TRUE(curve.SetNodeVis(3, true, changed));
-    EXPECT_FALSE(changed);
+    EXPECT_TRUE(curve.SetNodeVis(3, true, changed) && !changed);
     curve.SetAllNodeVis(false);
     EXPECT_EQ(RangeOf(curve), kEmpty);
-    EXPECT_TRUE(curve.SetNodeVis(3, true, changed));
-    EXPECT_TRUE(changed);
+    EXPECT_TRUE(curve.SetNodeVis(3, true, changed) && changed);
     EXPECT_EQ(RangeOf(curve), (Range{1.5, 1, 1.5, 1}));
 }
 
@@ -438,13 +411,12 @@ private:
 void ExpectSameState(const CKesraCurve2D& curve, const CurveModel& model, const std::string& at)
 {
     EXPECT_EQ(RangeOf(curve), model.GetRange()) << at;
-    ASSERT_EQ(Count(curve), int(model.nodes.size())) << at;
-    for (int i = 0; i < Count(curve); ++i)
+    std::vector<Node> expected;
+    for (const ModelNode& n : model.nodes)
     {
-        const ModelNode& n = model.nodes[std::size_t(i)];
-        EXPECT_EQ(NodeAt(curve, i), (std::array<double, 2>{n.x, n.y})) << at << ", node " << i;
-        EXPECT_EQ(VisAt(curve, i), n.visible) << at << ", node " << i;
+        expected.push_back({n.x, n.y, n.visible ? 1.0 : 0.0});
     }
+    EXPECT_EQ(Nodes(curve), expected) << at;
 }
 
 TEST(Curve2DTest, RandomEditsFollowTheRules)

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace
@@ -237,23 +238,16 @@ TEST(RulerTest, TextColourAndStartPositionNeedCreate)
 
 TEST(RulerTest, PowerOfTenNeedsMoreThanDigits)
 {
-    struct Case
-    {
-        double a;
-        double b;
-        int digits;
-        int e;
-    };
     const double inf = std::numeric_limits<double>::infinity();
-    const Case cases[] = {
+    const std::tuple<double, double, int, int> cases[] = { // a, b, digits, power
         {0.0, 10.0, 1, 0},   {0.0, 10.5, 1, 2}, {-500.0, 2.0, 1, 3}, {0.0, 500.0, 3, 0},
         {0.0, 5000.0, 3, 4}, {0.0, 0.1, 1, 0},  {0.0, 0.05, 1, -2},  {0.0, -0.005, 1, -3},
         {0.0, 0.05, 2, 0},   {0.0, 0.0, 1, 0},  {0.0, inf, 1, 0}, // no power of ten
     };
     const TestRuler ruler;
-    for (const Case& c : cases)
+    for (const auto& [a, b, digits, power] : cases)
     {
-        EXPECT_EQ(ruler.GetExponentialBase(c.a, c.b, c.digits), c.e) << c.a << ", " << c.b;
+        EXPECT_EQ(ruler.GetExponentialBase(a, b, digits), power) << a << ", " << b;
     }
 }
 

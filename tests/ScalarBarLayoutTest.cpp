@@ -7,6 +7,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 namespace
 {
@@ -238,18 +239,15 @@ TEST(ScalarBarLayoutTest, SettersRefuseOrSkipUnchangedValues)
     EXPECT_EQ(bar.GetBlockNum(), 8);
     EXPECT_EQ(bar.GetColorBlockLineWidth(), 1.0f);
 
-    bar.SetColorBlockLineWidth(2.5f);
-    EXPECT_EQ(bar.GetColorBlockLineWidth(), 2.5f);
-    EXPECT_EQ(bar.IsModified(), 0) << "line width never marks modified";
-    bar.SetBlockNum(30);
-    EXPECT_EQ(bar.GetBlockNum(), 30);
-    EXPECT_EQ(bar.IsModified(), 1);
-
     const auto marks = [&bar](auto set) {
         bar.ClearModified();
         set();
         return bar.IsModified() == 1;
     };
+    EXPECT_FALSE(marks([&] { bar.SetColorBlockLineWidth(2.5f); })) << "line width never marks";
+    EXPECT_EQ(bar.GetColorBlockLineWidth(), 2.5f);
+    EXPECT_TRUE(marks([&] { bar.SetBlockNum(30); }));
+    EXPECT_EQ(bar.GetBlockNum(), 30);
     EXPECT_TRUE(marks([&] { bar.SetColor({0, 0, 0, 254}); })) << "alpha counts";
     EXPECT_TRUE(marks([&] { bar.SetValueFormat(4, 2); }));
     EXPECT_TRUE(marks([&] { bar.SetDisplayRange(0.0, 2.0); }));
@@ -283,13 +281,7 @@ TEST(ScalarBarLayoutTest, CopiesAreIndependent)
 
 TEST(ScalarBarLayoutTest, ExponentialBaseOnBothSidesOfEachThreshold)
 {
-    const struct
-    {
-        double a;
-        double b;
-        int digits;
-        int expected;
-    } cases[] = {
+    const std::tuple<double, double, int, int> cases[] = { // a, b, digits, power
         {1500, 0, 3, 2},   {999, 0, 3, 1},     {101, 0, 3, 1},      {100, 0, 3, 0},
         {50, 0, 3, 0},     {5, 0, 3, 0},       {1, 0, 3, 0},        {0.999, 0, 3, -1},
         {0.5, 0, 3, -1},   {0.05, 0, 3, -2},   {1.1e-12, 0, 3, -12}, {1e-12, 0, 3, 0},
@@ -297,10 +289,9 @@ TEST(ScalarBarLayoutTest, ExponentialBaseOnBothSidesOfEachThreshold)
         {0.05, 0, 0, 0},   {1500, 0, 4, 1},    {1500, 0, 5, 0},    {1500, 0, -1, 6},    {DBL_MAX, 0, 3, 307},
         {0.5, 0, -2, 2},   {1500, 0, INT_MIN, INT_MAX},
     };
-    for (const auto& c : cases)
+    for (const auto& [a, b, digits, expected] : cases)
     {
-        EXPECT_EQ(CKesraScalarBar::GetExponentialBase(c.a, c.b, c.digits), c.expected)
-            << c.a << ", " << c.b << ", " << c.digits;
+        EXPECT_EQ(CKesraScalarBar::GetExponentialBase(a, b, digits), expected) << a << ", " << b << ", " << digits;
     }
     const double inf = std::numeric_limits<double>::infinity();
     const double nan = std::numeric_limits<double>::quiet_NaN();

@@ -50,30 +50,21 @@ TEST(LightTest, IntensityOutsideZeroToOneIsIgnored)
 
 TEST(LightTest, ExponentAndConeAngleAreClampedAtInclusiveBounds)
 {
-    struct Case
-    {
-        float in;
-        float exponent;
-        float coneAngle;
-    };
-    const Case cases[] = {
+    // Each value in, and what the exponent and the cone angle become.
+    const std::tuple<float, float, float> cases[] = {
         {-3.0f, 0.0f, 0.0f},      {0.0f, 0.0f, 0.0f},       {45.0f, 45.0f, 45.0f},
         {128.0f, 128.0f, 128.0f}, {150.0f, 128.0f, 150.0f}, {180.0f, 128.0f, 180.0f},
         {270.0f, 128.0f, 180.0f}, {-kInf, 0.0f, 0.0f},
+        {kNaN, 1.0f, 180.0f}, // NaN lies in no range: ignored, the defaults stay
     };
-    for (const Case& c : cases)
+    for (const auto& [in, exponent, coneAngle] : cases)
     {
         TestLight light;
-        light.SetExponent(c.in);
-        light.SetConeAngle(c.in);
-        EXPECT_EQ(light.GetExponent(), c.exponent) << c.in;
-        EXPECT_EQ(light.GetConeAngle(), c.coneAngle) << c.in;
+        light.SetExponent(in);
+        light.SetConeAngle(in);
+        EXPECT_EQ(light.GetExponent(), exponent) << in;
+        EXPECT_EQ(light.GetConeAngle(), coneAngle) << in;
     }
-    TestLight light; // NaN lies in no range: ignored
-    light.SetExponent(kNaN);
-    light.SetConeAngle(kNaN);
-    EXPECT_EQ(light.GetExponent(), 1.0f);
-    EXPECT_EQ(light.GetConeAngle(), 180.0f);
 }
 
 TEST(LightTest, SwitchTypeAndAttenuation)
