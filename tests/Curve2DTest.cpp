@@ -284,9 +284,7 @@ public:
         const int index = Index(model);
         const int op = Pick(0, 13);
         bool changed = false; // set before each call that must clear it
-        bool result = false;
-        bool expected = false;
-        bool expectedChanged = false;
+        bool result = false, expected = false, expectedChanged = false;
         if (op <= 5)
         {
             // 0: InsertNode(x, y), 1: InsertNodeX, 2: InsertNodeY, 3: InsertNode(index, x, y).

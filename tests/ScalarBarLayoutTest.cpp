@@ -7,6 +7,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <tuple>
 
 namespace
@@ -22,25 +23,25 @@ public:
     void ClearModified() { m_modified = 0; }
 };
 
+// The pixels per unit that the layout computes.
+std::pair<float, float> Units(const TestScalarBar& bar) { return {bar.EqualPartX(), bar.EqualPartY()}; }
+
 TEST(ScalarBarLayoutTest, CreateComputesUnitsForEitherDirection)
 {
     TestScalarBar bar;
     ASSERT_TRUE(bar.Create(800, 600, 700, 100));
-    EXPECT_EQ(bar.EqualPartX(), 100.0f / 60.0f);
-    EXPECT_EQ(bar.EqualPartY(), 50.0f);
+    EXPECT_EQ(Units(bar), std::make_pair(100.0f / 60.0f, 50.0f));
 
     TestScalarBar upright;
     upright.SetDirection(1);
     ASSERT_TRUE(upright.Create(800, 600, 700, 100));
-    EXPECT_EQ(upright.EqualPartX(), 6.25f);
-    EXPECT_EQ(upright.EqualPartY(), 500.0f / 45.0f);
+    EXPECT_EQ(Units(upright), std::make_pair(6.25f, 500.0f / 45.0f));
     upright.SetStartPosition(700, 10);
     EXPECT_EQ(upright.EqualPartY(), 575.0f / 45.0f) << "at least 25 pixels kept below";
 
     // The pixel differences are 32-bit: beyond that they wrap around.
     ASSERT_TRUE(bar.Create(INT_MIN, INT_MAX, INT_MAX, INT_MIN));
-    EXPECT_EQ(bar.EqualPartX(), 1.0f / 60.0f);
-    EXPECT_EQ(bar.EqualPartY(), -1.0f / 10.0f);
+    EXPECT_EQ(Units(bar), std::make_pair(1.0f / 60.0f, -1.0f / 10.0f));
 }
 
 TEST(ScalarBarLayoutTest, DirectionTakesEffectAtTheNextLayoutChange)
@@ -56,8 +57,7 @@ TEST(ScalarBarLayoutTest, DirectionTakesEffectAtTheNextLayoutChange)
     EXPECT_EQ(bar.EqualPartY(), 50.0f);
     bar.SetWindowSize(800, 610);
     EXPECT_EQ(bar.IsModified(), 1);
-    EXPECT_EQ(bar.EqualPartX(), 6.25f);
-    EXPECT_EQ(bar.EqualPartY(), 510.0f / 45.0f);
+    EXPECT_EQ(Units(bar), std::make_pair(6.25f, 510.0f / 45.0f));
 
     bar.SetDirection(0);
     bar.UpdateEqualPartValue();
@@ -65,8 +65,7 @@ TEST(ScalarBarLayoutTest, DirectionTakesEffectAtTheNextLayoutChange)
 
     TestScalarBar fresh;
     fresh.SetWindowSize(120, 50);
-    EXPECT_EQ(fresh.EqualPartX(), 2.0f) << "before Create the start position is 0";
-    EXPECT_EQ(fresh.EqualPartY(), 5.0f);
+    EXPECT_EQ(Units(fresh), std::make_pair(2.0f, 5.0f)) << "before Create the start position is 0";
 }
 
 TEST(ScalarBarLayoutTest, CreateAndDeleteLifecycle)

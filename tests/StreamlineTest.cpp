@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <initializer_list>
@@ -24,14 +25,7 @@ const Vec kUntouched(-7, -7, -7);
 bool SetNodes(TestStreamline& tube, std::initializer_list<Vec> nodes)
 {
     int node = 0;
-    for (Vec p : nodes)
-    {
-        if (!tube.SetNodeCoord(node++, &p.x))
-        {
-            return false;
-        }
-    }
-    return true;
+    return std::all_of(nodes.begin(), nodes.end(), [&](Vec p) { return tube.SetNodeCoord(node++, &p.x); });
 }
 
 // Creates a tube over the nodes and generates it; false when a step is refused.
@@ -41,20 +35,16 @@ bool MakeTube(TestStreamline& tube, int slices, double radius, std::initializer_
            SetNodes(tube, nodes) && tube.GenerationStreamline3D();
 }
 
-// The ring vertex, or kUntouched when refused.
-Vec Vertex(const TestStreamline& tube, int node, int slice)
+// What a ring getter hands out, or kUntouched when it refuses.
+template <bool (KesraEngine::CKesraStreamline::*Get)(int, int, double* const) const>
+Vec Read(const TestStreamline& tube, int node, int slice)
 {
     Vec v = kUntouched;
-    tube.GetSliceNodeCoord(node, slice, &v.x);
+    (tube.*Get)(node, slice, &v.x);
     return v;
 }
-
-Vec Normal(const TestStreamline& tube, int node, int slice)
-{
-    Vec n = kUntouched;
-    tube.GetSliceNodeNormal(node, slice, &n.x);
-    return n;
-}
+constexpr auto Vertex = &Read<&KesraEngine::CKesraStreamline::GetSliceNodeCoord>;
+constexpr auto Normal = &Read<&KesraEngine::CKesraStreamline::GetSliceNodeNormal>;
 
 Vec NodeCoord(const TestStreamline& tube, int node)
 {

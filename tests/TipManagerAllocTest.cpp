@@ -45,31 +45,29 @@ std::vector<std::tuple<std::string, Coord, Coord>> Snapshot(const ProbedTipManag
 // Runs call(copy of text) with the allocation number n (0, 1, 2, ...) made to
 // fail, for growing n, until a run needs fewer allocations than n. The copy is
 // made before the failure is armed, so that only the operation's own
-// allocations can fail. Each failed run must answer failed, leave the tips as
-// they were and leak nothing. Returns the number of failed runs; the manager
+// allocations can fail; call answers whether the operation succeeded. Each
+// failed run must answer false, leave the tips as they were and leak nothing. Returns the number of failed runs; the manager
 // ends in the state of the run that succeeded.
-template <typename Call, typename Failed>
-int FailEachAllocation(const ProbedTipManager& manager, const std::string& text, Call call,
-                       Failed failed)
+template <typename Call>
+int FailEachAllocation(const ProbedTipManager& manager, const std::string& text, Call call)
 {
     for (long n = 0;; ++n)
     {
         const auto before = Snapshot(manager);
         const long liveBefore = LiveBlocks();
-        bool result = false;
-        bool pending = false;
+        bool succeeded = false, pending = false;
         {
             std::string argument = text;
             FailAllocationAfter(n);
-            result = failed(call(std::move(argument)));
+            succeeded = call(std::move(argument));
             pending = DisarmAllocationFailure();
         }
         if (pending)
         {
-            EXPECT_FALSE(result) << "allocation " << n;
+            EXPECT_TRUE(succeeded) << "allocation " << n;
             return static_cast<int>(n);
         }
-        EXPECT_TRUE(result) << "allocation " << n;
+        EXPECT_FALSE(succeeded) << "allocation " << n;
         EXPECT_EQ(LiveBlocks(), liveBefore) << "allocation " << n << " leaked";
         EXPECT_EQ(Snapshot(manager), before) << "allocation " << n;
     }
@@ -84,12 +82,9 @@ TEST(TipManagerAllocTest, InsertTipReportsExhaustedMemoryAndKeepsTheList)
     // Nine insertions pass through several growths of the list.
     for (int expected = 0; expected < 9; ++expected)
     {
-        const int failures = FailEachAllocation(
-            manager, text,
-            [&](std::string&& t) {
-                return manager.InsertTip(std::move(t), original.data(), effect.data());
-            },
-            [](int index) { return index == -1; });
+        const int failures = FailEachAllocation(manager, text, [&](std::string&& t) {
+            return manager.InsertTip(std::move(t), original.data(), effect.data()) != -1;
+        });
         if (expected == 0)
         {
             EXPECT_GE(failures, 2) << "the record and the first list block";
@@ -107,8 +102,7 @@ TEST(TipManagerAllocTest, SetTipContextReportsExhaustedMemoryAndKeepsTheText)
     manager.InsertTip("other", zero.data(), zero.data());
     const std::string longer(64, 'y');
     const int failures = FailEachAllocation(
-        manager, longer, [&](std::string&& t) { return manager.SetTipContext(1, std::move(t)); },
-        [](bool done) { return !done; });
+        manager, longer, [&](std::string&& t) { return manager.SetTipContext(1, std::move(t)); });
     EXPECT_GE(failures, 1);
     EXPECT_EQ(manager.Text(1), longer);
     EXPECT_EQ(manager.Text(0), "short");
