@@ -79,7 +79,7 @@ TEST(RulerTest, ChoosesRoundLengthAndShortensBarExactlyInFloat)
     }
 }
 
-TEST(RulerTest, AutoBlockIsDecidedBeforeTheBarIsShortened)
+TEST(RulerTest, AutoBlockIsDecidedBeforeTheBarIsShortenedUntilAFixedCount)
 {
     // 780 and 777 pixels both shorten to a 200-pixel bar.
     for (const auto& [windowWidth, blocks] : {std::make_pair(780, 4), std::make_pair(777, 2)})
@@ -90,10 +90,8 @@ TEST(RulerTest, AutoBlockIsDecidedBeforeTheBarIsShortened)
         EXPECT_EQ(ruler.PixelWidth(), 200) << windowWidth;
         EXPECT_EQ(ruler.BlockCount(), blocks) << windowWidth;
     }
-}
 
-TEST(RulerTest, FixedBlockCountsTurnAutoBlockOff)
-{
+    // A fixed block count turns the automatic choice off.
     TestRuler ruler = CreatedRuler(800, 1.0f);
     ruler.SetAutoBlock(true);
     ruler.SetBlock4();
@@ -222,7 +220,6 @@ TEST(RulerTest, TextColourAndStartPositionNeedCreate)
     EXPECT_EQ(x, -1);
 
     ASSERT_TRUE(ruler.Create(640, 480, 20, 30));
-    EXPECT_EQ(ruler.IsCreate(), 1);
     ruler.GetTextColor(color);
     EXPECT_EQ(color, Color(0, 0, 0, 255));
     ruler.SetTextColor(Color(1, 2, 3, 4));

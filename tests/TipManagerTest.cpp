@@ -136,7 +136,7 @@ TEST(TipManagerTest, IndicesArePositionsThroughInsertionRemovalAndClearing)
     InsertNumbered(manager, 1);
 }
 
-TEST(TipManagerTest, IndexedOperationsRefuseOutOfRange)
+TEST(TipManagerTest, IndexedOperationsRefuseOutOfRangeAndChangeOnlyTheirPart)
 {
     ProbedTipManager manager;
     InsertNumbered(manager, 2);
@@ -154,12 +154,8 @@ TEST(TipManagerTest, IndexedOperationsRefuseOutOfRange)
         EXPECT_EQ(out, (Coord{7, 7, 7})) << "getters leave their output alone";
     }
     EXPECT_EQ(State(manager), before);
-}
 
-TEST(TipManagerTest, SettersChangeOnlyTheirOwnPart)
-{
-    ProbedTipManager manager;
-    InsertNumbered(manager, 2);
+    // Within range each setter changes its own part only.
     const Coord moved{10, 20, 30};
     EXPECT_TRUE(manager.SetOrgCoord(1, moved.data()));
     EXPECT_EQ(Original(manager, 1), moved);
