@@ -6,6 +6,7 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <ostream>
 #include <set>
 #include <utility>
 #include <vector>
@@ -24,6 +25,8 @@ struct Answer
 {
     Rgb rgb;
     int result;
+    bool operator==(const Answer& o) const { return rgb == o.rgb && result == o.result; }
+    friend void PrintTo(const Answer& a, std::ostream* os) { *os << testing::PrintToString(a.rgb) << ' ' << a.result; }
 };
 
 Answer Query(const CKesraScalarBar& bar, double value, bool byValue = false)
@@ -60,27 +63,22 @@ TEST(ScalarBarColorTest, SmoothBytesAtAndAroundStops)
     };
     for (const auto& [value, rgb] : cases)
     {
-        const Answer a = Query(bar, value);
-        EXPECT_EQ(a.rgb, rgb) << value;
-        EXPECT_EQ(a.result, 0) << value;
+        EXPECT_EQ(Query(bar, value), (Answer{rgb, 0})) << value;
     }
 }
 
 TEST(ScalarBarColorTest, OutsideTheRangeTakesOverRangeColourOrNearestEnd)
 {
     CKesraScalarBar bar;
-    EXPECT_EQ(Query(bar, -0.5).rgb, kWhite);
-    EXPECT_EQ(Query(bar, -0.5).result, -1);
+    EXPECT_EQ(Query(bar, -0.5), (Answer{kWhite, -1}));
     EXPECT_EQ(Query(bar, 1.5).result, 1);
     bar.SetOverRangeColor(9, 8, 7);
     EXPECT_EQ(Query(bar, 1.5).rgb, (Rgb{9, 8, 7}));
     EXPECT_EQ(Query(bar, 1.5, true).result, 1);
 
     bar.SetFillAllRange(1);
-    EXPECT_EQ(Query(bar, -0.5).rgb, kStop0);
-    EXPECT_EQ(Query(bar, -0.5).result, 0);
-    EXPECT_EQ(Query(bar, 1.5).rgb, kStop4);
-    EXPECT_EQ(Query(bar, 1.5).result, 0);
+    EXPECT_EQ(Query(bar, -0.5), (Answer{kStop0, 0}));
+    EXPECT_EQ(Query(bar, 1.5), (Answer{kStop4, 0}));
 }
 
 TEST(ScalarBarColorTest, BandedTakesLowerEdgeOfAccumulatedBlocks)
@@ -141,13 +139,11 @@ TEST(ScalarBarColorTest, InverseAndSingleColour)
     EXPECT_EQ(Colour(bar, 1.0), kStop0);
 
     bar.SetUseSignleColor(1);
-    for (const double v : {-1.0, 0.0, 0.5, 2.0})
+    for (const auto& [v, side] : {std::make_pair(-1.0, -1), std::make_pair(0.0, 0), std::make_pair(0.5, 0),
+                                  std::make_pair(2.0, 1)})
     {
-        EXPECT_EQ(Colour(bar, v), (Rgb{255, 96, 0})) << v;
+        EXPECT_EQ(Query(bar, v), (Answer{{255, 96, 0}, side})) << v;
     }
-    EXPECT_EQ(Query(bar, 2.0).result, 1);
-    EXPECT_EQ(Query(bar, -1.0).result, -1);
-    EXPECT_EQ(Query(bar, 0.5).result, 0);
     bar.SetSingleColor(1, 2, 3);
     EXPECT_EQ(Query(bar, 0.5, true).rgb, (Rgb{1, 2, 3}));
 
@@ -261,8 +257,7 @@ TEST(ScalarBarColorTest, UndefinedPositionsStayOnThePalette)
 {
     TestScalarBar bar;
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(Query(bar, nan).rgb, kStop0);
-    EXPECT_EQ(Query(bar, nan).result, 0) << "NaN passes both range tests";
+    EXPECT_EQ(Query(bar, nan), (Answer{kStop0, 0})) << "NaN passes both range tests";
     EXPECT_EQ(Placed(bar, 3.0, 3.0, 3.0, 0), kStop0);
     EXPECT_EQ(Placed(bar, 4.0, 3.0, 3.0, 0), kStop4);
     EXPECT_EQ(Placed(bar, 2.0, 2.0, 2.0, 1), kStop0);
