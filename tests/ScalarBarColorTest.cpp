@@ -302,14 +302,7 @@ TEST(ScalarBarColorTest, NonFiniteSweepFollowsTheColourTable)
                 TestScalarBar bar;
                 bar.SetOverRangeColor(1, 2, 3);
                 bar.SetSingleColor(4, 5, 6);
-                if (withCurrent)
-                {
-                    bar.SetValueRange(lo, hi, hi - lo);
-                }
-                else
-                {
-                    bar.SetValueRange(lo, hi, lo == hi, true);
-                }
+                withCurrent ? bar.SetValueRange(lo, hi, hi - lo) : bar.SetValueRange(lo, hi, lo == hi, true);
                 bar.SetDisplayRange(hi, lo);
                 // A refused range leaves 0 to 1.
                 const double minimum = lo > hi ? 0.0 : lo;
