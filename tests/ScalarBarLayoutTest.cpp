@@ -166,12 +166,10 @@ TEST(ScalarBarLayoutTest, GettersAnswerOnlyWhileCreated)
 
 TEST(ScalarBarLayoutTest, SwitchesFollowTheFlagRule)
 {
-    using Setter = void (CKesraScalarBar::*)(int);
-    using Getter = int (CKesraScalarBar::*)() const;
     struct Switch
     {
-        Setter set;
-        Getter get;
+        void (CKesraScalarBar::*set)(int);
+        int (CKesraScalarBar::*get)() const;
         int initial;
     };
     const Switch switches[] = {
