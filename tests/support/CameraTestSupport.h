@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace KesraTest
@@ -22,6 +23,12 @@ struct CameraEvent
     float translationX = 0.0f;
     float translationY = 0.0f;
     float scale = 0.0f;
+
+    // Kind, translation and scale, to compare in one line.
+    std::tuple<std::string, float, float, float> Args() const
+    {
+        return {kind, translationX, translationY, scale};
+    }
 };
 
 // Records each notification, optionally into a log shared with other
@@ -35,51 +42,23 @@ public:
 
     void OnRotateMatUpdate(const KesraMathKit::TKesraMatrix4<double>& rotation) override
     {
-        CameraEvent event;
-        event.kind = "rotate";
-        event.rotation = rotation;
-        event.rotationAddress = &rotation;
-        Record(event);
+        Record({"rotate", rotation, &rotation});
     }
 
     void OnTranslateUpdate(float x, float y) override
     {
-        CameraEvent event;
-        event.kind = "translate";
-        event.translationX = x;
-        event.translationY = y;
-        Record(event);
+        Record({"translate", {}, nullptr, x, y});
     }
 
     void OnScaleUpdate(float scale) override
     {
-        CameraEvent event;
-        event.kind = "scale";
-        event.scale = scale;
-        Record(event);
+        Record({"scale", {}, nullptr, 0.0f, 0.0f, scale});
     }
 
     void OnTransformUpdate(const KesraMathKit::TKesraMatrix4<double>& rotation, float x, float y,
                            float scale) override
     {
-        CameraEvent event;
-        event.kind = "transform";
-        event.rotation = rotation;
-        event.rotationAddress = &rotation;
-        event.translationX = x;
-        event.translationY = y;
-        event.scale = scale;
-        Record(event);
-    }
-
-    int Count(const std::string& kind) const
-    {
-        int count = 0;
-        for (const CameraEvent& event : events)
-        {
-            count += (event.kind == kind) ? 1 : 0;
-        }
-        return count;
+        Record({"transform", rotation, &rotation, x, y, scale});
     }
 
     std::vector<CameraEvent> events;
@@ -102,6 +81,14 @@ private:
     std::string m_name;
     std::vector<std::string>* m_sharedLog;
 };
+
+inline void ExpectVecNear(const KesraMathKit::TKesraVector3<double>& expected,
+                          const KesraMathKit::TKesraVector3<double>& actual, double tolerance)
+{
+    EXPECT_NEAR(actual.x, expected.x, tolerance);
+    EXPECT_NEAR(actual.y, expected.y, tolerance);
+    EXPECT_NEAR(actual.z, expected.z, tolerance);
+}
 
 inline void ExpectMatrixNear(const KesraMathKit::TKesraMatrix4<double>& expected,
                              const KesraMathKit::TKesraMatrix4<double>& actual, double tolerance)
