@@ -1,0 +1,121 @@
+#include "gl/GlDraggedArea.h"
+
+#include "gl/GlRenderer.h"
+
+#include <algorithm>
+
+namespace KesraGl
+{
+
+CGlDraggedArea::CGlDraggedArea(int width, int height, CGlRenderer& renderer)
+    : CKesraDraggedArea(width, height), m_renderer(renderer)
+{
+}
+
+bool CGlDraggedArea::OnMouseDown(int x, int y)
+{
+    if (!m_enabled)
+    {
+        return false;
+    }
+    m_dragged = true;
+    m_mouseStartX = m_mouseEndX = m_furtherPointX = x;
+    m_mouseStartY = m_mouseEndY = m_furtherPointY = y;
+    return true;
+}
+
+bool CGlDraggedArea::OnMouseMove(int x, int y)
+{
+    if (!m_dragged)
+    {
+        return false;
+    }
+    m_furtherPointX = m_mouseEndX;
+    m_furtherPointY = m_mouseEndY;
+    m_mouseEndX = x;
+    m_mouseEndY = y;
+    RequestRedraw();
+    return true;
+}
+
+bool CGlDraggedArea::OnMouseUp(int x, int y)
+{
+    if (!m_dragged)
+    {
+        return false;
+    }
+    m_mouseEndX = x;
+    m_mouseEndY = y;
+    m_dragged = false;
+    RequestRedraw();
+    OnAreaSelected(m_mouseStartX, m_mouseStartY, x, y);
+    return true;
+}
+
+void CGlDraggedArea::CancelDrag()
+{
+    m_dragged = false;
+    RequestRedraw();
+}
+
+void CGlDraggedArea::OnAreaSelected(int x0, int y0, int x1, int y1)
+{
+    if (m_action)
+    {
+        m_action(x0, y0, x1, y1);
+    }
+}
+
+void CGlDraggedArea::BeginOverlay()
+{
+    if (m_renderer.HasContext())
+    {
+        m_renderer.Canvas().Begin(m_windowWidth, m_windowHeight);
+    }
+}
+
+void CGlDraggedArea::EndOverlay()
+{
+    if (m_renderer.HasContext())
+    {
+        m_renderer.Canvas().End();
+    }
+}
+
+void CGlDraggedArea::Draw()
+{
+    if (!m_dragged || !m_renderer.HasContext())
+    {
+        return;
+    }
+    const float x0 = static_cast<float>(std::min(m_mouseStartX, m_mouseEndX));
+    const float x1 = static_cast<float>(std::max(m_mouseStartX, m_mouseEndX));
+    const float y0 = static_cast<float>(std::min(m_mouseStartY, m_mouseEndY));
+    const float y1 = static_cast<float>(std::max(m_mouseStartY, m_mouseEndY));
+    CGlCanvas& canvas = m_renderer.Canvas();
+    canvas.Rect(x0, y0, x1, y1, Color{m_color.red, m_color.green, m_color.blue,
+                                      static_cast<unsigned char>(m_color.alpha / 4)});
+    canvas.Frame(x0, y0, x1, y1, m_lineWidth, Color{m_color.red, m_color.green, m_color.blue, 255});
+}
+
+void CGlDraggedArea::Erase()
+{
+    m_furtherPointX = m_mouseEndX;
+    m_furtherPointY = m_mouseEndY;
+    RequestRedraw();
+}
+
+void CGlDraggedArea::SetLineWidth(float width)
+{
+    if (width > 0.0f)
+    {
+        m_lineWidth = width;
+    }
+}
+
+void CGlDraggedArea::RequestRedraw()
+{
+    m_renderer.Invalidate();
+}
+
+} // namespace KesraGl

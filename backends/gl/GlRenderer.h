@@ -1,0 +1,152 @@
+// CGlRenderer: a renderer drawing with OpenGL 3.3 core into a CGlSurface.
+//
+// The renderer shows the camera set with SetCamera and the objects the host
+// attaches (tubes, surfaces, tips, legend, ruler, axis triad, dragged area,
+// light), none of which it owns. A frame is: the camera's animation step,
+// background, scene (depth tested), overlays, title; Render then presents it.
+// The surface (headless EGL or a window) only supplies the context and the
+// framebuffer; everything drawn is made here, in CreateContext, and freed in
+// DestroyContext.
+#pragma once
+
+#include "Engine/Renderer.h"
+#include "gl/GlApi.h"
+#include "gl/GlCanvas.h"
+#include "gl/GlFont.h"
+#include "gl/GlSurface.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace KesraGl
+{
+
+class CGlAxis;
+class CGlCamera;
+class CGlDraggedArea;
+class CGlLight;
+class CGlMesh;
+class CGlProgram;
+class CGlRuler;
+class CGlScalarBar;
+class CGlStreamline;
+class CGlTipManager;
+
+class CGlRenderer : public KesraEngine::CKesraRenderer
+{
+public:
+    // surface is not owned and must outlive the context.
+    CGlRenderer(int width, int height, CGlSurface& surface);
+    ~CGlRenderer() override;
+
+    // ---- Backend operations ----------------------------------------------------
+
+    // Asks the surface for a context of the renderer's size, then makes the
+    // shaders and the font atlas; false, with LastError, on any failure.
+    bool CreateContext() override;
+    // Frees every buffer, texture and program (the attached tubes' and
+    // triad's too), then the surface's context.
+    void DestroyContext() override;
+    bool MakeCurrent() override;
+    // Depth test, smoothing switches and polygon offset into the new context.
+    void InitializeState() override;
+    // DrawFrame, then SwapBuffers. Nothing without a context.
+    void Render() override;
+    // The background colour, or the first colour at the top fading into the
+    // second at the bottom while the gradient switch is on; clears the depth.
+    void DrawBackground() override;
+    // Surfaces and tubes through the camera, lit by the applied light.
+    void DrawScene() override;
+    // Axis triad, then tips, legend, ruler, the light's symbol when asked,
+    // the host's extra overlay and the dragged rectangle on top.
+    void DrawOverlays() override;
+    // The name in the title colour, bold and larger, in the top-left corner.
+    void DrawTitle() override;
+    // Line smoothing: GL_LINE_SMOOTH. Polygon smoothing: multisampling, which
+    // works on surfaces with samples (GL_POLYGON_SMOOTH would need the scene
+    // sorted front to back). Point smoothing is not in the core profile: the
+    // backend's only points, the light symbol, are drawn as discs instead of
+    // squares.
+    void ApplySmoothing() override;
+    // glPolygonOffset with the two parameters, applied to the scene's faces.
+    void ApplyPolygonOffset() override;
+    // Presents through the surface with double buffering, else flushes.
+    void SwapBuffers() override;
+    // The surface's redraw request.
+    void Invalidate() override;
+    // From the surface's framebuffer, bottom row first.
+    bool ReadPixels(int x, int y, int width, int height, unsigned char* rgba) override;
+    // 1 outside the surface or without a context.
+    float ReadDepth(int x, int y) override;
+    // The surface's drawable, the camera, triad, ruler, legend and dragged
+    // area follow the new size.
+    void OnResize(int width, int height) override;
+
+    // Everything of Render but the presentation, so that a host can read the
+    // frame back before a window's swap leaves the back buffer undefined.
+    void DrawFrame();
+
+    const std::string& LastError() const { return m_error; }
+    bool HasContext() const { return m_canvas != nullptr; }
+
+    // ---- What is drawn (not owned; null detaches) ------------------------------
+
+    void AddStreamline(CGlStreamline* streamline);
+    void ClearStreamlines() { m_streamlines.clear(); }
+    void AddSurface(CGlMesh* mesh);
+    void SetTipManager(CGlTipManager* tips) { m_tips = tips; }
+    void SetScalarBar(CGlScalarBar* legend) { m_legend = legend; }
+    void SetRuler(CGlRuler* ruler) { m_ruler = ruler; }
+    void SetAxis(CGlAxis* axis) { m_axis = axis; }
+    void SetDraggedArea(CGlDraggedArea* area) { m_area = area; }
+    void SetFont(const CGlFont* font) { m_font = font; }
+    void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
+    // Drawn over the other overlays, under the dragged rectangle.
+    void SetExtraOverlay(std::function<void(CGlRenderer&)> draw) { m_extraOverlay = std::move(draw); }
+
+    // ---- For the backend's drawing classes ---------------------------------------
+
+    CGlCamera* GetGlCamera() const;
+    // Valid between CreateContext and DestroyContext.
+    CGlCanvas& Canvas() { return *m_canvas; }
+    // The applied light (CGlLight::Apply); null draws unlit colours.
+    void SetShadingLight(CGlLight* light) { m_light = light; }
+    const CGlLight* GetShadingLight() const { return m_light; }
+    // Puts the mesh program in use with these matrices and the light.
+    void UseMeshProgram(const Mat4& projection, const Mat4& modelView, const float (&normal)[9],
+                        bool lit);
+    // The scene's matrices from the camera; false without a GL camera.
+    bool UseSceneProgram();
+    // The font's face and size, the size changed by sizeChange pixels.
+    TextStyle Style(int sizeChange, bool bold = false) const;
+    // Black or white, whichever reads better on the background.
+    Color ContrastingTextColor() const;
+    bool RoundPoints() const { return m_roundPoints; }
+
+private:
+    void ReleaseBuffers();
+    void SetLightUniforms();
+
+    CGlSurface& m_surface;
+    std::string m_error;
+    std::unique_ptr<CGlProgram> m_meshProgram;
+    std::unique_ptr<CGlCanvas> m_canvas;
+    bool m_roundPoints = false;
+
+    std::vector<CGlStreamline*> m_streamlines;
+    std::vector<CGlMesh*> m_surfaces;
+    CGlTipManager* m_tips = nullptr;
+    CGlScalarBar* m_legend = nullptr;
+    CGlRuler* m_ruler = nullptr;
+    CGlAxis* m_axis = nullptr;
+    CGlDraggedArea* m_area = nullptr;
+    const CGlFont* m_font = nullptr;
+    CGlLight* m_light = nullptr;
+    bool m_showLightSymbol = false;
+    std::function<void(CGlRenderer&)> m_extraOverlay;
+    CGlFont m_defaultFont;
+};
+
+} // namespace KesraGl

@@ -1,0 +1,190 @@
+#include "gl/GlScalarBar.h"
+
+#include "gl/GlRenderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace KesraGl
+{
+
+namespace
+{
+
+constexpr float kTick = 5.0f;
+constexpr float kGap = 5.0f;
+
+} // namespace
+
+void CGlScalarBar::BarRect(float& left, float& bottom, float& width, float& height) const
+{
+    if (m_direction == 0)
+    {
+        left = static_cast<float>(m_startX) + 2.0f * m_equalPartX;
+        bottom = static_cast<float>(m_startY) + 1.2f * m_equalPartY;
+        width = 8.0f * m_equalPartX;
+        height = 7.2f * m_equalPartY;
+    }
+    else
+    {
+        left = static_cast<float>(m_startX) + 2.0f * m_equalPartX;
+        bottom = static_cast<float>(std::max(m_startY, 25)) + 1.6f * m_equalPartY;
+        width = 12.0f * m_equalPartX;
+        height = 1.0f * m_equalPartY;
+    }
+}
+
+int CGlScalarBar::LabelExponent() const
+{
+    return GetExponentialBase(m_minValue, m_maxValue, m_valueFormat1);
+}
+
+std::string CGlScalarBar::FormatLabel(double value, int exponent) const
+{
+    const double scaled = value / std::pow(10.0, exponent);
+    if (!std::isfinite(scaled))
+    {
+        return "-";
+    }
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*f", std::clamp(m_valueFormat2, 0, 9), scaled);
+    std::string text = buffer;
+    // "-0.00" reads as a sign error.
+    if (text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos)
+    {
+        text.erase(0, 1);
+    }
+    return text;
+}
+
+std::vector<double> CGlScalarBar::Edges() const
+{
+    const int n = std::max(m_blockNum, 1);
+    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
+    const double step = (m_maxValue - m_minValue) / n;
+    double edge = m_minValue;
+    for (int k = 0; k < n; ++k)
+    {
+        edges[static_cast<std::size_t>(k)] = edge;
+        edge += step;
+    }
+    edges[static_cast<std::size_t>(n)] = m_maxValue;
+    return edges;
+}
+
+void CGlScalarBar::Draw(CGlRenderer& renderer)
+{
+    if (m_created == 0 || m_visibility == 0 || !renderer.HasContext())
+    {
+        return;
+    }
+    DrawBar(renderer);
+    DrawTexts(renderer);
+    m_modified = 0;
+}
+
+void CGlScalarBar::DrawBar(CGlRenderer& renderer) const
+{
+    float left, bottom, width, height;
+    BarRect(left, bottom, width, height);
+    CGlCanvas& canvas = renderer.Canvas();
+    const bool vertical = m_direction == 0;
+    const float length = vertical ? height : width;
+    const auto span = [&](float from, float to, const Color& color) {
+        if (vertical)
+        {
+            canvas.Rect(left, bottom + from, left + width, bottom + to, color);
+        }
+        else
+        {
+            canvas.Rect(left + from, bottom, left + to, bottom + height, color);
+        }
+    };
+    Color color{0, 0, 0, 255};
+    if (m_banded != 0)
+    {
+        const std::vector<double> edges = Edges();
+        const int n = static_cast<int>(edges.size()) - 1;
+        for (int k = 0; k < n; ++k)
+        {
+            const std::size_t i = static_cast<std::size_t>(k);
+            GetOpenGLColor(color.red, color.green, color.blue, 0.5 * (edges[i] + edges[i + 1]));
+            span(length * static_cast<float>(k) / n, length * static_cast<float>(k + 1) / n, color);
+        }
+    }
+    else
+    {
+        const int pixels = std::max(static_cast<int>(std::ceil(length)), 1);
+        for (int p = 0; p < pixels; ++p)
+        {
+            const float to = std::min(static_cast<float>(p + 1), length);
+            const double at = (p + 0.5) / length;
+            GetOpenGLColor(color.red, color.green, color.blue,
+                           m_minValue + at * (m_maxValue - m_minValue));
+            span(static_cast<float>(p), to, color);
+        }
+    }
+    const Color line = m_autoTextColor != 0 ? renderer.ContrastingTextColor()
+                                            : Color{m_color.red, m_color.green, m_color.blue, 255};
+    canvas.Frame(left, bottom, left + width, bottom + height, m_colorBlockLineWidth, line);
+}
+
+void CGlScalarBar::DrawTexts(CGlRenderer& renderer) const
+{
+    float left, bottom, width, height;
+    BarRect(left, bottom, width, height);
+    CGlCanvas& canvas = renderer.Canvas();
+    const Color color = m_autoTextColor != 0 ? renderer.ContrastingTextColor()
+                                             : Color{m_color.red, m_color.green, m_color.blue, 255};
+    const TextStyle label = renderer.Style(-2);
+    const float lineHeight = static_cast<float>(canvas.Ascender(label)) + kGap;
+    const int exponent = LabelExponent();
+    const std::vector<double> edges = Edges();
+    const int n = static_cast<int>(edges.size()) - 1;
+    const bool vertical = m_direction == 0;
+    const float length = vertical ? height : width;
+    // Labels are thinned out so that neighbours keep a line (or a label's
+    // width) apart; the two ends always show.
+    const float needed = vertical ? lineHeight : canvas.TextWidth(FormatLabel(m_maxValue, exponent), label) + kGap;
+    const int step = std::max(1, static_cast<int>(std::ceil(needed / (length / n))));
+    for (int k = 0; k <= n; ++k)
+    {
+        if (k % step != 0 && k != n)
+        {
+            continue;
+        }
+        if (k != n && k + step > n && (n - k) * length / n < needed)
+        {
+            continue;
+        }
+        const float at = length * static_cast<float>(k) / n;
+        const std::string text = FormatLabel(edges[static_cast<std::size_t>(k)], exponent);
+        if (vertical)
+        {
+            const float y = bottom + at;
+            canvas.Line(left + width, y, left + width + kTick, y, 1.0f, color);
+            canvas.Text(left + width + kTick + 3.0f, y - 0.4f * canvas.Ascender(label), text, label, color);
+        }
+        else
+        {
+            const float x = left + at;
+            canvas.Line(x, bottom, x, bottom - kTick, 1.0f, color);
+            canvas.Text(x, bottom - kTick - 2.0f - canvas.Ascender(label), text, label, color,
+                        Anchor::Middle);
+        }
+    }
+    std::string unit = m_unit;
+    if (exponent != 0)
+    {
+        unit += " x10^" + std::to_string(exponent);
+    }
+    const float top = bottom + height + kGap;
+    canvas.Text(left, top, unit, label, color);
+    canvas.Text(left, top + lineHeight + 2.0f, m_title, renderer.Style(0, true), color);
+    const float noteY = vertical ? bottom - lineHeight - kGap
+                                 : bottom - kTick - 2.0f - 2.0f * lineHeight - kGap;
+    canvas.Text(left, noteY, m_note, label, color);
+}
+
+} // namespace KesraGl
