@@ -73,18 +73,6 @@ DemoScene::Extremes DemoScene::FindExtremes(const std::vector<FlowLine>& lines)
     return extremes;
 }
 
-const char* ViewName(View view)
-{
-    for (const NamedView& entry : kViews)
-    {
-        if (entry.value == view)
-        {
-            return entry.name;
-        }
-    }
-    return kViews[0].name;
-}
-
 DemoScene::DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& options)
     : m_renderer(1200, 800), m_keyRenderer(kLegendWidth, 400), m_camera(1200, 800),
       m_light(m_renderer), m_axis(m_renderer), m_updater(m_axis, m_ruler)
@@ -296,16 +284,7 @@ std::string DemoScene::RenderFrame(View view, int width, int height, bool forShe
 {
     Layout(width, height, forSheet);
     m_camera.ZoomAll(m_box);
-    switch (view)
-    {
-    case View::Front: m_camera.SetRotateMatrixToFrontView(false); break;
-    case View::Back: m_camera.SetRotateMatrixToBackView(false); break;
-    case View::Left: m_camera.SetRotateMatrixToLeftView(false); break;
-    case View::Right: m_camera.SetRotateMatrixToRightView(false); break;
-    case View::Top: m_camera.SetRotateMatrixToTopView(false); break;
-    case View::Bottom: m_camera.SetRotateMatrixToBottomView(false); break;
-    default: m_camera.SetRotateMatrixToISOView(false); break;
-    }
+    ApplyView(m_camera, view, false);
     if (!forSheet)
     {
         // ZoomAll fits the model into the whole window; the legend takes the

@@ -5,9 +5,10 @@
 // triad and the ruler current, as a host's would.
 #pragma once
 
-#include "Engine/CameraEventHandler.h"
 #include "Engine/Curve2D.h"
 #include "Flow.h"
+#include "OverlayUpdater.h"
+#include "Views.h"
 #include "svg/SvgAxis.h"
 #include "svg/SvgCamera.h"
 #include "svg/SvgLight.h"
@@ -24,32 +25,6 @@
 namespace KesraDemo
 {
 
-enum class View
-{
-    Iso,
-    Front,
-    Back,
-    Left,
-    Right,
-    Top,
-    Bottom
-};
-
-struct NamedView
-{
-    View value;
-    const char* name; // as the command line spells it
-};
-
-// The seven standard views, in the contact sheet's order.
-inline constexpr NamedView kViews[] = {{View::Iso, "iso"},     {View::Front, "front"},
-                                       {View::Back, "back"},   {View::Left, "left"},
-                                       {View::Right, "right"}, {View::Top, "top"},
-                                       {View::Bottom, "bottom"}};
-
-// The name of a view, as the command line spells it.
-const char* ViewName(View view);
-
 enum class Palette
 {
     RedBlue,
@@ -62,35 +37,6 @@ struct SceneOptions
 {
     Palette palette = Palette::RedBlue;
     int bandedBlocks = 0; // 0 for a smooth legend
-};
-
-// Hands the camera's rotation to the axis triad and its zoom to the ruler.
-class OverlayUpdater : public KesraEngine::IKesraCameraEventHandler
-{
-public:
-    using Matrix = KesraMathKit::TKesraMatrix4<double>;
-
-    OverlayUpdater(KesraEngine::CKesraAxis& axis, KesraEngine::CKesraRuler& ruler)
-        : m_axis(axis), m_ruler(ruler)
-    {
-    }
-
-    void OnRotateMatUpdate(const Matrix& rotation) override { m_axis.SetRotateMatrix(rotation); }
-    void OnTranslateUpdate(float, float) override {}
-    void OnScaleUpdate(float scale) override { SetZoom(scale); }
-    void OnTransformUpdate(const Matrix& rotation, float, float, float scale) override
-    {
-        m_axis.SetRotateMatrix(rotation);
-        SetZoom(scale);
-    }
-
-private:
-    // The ruler wants pixels per model unit, the camera gives model units
-    // per pixel.
-    void SetZoom(float scale) { m_ruler.SetOpenGLScale(1.0f / scale); }
-
-    KesraEngine::CKesraAxis& m_axis;
-    KesraEngine::CKesraRuler& m_ruler;
 };
 
 struct SceneSummary
