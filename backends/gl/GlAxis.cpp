@@ -11,8 +11,8 @@ namespace
 {
 
 constexpr float kHalfExtent = 40.0f;   // the triad is 80 pixels across
-constexpr float kArrowLength = 30.0f;  // pixels
-constexpr float kLabelReach = 37.0f;   // pixels from the centre to a label
+constexpr float kArrowLength = 31.0f;  // pixels
+constexpr float kLabelReach = 41.0f;   // pixels from the centre to a label
 constexpr int kSides = 16;
 constexpr float kShaftRadius = 0.045f; // of the arrow's length
 constexpr float kHeadRadius = 0.11f;

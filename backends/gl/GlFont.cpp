@@ -71,7 +71,7 @@ std::string CGlFont::FontFile() const
     {
         return m_face;
     }
-    std::string name = "DejaVuSans";
+    std::string name = m_face == "DejaVu Sans Mono" ? "DejaVuSansMono" : "DejaVuSans";
     if (m_bold != 0 || m_italic != 0)
     {
         name += "-";

@@ -2,8 +2,8 @@
 // size of a face rendered by FreeType into a texture.
 //
 // The face name is a font file path, or a family: "DejaVu Sans" (also the
-// default, and what any unknown family falls back to) picks Debian's DejaVu
-// files, with bold and italic choosing among them. The size is in pixels.
+// default, and what any unknown family falls back to) and "DejaVu Sans Mono"
+// pick Debian's DejaVu files, with bold and italic choosing among them. The size is in pixels.
 #pragma once
 
 #include "Engine/Font.h"

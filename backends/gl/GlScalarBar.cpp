@@ -179,7 +179,8 @@ void CGlScalarBar::DrawTexts(CGlRenderer& renderer) const
     {
         unit += " x10^" + std::to_string(exponent);
     }
-    const float top = bottom + height + kGap;
+    // Above the top label, which is centred on the bar's top edge.
+    const float top = bottom + height + (vertical ? 0.6f * lineHeight : 0.0f) + kGap;
     canvas.Text(left, top, unit, label, color);
     canvas.Text(left, top + lineHeight + 2.0f, m_title, renderer.Style(0, true), color);
     const float noteY = vertical ? bottom - lineHeight - kGap

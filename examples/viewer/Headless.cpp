@@ -1,0 +1,97 @@
+#include "Hosts.h"
+
+#include "PngFile.h"
+#include "gl/EglContext.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+namespace KesraViewer
+{
+
+std::vector<double> TimeFrames(ViewerScene& scene, int frames)
+{
+    std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(frames));
+    for (int i = 0; i < frames; ++i)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        scene.Render();
+        // The frame counts once the driver has finished it, not when queued.
+        glFinish();
+        const auto end = std::chrono::steady_clock::now();
+        times.push_back(std::chrono::duration<double, std::milli>(end - start).count());
+    }
+    return times;
+}
+
+void PrintFrameTimes(const std::vector<double>& times, const ViewerScene& scene)
+{
+    if (times.empty())
+    {
+        return;
+    }
+    std::vector<double> sorted = times;
+    std::sort(sorted.begin(), sorted.end());
+    const std::size_t n = sorted.size();
+    const double median = n % 2 == 1 ? sorted[n / 2] : 0.5 * (sorted[n / 2 - 1] + sorted[n / 2]);
+    std::printf("frames %zu, tube vertices %d: median %.2f ms, worst %.2f ms\n", n,
+                scene.VertexCount(), median, sorted.back());
+}
+
+bool WriteSnapshot(ViewerScene& scene, const std::string& path)
+{
+    const std::vector<unsigned char> rgba = scene.Capture();
+    std::string error;
+    if (!WritePng(path, scene.Renderer().GetWidth(), scene.Renderer().GetHeight(), rgba, error))
+    {
+        std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
+        return false;
+    }
+    return true;
+}
+
+int RunHeadless(const Options& options, SceneData data)
+{
+    std::vector<Event> events;
+    try
+    {
+        if (!options.events.empty())
+        {
+            events = ReadEventFile(options.events);
+        }
+    }
+    catch (const EventError& error)
+    {
+        std::fprintf(stderr, "kesra-viewer: %s\n", error.what());
+        return 2;
+    }
+    KesraGl::CEglContext context;
+    ViewerScene scene(context, std::move(data), options.width, options.height);
+    if (!scene.CreateContext())
+    {
+        std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
+        return 1;
+    }
+    scene.SetView(options.view, false);
+    InputHandler input(scene);
+    int snapshots = 0;
+    bool written = true;
+    input.SetSnapshotAction([&]() {
+        const std::string stem = options.snapshot.empty() ? "kesra-viewer" : options.snapshot;
+        written = WriteSnapshot(scene, stem + "." + std::to_string(++snapshots) + ".png") && written;
+    });
+    ReplayEvents(events, input, scene);
+    if (options.benchFrames > 0)
+    {
+        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+    }
+    if (!options.snapshot.empty() && !WriteSnapshot(scene, options.snapshot))
+    {
+        return 1;
+    }
+    return written ? 0 : 1;
+}
+
+} // namespace KesraViewer

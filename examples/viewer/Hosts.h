@@ -1,0 +1,28 @@
+// The viewer's two hosts: headless through EGL, and a freeglut window. Both
+// replay --events first and time --bench-frames through the same code.
+//
+// Exit codes: 0 done, 1 no graphics context (EGL or display) or an output
+// that cannot be written (nothing is left behind), 2 bad input.
+#pragma once
+
+#include "EventScript.h"
+#include "Options.h"
+#include "SceneData.h"
+
+#include <vector>
+
+namespace KesraViewer
+{
+
+int RunHeadless(const Options& options, SceneData data);
+int RunWindow(const Options& options, SceneData data);
+
+// The milliseconds of each of frames frames, each drawn and finished.
+std::vector<double> TimeFrames(ViewerScene& scene, int frames);
+// Prints the median and the worst of times.
+void PrintFrameTimes(const std::vector<double>& times, const ViewerScene& scene);
+
+// Writes the current frame of scene as a PNG; false with the message printed.
+bool WriteSnapshot(ViewerScene& scene, const std::string& path);
+
+} // namespace KesraViewer

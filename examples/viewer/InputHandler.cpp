@@ -1,0 +1,111 @@
+#include "InputHandler.h"
+
+namespace KesraViewer
+{
+
+void InputHandler::Press(Button button, int x, int y, Modifiers modifiers)
+{
+    if (m_drag != Drag::None)
+    {
+        return;
+    }
+    KesraGl::CGlCamera& camera = m_scene.Camera();
+    if (button == Button::Left && modifiers.ctrl)
+    {
+        if (m_scene.Area().OnMouseDown(x, Up(y)))
+        {
+            m_drag = Drag::Band;
+        }
+        return;
+    }
+    if (button == Button::Middle || (button == Button::Left && modifiers.shift))
+    {
+        camera.BeginPan(x, Up(y));
+    }
+    else if (button == Button::Left)
+    {
+        camera.BeginRotate(x, Up(y));
+    }
+    else
+    {
+        camera.BeginZoom(x, Up(y));
+    }
+    m_drag = Drag::Camera;
+}
+
+void InputHandler::Move(int x, int y)
+{
+    KesraGl::CGlCamera& camera = m_scene.Camera();
+    if (m_drag == Drag::Band)
+    {
+        m_scene.Area().OnMouseMove(x, Up(y));
+    }
+    else if (m_drag == Drag::Camera)
+    {
+        // Only the interaction begun answers; the others do nothing.
+        camera.Rotate(x, Up(y));
+        camera.Pan(x, Up(y));
+        camera.Zoom(x, Up(y));
+        m_scene.Renderer().Invalidate();
+    }
+}
+
+void InputHandler::Release(Button, int x, int y)
+{
+    if (m_drag == Drag::Band)
+    {
+        m_scene.Area().OnMouseUp(x, Up(y));
+    }
+    else if (m_drag == Drag::Camera)
+    {
+        Move(x, y);
+        m_scene.Camera().EndInteraction();
+    }
+    m_drag = Drag::None;
+}
+
+void InputHandler::Wheel(int x, int y, int steps)
+{
+    m_scene.Camera().WheelZoom(x, Up(y), steps);
+    m_scene.Renderer().Invalidate();
+}
+
+KeyAction InputHandler::Key(char key)
+{
+    if (key >= '1' && key <= '7')
+    {
+        // 1-6 the six sides, 7 the iso view.
+        constexpr View kKeyViews[] = {View::Front, View::Back, View::Left, View::Right,
+                                      View::Top,   View::Bottom, View::Iso};
+        m_scene.SetView(kKeyViews[key - '1'], true);
+        return KeyAction::None;
+    }
+    switch (key)
+    {
+    case 'i': m_scene.ToggleSixSides(); break;
+    case 'f': m_scene.ZoomAll(); break;
+    case 'p': m_scene.NextPalette(); break;
+    case 'b': m_scene.ToggleBanded(); break;
+    case 'v': m_scene.ToggleInverse(); break;
+    case 'h': m_scene.ToggleHelp(); break;
+    case 's':
+        if (m_snapshot)
+        {
+            m_snapshot();
+        }
+        break;
+    case kEscape:
+        if (m_drag == Drag::Band)
+        {
+            m_scene.Area().CancelDrag();
+            m_drag = Drag::None;
+            break;
+        }
+        return KeyAction::Quit;
+    case 'q': return KeyAction::Quit;
+    default: break;
+    }
+    return KeyAction::None;
+}
+
+} // namespace KesraViewer

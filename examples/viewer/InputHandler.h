@@ -1,0 +1,73 @@
+// InputHandler: what the user's mouse and keys do to the viewer, the same
+// for the window and for a replayed event file.
+//
+// Positions are window pixels from the top-left corner, as window systems
+// report them; the camera and the rubber band get them with y up.
+// Left drag rotates, middle or shift-left drag pans, right drag zooms,
+// ctrl-left drag spans the rubber band that the view then zooms to, the wheel
+// zooms at the cursor. Keys: 1-7 the standard views (front, back, left,
+// right, top, bottom, iso) through a smooth rotation, i six-sides inspection,
+// f zoom all, p next palette, b banded, v inverse, s snapshot, h help, q or
+// Esc quit (Esc first abandons a rubber band under way).
+#pragma once
+
+#include "ViewerScene.h"
+
+#include <functional>
+
+namespace KesraViewer
+{
+
+enum class Button
+{
+    Left,
+    Middle,
+    Right
+};
+
+struct Modifiers
+{
+    bool shift = false;
+    bool ctrl = false;
+};
+
+enum class KeyAction
+{
+    None,
+    Quit
+};
+
+class InputHandler
+{
+public:
+    static constexpr char kEscape = 27;
+
+    explicit InputHandler(ViewerScene& scene) : m_scene(scene) {}
+
+    // What the s key does (the host writes a snapshot).
+    void SetSnapshotAction(std::function<void()> action) { m_snapshot = std::move(action); }
+
+    void Press(Button button, int x, int y, Modifiers modifiers);
+    void Move(int x, int y);
+    void Release(Button button, int x, int y);
+    void Wheel(int x, int y, int steps);
+    KeyAction Key(char key);
+    void Resize(int width, int height) { m_scene.Resize(width, height); }
+
+private:
+    enum class Drag
+    {
+        None,
+        Camera,
+        Band
+    };
+
+    // y up, as the camera counts.
+    int Up(int y) const { return m_scene.Renderer().GetHeight() - 1 - y; }
+
+    ViewerScene& m_scene;
+    std::function<void()> m_snapshot;
+    Drag m_drag = Drag::None;
+};
+
+} // namespace KesraViewer

@@ -1,0 +1,413 @@
+#include "ViewerScene.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <utility>
+
+namespace KesraViewer
+{
+
+namespace
+{
+
+constexpr int kSlices = 8;          // vertices per tube ring
+constexpr int kTitleBand = 40;      // pixels at the top taken by the title
+constexpr double kRulerStart = 0.42; // the ruler's start, as a share of the width
+constexpr int kSmoothFrames = 24;   // frames of a smooth turn to a standard view
+
+using PaletteSetter = void (KesraEngine::CKesraScalarBar::*)();
+constexpr PaletteSetter kPalettes[] = {
+    &KesraEngine::CKesraScalarBar::SetColorPaletteRedBlue,
+    &KesraEngine::CKesraScalarBar::SetColorPaletteBlueRed,
+    &KesraEngine::CKesraScalarBar::SetColorPaletteGrayScale,
+    &KesraEngine::CKesraScalarBar::SetColorPaletteGreenRed};
+
+const char* const kHelp[] = {
+    "left drag          rotate",
+    "middle/shift drag  pan",
+    "wheel              zoom at the cursor",
+    "ctrl drag          zoom to the rectangle",
+    "1-7                front back left right top bottom iso",
+    "i                  six-sides inspection on/off",
+    "f                  zoom all",
+    "p                  next palette",
+    "b / v              banded / inverse on/off",
+    "s                  PNG snapshot",
+    "h                  this help",
+    "q / Esc            quit"};
+
+std::string ValueText(const char* what, double value, const std::string& unit)
+{
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%s %.3g", what, value);
+    return buffer + unit;
+}
+
+} // namespace
+
+ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width, int height)
+    : m_data(std::move(data)), m_renderer(width, height, surface), m_camera(width, height),
+      m_light(m_renderer), m_axis(m_renderer), m_area(width, height, m_renderer),
+      m_updater(m_axis, m_ruler)
+{
+    m_renderer.SetCamera(&m_camera);
+    m_renderer.SetFont(&m_font);
+    m_renderer.SetBackgroundColor({214, 226, 242, 255});
+    m_renderer.SetBackgroundColor2({255, 255, 255, 255});
+    m_renderer.SetGradient(1);
+    m_renderer.SetTitleColor({32, 48, 84, 255});
+    m_renderer.SetName(m_data.title.c_str());
+    m_renderer.SetLineSmoothing(1);
+    m_renderer.SetPolygonSmoothing(1);
+    m_renderer.SetPolygonOffsetPara(1.0f, 1.0f);
+
+    // From the upper left, in front of the picture.
+    m_light.SetPosition(Vec3(-0.45, 0.6, 1.0));
+    m_light.SetFocalPoint(Vec3(0.0, 0.0, 0.0));
+    m_light.SetColor({255, 255, 255, 255});
+    m_light.Apply();
+
+    m_legend.SetTitle(m_data.valueName, false);
+    m_legend.SetUnit(m_data.unit);
+    m_legend.SetValueFormat(3, 2);
+    m_legend.SetAutoTextColor(1);
+    m_ruler.SetUnit("[m]");
+    m_ruler.SetRulerHeight(12);
+    m_ruler.SetAutoBlock(true);
+    m_area.SetColor({30, 60, 160, 200});
+    m_area.SetLineWidth(1.5f);
+    m_area.SetEanble(true);
+    m_area.SetAreaAction([this](int x0, int y0, int x1, int y1) {
+        m_camera.ZoomToRectangle(x0, y0, x1, y1);
+    });
+    m_camera.SetSmoothRotateFrames(kSmoothFrames);
+    m_camera.RegisterEventHandler(&m_updater);
+
+    BuildTubes();
+    BuildTips();
+    BuildSphere();
+    m_renderer.SetScalarBar(&m_legend);
+    m_renderer.SetRuler(&m_ruler);
+    m_renderer.SetAxis(&m_axis);
+    m_renderer.SetDraggedArea(&m_area);
+    m_renderer.SetTipManager(m_tips);
+    m_renderer.SetExtraOverlay([this](KesraGl::CGlRenderer& renderer) { DrawHelp(renderer); });
+    Layout(width, height);
+    m_camera.SetRotateMatrixToISOView(false);
+    ZoomAll();
+}
+
+ViewerScene::~ViewerScene()
+{
+    m_renderer.DestroyContext();
+    m_camera.UnregisterEventHandler(&m_updater);
+}
+
+bool ViewerScene::CreateContext()
+{
+    return m_renderer.CreateContext();
+}
+
+void ViewerScene::BuildTubes()
+{
+    float low[3] = {std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
+                    std::numeric_limits<float>::max()};
+    float high[3] = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest(),
+                     std::numeric_limits<float>::lowest()};
+    double minimum = std::numeric_limits<double>::max();
+    double maximum = std::numeric_limits<double>::lowest();
+    for (const ScalarLine& line : m_data.lines)
+    {
+        for (std::size_t i = 0; i < line.points.size(); ++i)
+        {
+            const double xyz[3] = {line.points[i].x, line.points[i].y, line.points[i].z};
+            for (int axis = 0; axis < 3; ++axis)
+            {
+                low[axis] = std::min(low[axis], static_cast<float>(xyz[axis]));
+                high[axis] = std::max(high[axis], static_cast<float>(xyz[axis]));
+            }
+            minimum = std::min(minimum, line.values[i]);
+            maximum = std::max(maximum, line.values[i]);
+        }
+    }
+    if (minimum > maximum)
+    {
+        minimum = 0.0;
+        maximum = 1.0;
+        std::fill(low, low + 3, 0.0f);
+        std::fill(high, high + 3, 1.0f);
+    }
+    m_legend.SetValueRange(minimum, maximum, true, true);
+    const double diagonal = std::sqrt(std::pow(high[0] - low[0], 2.0) + std::pow(high[1] - low[1], 2.0)
+                                      + std::pow(high[2] - low[2], 2.0));
+    const double radius = m_data.tubeRadius > 0.0 ? m_data.tubeRadius
+                                                  : std::max(diagonal * 0.003, 1e-6);
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        m_box[2 * axis] = low[axis] - static_cast<float>(radius);
+        m_box[2 * axis + 1] = high[axis] + static_cast<float>(radius);
+    }
+    for (const ScalarLine& line : m_data.lines)
+    {
+        const int nodes = static_cast<int>(line.points.size());
+        KesraGl::CGlStreamline* tube = m_tubeFactory.MakeStreamline();
+        if (tube == nullptr || !tube->Create(nodes, kSlices, radius, 1.0))
+        {
+            continue;
+        }
+        for (int i = 0; i < nodes; ++i)
+        {
+            const Vec3& p = line.points[static_cast<std::size_t>(i)];
+            double xyz[3] = {p.x, p.y, p.z};
+            tube->SetNodeCoord(i, xyz);
+        }
+        tube->GenerationStreamline3D();
+        m_tubes.push_back(tube);
+        m_tubeLines.push_back(&line);
+        m_renderer.AddStreamline(tube);
+    }
+    Recolour();
+}
+
+void ViewerScene::Recolour()
+{
+    for (std::size_t t = 0; t < m_tubes.size(); ++t)
+    {
+        const std::vector<double>& values = m_tubeLines[t]->values;
+        for (std::size_t i = 0; i < values.size(); ++i)
+        {
+            unsigned char rgb[3] = {0, 0, 0};
+            m_legend.GetOpenGLColor(rgb[0], rgb[1], rgb[2], values[i]);
+            m_tubes[t]->SetStreamlineNodeColor(static_cast<int>(i), rgb[0], rgb[1], rgb[2], 255);
+        }
+    }
+    m_renderer.Invalidate();
+}
+
+void ViewerScene::BuildTips()
+{
+    const ScalarLine* fastLine = nullptr;
+    const ScalarLine* slowLine = nullptr;
+    std::size_t fast = 0;
+    std::size_t slow = 0;
+    for (const ScalarLine& line : m_data.lines)
+    {
+        for (std::size_t i = 0; i < line.values.size(); ++i)
+        {
+            if (fastLine == nullptr || line.values[i] > fastLine->values[fast])
+            {
+                fastLine = &line;
+                fast = i;
+            }
+            if (slowLine == nullptr || line.values[i] < slowLine->values[slow])
+            {
+                slowLine = &line;
+                slow = i;
+            }
+        }
+    }
+    m_tips = m_tipFactory.CreateTipManager();
+    if (m_tips == nullptr || fastLine == nullptr)
+    {
+        return;
+    }
+    const Vec3& a = fastLine->points[fast];
+    const Vec3& b = slowLine->points[slow];
+    const double high[3] = {a.x, a.y, a.z};
+    const double low[3] = {b.x, b.y, b.z};
+    m_tips->InsertTip(ValueText("max", fastLine->values[fast], m_data.tipUnit), high, high);
+    m_tips->InsertTip(ValueText("min", slowLine->values[slow], m_data.tipUnit), low, low);
+    double centre[3] = {m_data.tipCentre.x, m_data.tipCentre.y, m_data.tipCentre.z};
+    double distance = m_data.tipDistance;
+    if (distance <= 0.0)
+    {
+        for (int axis = 0; axis < 3; ++axis)
+        {
+            centre[axis] = 0.5 * (m_box[2 * axis] + m_box[2 * axis + 1]);
+            distance = std::max(distance, 0.6 * (m_box[2 * axis + 1] - m_box[2 * axis]));
+        }
+    }
+    m_tips->UpdateEffect(KesraEngine::eTipLinkRadial, 0.0, centre, distance);
+    m_tips->SetBackgroundColor(255, 252, 228);
+    m_tips->SetLinkingLineColor(90, 90, 90);
+    m_tips->SetTipFontType(KesraEngine::eTipFontSmall);
+}
+
+void ViewerScene::BuildSphere()
+{
+    if (!m_data.sphere)
+    {
+        return;
+    }
+    const int stacks = 24;
+    const int sectors = 48;
+    const double pi = 3.14159265358979323846;
+    // Slightly inside the sphere, so that the tubes hugging it stay in front.
+    const double radius = 0.97;
+    std::vector<KesraGl::GlVertex>& vertices = m_sphere.Vertices();
+    for (int i = 0; i <= stacks; ++i)
+    {
+        const double polar = pi * i / stacks;
+        for (int j = 0; j <= sectors; ++j)
+        {
+            const double azimuth = 2.0 * pi * j / sectors;
+            const float n[3] = {static_cast<float>(std::sin(polar) * std::cos(azimuth)),
+                                static_cast<float>(std::sin(polar) * std::sin(azimuth)),
+                                static_cast<float>(std::cos(polar))};
+            const float r = static_cast<float>(radius);
+            vertices.push_back({{r * n[0], r * n[1], r * n[2]}, {n[0], n[1], n[2]}, {205, 205, 210, 255}});
+        }
+    }
+    std::vector<std::uint32_t>& indices = m_sphere.Indices();
+    const std::uint32_t row = sectors + 1;
+    for (std::uint32_t i = 0; i < static_cast<std::uint32_t>(stacks); ++i)
+    {
+        for (std::uint32_t j = 0; j < static_cast<std::uint32_t>(sectors); ++j)
+        {
+            const std::uint32_t a = i * row + j;
+            indices.insert(indices.end(), {a, a + row, a + row + 1, a, a + row + 1, a + 1});
+        }
+    }
+    m_sphere.MarkChanged();
+    m_renderer.AddSurface(&m_sphere);
+}
+
+int ViewerScene::LegendWidth() const
+{
+    return std::clamp(m_renderer.GetWidth() / 7, 90, 170);
+}
+
+void ViewerScene::Layout(int width, int height)
+{
+    m_renderer.Resize(width, height);
+    const int legendWidth = LegendWidth();
+    m_legend.Create(width, std::max(height - kTitleBand, 1), width - legendWidth,
+                    std::min(40, height / 8));
+    m_ruler.Create(width, height, static_cast<int>(kRulerStart * width), std::min(22, height / 10));
+    m_ruler.SetTextColor({30, 30, 30, 255});
+    m_ruler.SetOpenGLScale(1.0f / m_camera.GetScale());
+    // Create turns the triad to the identity: hand it the camera's rotation.
+    m_axis.Create(width, height);
+    m_axis.SetRotateMatrix(m_camera.GetRotateMatrix());
+    m_area.SetWindowSize(width, height);
+}
+
+void ViewerScene::Resize(int width, int height)
+{
+    if (width <= 0 || height <= 0)
+    {
+        return;
+    }
+    Layout(width, height);
+    m_renderer.Invalidate();
+}
+
+void ViewerScene::ZoomAll()
+{
+    m_camera.ZoomAll(m_box);
+    // ZoomAll fits the model into the whole window; the legend takes the
+    // right edge and the title the top, so fit it into what is left.
+    const int width = m_renderer.GetWidth();
+    const int height = m_renderer.GetHeight();
+    const int legendWidth = LegendWidth();
+    const float fit = static_cast<float>(std::min(width, height))
+                      / static_cast<float>(std::max(std::min(width - legendWidth, height - kTitleBand), 1));
+    m_camera.SetScale(m_camera.GetScale() * fit);
+    m_camera.SetTranslation(-0.5f * static_cast<float>(legendWidth) * m_camera.GetScale(), 0.0f);
+    m_renderer.Invalidate();
+}
+
+void ViewerScene::SetView(View view, bool smooth)
+{
+    KesraDemo::ApplyView(m_camera, view, smooth);
+    m_renderer.Invalidate();
+}
+
+void ViewerScene::NextPalette()
+{
+    m_palette = (m_palette + 1) % static_cast<int>(std::size(kPalettes));
+    (m_legend.*kPalettes[m_palette])();
+    Recolour();
+}
+
+void ViewerScene::ToggleBanded()
+{
+    m_legend.SetBanded(m_legend.GetBanded() == 1 ? 0 : 1);
+    Recolour();
+}
+
+void ViewerScene::ToggleInverse()
+{
+    m_legend.SetInverse(m_legend.GetInverse() == 1 ? 0 : 1);
+    Recolour();
+}
+
+void ViewerScene::ToggleSixSides()
+{
+    m_camera.SetSixSidesInspection(!m_camera.IsSixSidesInspection(), true);
+    m_renderer.Invalidate();
+}
+
+std::vector<unsigned char> ViewerScene::Capture()
+{
+    const int width = m_renderer.GetWidth();
+    const int height = m_renderer.GetHeight();
+    std::vector<unsigned char> rgba(static_cast<std::size_t>(width) * height * 4);
+    m_renderer.DrawFrame();
+    if (!m_renderer.ReadPixels(0, 0, width, height, rgba.data()))
+    {
+        rgba.clear();
+    }
+    m_renderer.SwapBuffers();
+    return rgba;
+}
+
+int ViewerScene::UploadCount() const
+{
+    int uploads = 0;
+    for (const KesraGl::CGlStreamline* tube : m_tubes)
+    {
+        uploads += tube->UploadCount();
+    }
+    return uploads;
+}
+
+int ViewerScene::VertexCount() const
+{
+    int vertices = 0;
+    for (const KesraGl::CGlStreamline* tube : m_tubes)
+    {
+        vertices += tube->GetNodes() * tube->GetSlices();
+    }
+    return vertices;
+}
+
+void ViewerScene::DrawHelp(KesraGl::CGlRenderer& renderer) const
+{
+    if (!m_help)
+    {
+        return;
+    }
+    KesraGl::CGlCanvas& canvas = renderer.Canvas();
+    const KesraGl::TextStyle style = renderer.Style(-1);
+    // The keys line up in a fixed-width face.
+    KesraGl::CGlFont monoFont;
+    monoFont.SetFace("DejaVu Sans Mono");
+    const KesraGl::TextStyle mono{monoFont.FontFile(), style.size};
+    const float line = static_cast<float>(canvas.Ascender(style)) + 7.0f;
+    const float width = 420.0f;
+    const float height = line * static_cast<float>(std::size(kHelp)) + 20.0f;
+    const float left = 20.0f;
+    const float top = static_cast<float>(renderer.GetHeight()) - 60.0f;
+    canvas.Rect(left, top - height, left + width, top, {20, 24, 32, 210});
+    float y = top - 10.0f - static_cast<float>(canvas.Ascender(style));
+    for (const char* text : kHelp)
+    {
+        canvas.Text(left + 12.0f, y, text, mono, {235, 235, 235, 255});
+        y -= line;
+    }
+}
+
+} // namespace KesraViewer

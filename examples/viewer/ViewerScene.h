@@ -1,0 +1,107 @@
+// ViewerScene: the viewer's picture: tubes coloured through the legend, the
+// flow's sphere, tips at the largest and smallest values, legend, ruler, axis
+// triad, rubber band and a help overlay, drawn by the OpenGL backend into the
+// surface the host gives (a window, or the headless EGL context).
+//
+// The host's camera observer hands every rotation to the triad and every zoom
+// to the ruler; nothing else follows the camera, so a turn or a zoom costs no
+// upload: tubes are rebuilt only when the legend's colours change.
+#pragma once
+
+#include "OverlayUpdater.h"
+#include "SceneData.h"
+#include "Views.h"
+#include "gl/GlAxis.h"
+#include "gl/GlCamera.h"
+#include "gl/GlDraggedArea.h"
+#include "gl/GlFont.h"
+#include "gl/GlLight.h"
+#include "gl/GlMesh.h"
+#include "gl/GlRenderer.h"
+#include "gl/GlRuler.h"
+#include "gl/GlScalarBar.h"
+#include "gl/GlStreamline.h"
+#include "gl/GlTipManager.h"
+
+#include <string>
+#include <vector>
+
+namespace KesraViewer
+{
+
+using KesraDemo::View;
+
+class ViewerScene
+{
+public:
+    ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width, int height);
+    ~ViewerScene();
+    ViewerScene(const ViewerScene&) = delete;
+    ViewerScene& operator=(const ViewerScene&) = delete;
+
+    // Makes the context and fits the model; false with ContextError.
+    bool CreateContext();
+    const std::string& ContextError() const { return m_renderer.LastError(); }
+
+    // The new window size reaches the renderer (Resize) and the overlays'
+    // layout; the model keeps its place in the middle.
+    void Resize(int width, int height);
+    // Fits the model into the part of the window left of the legend.
+    void ZoomAll();
+    void SetView(View view, bool smooth);
+    void NextPalette();
+    void ToggleBanded();
+    void ToggleInverse();
+    void ToggleSixSides();
+    void ToggleHelp() { m_help = !m_help; m_renderer.Invalidate(); }
+
+    // One frame drawn and presented.
+    void Render() { m_renderer.Render(); }
+    // One frame drawn and read back, RGBA bottom row first, then presented.
+    std::vector<unsigned char> Capture();
+    bool IsAnimating() const { return m_camera.IsAnimating(); }
+
+    KesraGl::CGlRenderer& Renderer() { return m_renderer; }
+    KesraGl::CGlCamera& Camera() { return m_camera; }
+    KesraGl::CGlScalarBar& Legend() { return m_legend; }
+    KesraGl::CGlAxis& Axis() { return m_axis; }
+    KesraGl::CGlRuler& Ruler() { return m_ruler; }
+    KesraGl::CGlDraggedArea& Area() { return m_area; }
+    const std::vector<KesraGl::CGlStreamline*>& Tubes() const { return m_tubes; }
+    const SceneData& Data() const { return m_data; }
+    // Vertex buffer fills over all tubes.
+    int UploadCount() const;
+    int VertexCount() const;
+
+private:
+    void BuildTubes();
+    void BuildTips();
+    void BuildSphere();
+    void Recolour();
+    void Layout(int width, int height);
+    void DrawHelp(KesraGl::CGlRenderer& renderer) const;
+    int LegendWidth() const;
+
+    SceneData m_data;
+    KesraGl::CGlRenderer m_renderer;
+    KesraGl::CGlCamera m_camera;
+    KesraGl::CGlLight m_light;
+    KesraGl::CGlFont m_font;
+    KesraGl::CGlScalarBar m_legend;
+    KesraGl::CGlRuler m_ruler;
+    KesraGl::CGlAxis m_axis;
+    KesraGl::CGlDraggedArea m_area;
+    KesraGl::CGlStreamlineFactory m_tubeFactory;
+    KesraGl::CGlTipManagerFactory m_tipFactory;
+    KesraGl::CGlTipManager* m_tips = nullptr;
+    KesraGl::CGlMesh m_sphere;
+    KesraDemo::OverlayUpdater m_updater;
+    std::vector<KesraGl::CGlStreamline*> m_tubes;
+    // The ring and its value of each tube, in m_tubes' order.
+    std::vector<const ScalarLine*> m_tubeLines;
+    float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
+    int m_palette = 0;
+    bool m_help = false;
+};
+
+} // namespace KesraViewer

@@ -1,0 +1,201 @@
+#include "Hosts.h"
+
+#include "gl/GlSurface.h"
+
+#include <GL/freeglut.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace KesraViewer
+{
+
+namespace
+{
+
+// A freeglut window as the renderer's surface: double buffered, with depth
+// and samples, an OpenGL 3.3 core context.
+class GlutSurface : public KesraGl::CGlSurface
+{
+public:
+    ~GlutSurface() override { Destroy(); }
+
+    bool Create(int width, int height) override
+    {
+        glutInitDisplayMode(GLUT_RGBA | GLUT_DOUBLE | GLUT_DEPTH | GLUT_MULTISAMPLE);
+        glutInitContextVersion(3, 3);
+        glutInitContextProfile(GLUT_CORE_PROFILE);
+        glutInitWindowSize(width, height);
+        m_window = glutCreateWindow("kesra-viewer");
+        if (m_window <= 0)
+        {
+            m_error = "display: no window with an OpenGL 3.3 core context";
+            return false;
+        }
+        return true;
+    }
+    void Destroy() override
+    {
+        if (m_window > 0)
+        {
+            glutDestroyWindow(m_window);
+            m_window = 0;
+        }
+    }
+    bool MakeCurrent() override
+    {
+        if (m_window <= 0)
+        {
+            return false;
+        }
+        glutSetWindow(m_window);
+        return true;
+    }
+    GLuint Framebuffer() const override { return 0; }
+    // The window system has already resized the window itself.
+    void Resize(int, int) override {}
+    void Present() override { glutSwapBuffers(); }
+    void RequestRedraw() override
+    {
+        if (m_window > 0)
+        {
+            glutPostWindowRedisplay(m_window);
+        }
+    }
+    const std::string& LastError() const override { return m_error; }
+
+private:
+    int m_window = 0;
+    std::string m_error;
+};
+
+// freeglut calls plain functions; they reach the one window's objects here.
+struct WindowHost
+{
+    ViewerScene* scene = nullptr;
+    InputHandler* input = nullptr;
+    int snapshots = 0;
+};
+
+WindowHost g_host;
+
+Modifiers CurrentModifiers()
+{
+    const int held = glutGetModifiers();
+    return Modifiers{(held & GLUT_ACTIVE_SHIFT) != 0, (held & GLUT_ACTIVE_CTRL) != 0};
+}
+
+void OnDisplay()
+{
+    g_host.scene->Render();
+    if (g_host.scene->IsAnimating())
+    {
+        glutPostRedisplay();
+    }
+}
+
+void OnReshape(int width, int height)
+{
+    g_host.input->Resize(width, height);
+}
+
+void OnMouse(int button, int state, int x, int y)
+{
+    // X11 reports the wheel as buttons 3 (up) and 4 (down).
+    if (button == 3 || button == 4)
+    {
+        if (state == GLUT_DOWN)
+        {
+            g_host.input->Wheel(x, y, button == 3 ? 1 : -1);
+        }
+        return;
+    }
+    const Button which = button == GLUT_LEFT_BUTTON     ? Button::Left
+                         : button == GLUT_MIDDLE_BUTTON ? Button::Middle
+                                                        : Button::Right;
+    if (state == GLUT_DOWN)
+    {
+        g_host.input->Press(which, x, y, CurrentModifiers());
+    }
+    else
+    {
+        g_host.input->Release(which, x, y);
+    }
+}
+
+void OnMotion(int x, int y)
+{
+    g_host.input->Move(x, y);
+}
+
+void OnKey(unsigned char key, int, int)
+{
+    if (g_host.input->Key(static_cast<char>(key)) == KeyAction::Quit)
+    {
+        glutLeaveMainLoop();
+    }
+}
+
+} // namespace
+
+int RunWindow(const Options& options, SceneData data)
+{
+    const char* display = std::getenv("DISPLAY");
+    if (display == nullptr || display[0] == '\0')
+    {
+        std::fprintf(stderr, "kesra-viewer: no display: DISPLAY is not set "
+                             "(use --headless --snapshot FILE.png)\n");
+        return 1;
+    }
+    std::vector<Event> events;
+    try
+    {
+        if (!options.events.empty())
+        {
+            events = ReadEventFile(options.events);
+        }
+    }
+    catch (const EventError& error)
+    {
+        std::fprintf(stderr, "kesra-viewer: %s\n", error.what());
+        return 2;
+    }
+    int argc = 1;
+    char name[] = "kesra-viewer";
+    char* argv[] = {name, nullptr};
+    glutInit(&argc, argv);
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_GLUTMAINLOOP_RETURNS);
+
+    GlutSurface surface;
+    ViewerScene scene(surface, std::move(data), options.width, options.height);
+    if (!scene.CreateContext())
+    {
+        std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
+        return 1;
+    }
+    scene.SetView(options.view, false);
+    InputHandler input(scene);
+    input.SetSnapshotAction([&scene]() {
+        const std::string path = "kesra-viewer-" + std::to_string(++g_host.snapshots) + ".png";
+        if (WriteSnapshot(scene, path))
+        {
+            std::printf("kesra-viewer: wrote %s\n", path.c_str());
+        }
+    });
+    g_host = WindowHost{&scene, &input, 0};
+    ReplayEvents(events, input, scene);
+    if (options.benchFrames > 0)
+    {
+        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+    }
+    glutDisplayFunc(OnDisplay);
+    glutReshapeFunc(OnReshape);
+    glutMouseFunc(OnMouse);
+    glutMotionFunc(OnMotion);
+    glutKeyboardFunc(OnKey);
+    glutMainLoop();
+    g_host = WindowHost{};
+    return 0;
+}
+
+} // namespace KesraViewer
