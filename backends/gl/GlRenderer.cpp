@@ -107,6 +107,8 @@ void CGlRenderer::InitializeState()
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glDisable(GL_CULL_FACE);
+    // Colours are the legend's own bytes; dithering would move them by one.
+    glDisable(GL_DITHER);
     ApplySmoothing();
     ApplyPolygonOffset();
 }
@@ -152,16 +154,15 @@ void CGlRenderer::DrawBackground()
     glClearColor(Channel(first.red), Channel(first.green), Channel(first.blue), 1.0f);
     glDepthMask(GL_TRUE);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    if (m_gradient != 0)
-    {
-        const Color top{first.red, first.green, first.blue, 255};
-        const Color bottom{m_backgroundColor2.red, m_backgroundColor2.green,
-                           m_backgroundColor2.blue, 255};
-        m_canvas->Begin(m_width, m_height);
-        m_canvas->Gradient(0.0f, 0.0f, static_cast<float>(m_width), static_cast<float>(m_height),
-                           bottom, top);
-        m_canvas->End();
-    }
+    // Painted as well as cleared: vertex colours reach the pixels byte for
+    // byte, where a driver may round a clear colour differently.
+    const Color top{first.red, first.green, first.blue, 255};
+    const Color& second = m_gradient != 0 ? m_backgroundColor2 : first;
+    const Color bottom{second.red, second.green, second.blue, 255};
+    m_canvas->Begin(m_width, m_height);
+    m_canvas->Gradient(0.0f, 0.0f, static_cast<float>(m_width), static_cast<float>(m_height), bottom,
+                       top);
+    m_canvas->End();
 }
 
 CGlCamera* CGlRenderer::GetGlCamera() const

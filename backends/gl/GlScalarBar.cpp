@@ -33,6 +33,11 @@ void CGlScalarBar::BarRect(float& left, float& bottom, float& width, float& heig
         width = 12.0f * m_equalPartX;
         height = 1.0f * m_equalPartY;
     }
+    // Whole pixels: each pixel row (column) of a smooth bar is one value.
+    left = std::round(left);
+    bottom = std::round(bottom);
+    width = std::max(std::round(width), 1.0f);
+    height = std::max(std::round(height), 1.0f);
 }
 
 int CGlScalarBar::LabelExponent() const

@@ -7,7 +7,7 @@
 // line stands above the bar and the title above that; the note below.
 // Banded, each block is one swatch in GetOpenGLColor of the block's middle;
 // smooth, every pixel row (column) of the bar has GetOpenGLColor of the value
-// at its centre, so the picture shows the mapping's own bytes.
+// at the pixel's centre, so the picture shows the mapping's own bytes.
 #pragma once
 
 #include "Engine/ScalarBar.h"
@@ -26,7 +26,8 @@ public:
     // Draws while created and visible, then clears the modified flag.
     void Draw(CGlRenderer& renderer);
 
-    // The bar's lower-left corner and size in window pixels.
+    // The bar's lower-left corner and size in window pixels, rounded to whole
+    // pixels.
     void BarRect(float& left, float& bottom, float& width, float& height) const;
     // A label for value, written with 10^exponent taken out.
     std::string FormatLabel(double value, int exponent) const;
