@@ -1,7 +1,7 @@
 // The OpenGL backend drawn headlessly on llvmpipe: what lands in the pixels
 // and the depth buffer, what the camera's mouse operations do, and when the
 // tubes' buffers are filled.
-#include "gl/GlTestSupport.h"
+#include "GlTestSupport.h"
 
 #include "gl/GlCamera.h"
 #include "gl/GlDraggedArea.h"
