@@ -52,9 +52,8 @@ bool WriteSnapshot(ViewerScene& scene, const std::string& path)
     return true;
 }
 
-int RunHeadless(const Options& options, SceneData data)
+bool LoadEvents(const Options& options, std::vector<Event>& events)
 {
-    std::vector<Event> events;
     try
     {
         if (!options.events.empty())
@@ -65,6 +64,26 @@ int RunHeadless(const Options& options, SceneData data)
     catch (const EventError& error)
     {
         std::fprintf(stderr, "kesra-viewer: %s\n", error.what());
+        return false;
+    }
+    return true;
+}
+
+void RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
+               InputHandler& input)
+{
+    ReplayEvents(events, input, scene);
+    if (options.benchFrames > 0)
+    {
+        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+    }
+}
+
+int RunHeadless(const Options& options, SceneData data)
+{
+    std::vector<Event> events;
+    if (!LoadEvents(options, events))
+    {
         return 2;
     }
     KesraGl::CEglContext context;
@@ -82,11 +101,7 @@ int RunHeadless(const Options& options, SceneData data)
         const std::string stem = options.snapshot.empty() ? "kesra-viewer" : options.snapshot;
         written = WriteSnapshot(scene, stem + "." + std::to_string(++snapshots) + ".png") && written;
     });
-    ReplayEvents(events, input, scene);
-    if (options.benchFrames > 0)
-    {
-        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
-    }
+    RunScript(options, events, scene, input);
     if (!options.snapshot.empty() && !WriteSnapshot(scene, options.snapshot))
     {
         return 1;

@@ -63,6 +63,8 @@ public:
         }
     }
     const std::string& LastError() const override { return m_error; }
+    // The user closed the window: freeglut has destroyed it and its context.
+    void Forget() { m_window = 0; }
 
 private:
     int m_window = 0;
@@ -72,6 +74,7 @@ private:
 // freeglut calls plain functions; they reach the one window's objects here.
 struct WindowHost
 {
+    GlutSurface* surface = nullptr;
     ViewerScene* scene = nullptr;
     InputHandler* input = nullptr;
     int snapshots = 0;
@@ -128,6 +131,12 @@ void OnMotion(int x, int y)
     g_host.input->Move(x, y);
 }
 
+void OnClose()
+{
+    g_host.surface->Forget();
+    glutLeaveMainLoop();
+}
+
 void OnKey(unsigned char key, int, int)
 {
     if (g_host.input->Key(static_cast<char>(key)) == KeyAction::Quit)
@@ -148,23 +157,17 @@ int RunWindow(const Options& options, SceneData data)
         return 1;
     }
     std::vector<Event> events;
-    try
+    if (!LoadEvents(options, events))
     {
-        if (!options.events.empty())
-        {
-            events = ReadEventFile(options.events);
-        }
-    }
-    catch (const EventError& error)
-    {
-        std::fprintf(stderr, "kesra-viewer: %s\n", error.what());
         return 2;
     }
     int argc = 1;
     char name[] = "kesra-viewer";
     char* argv[] = {name, nullptr};
     glutInit(&argc, argv);
-    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_GLUTMAINLOOP_RETURNS);
+    // The loop returns without tearing freeglut down, so that the scene can
+    // free its objects in the context before the window goes.
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
 
     GlutSurface surface;
     ViewerScene scene(surface, std::move(data), options.width, options.height);
@@ -182,17 +185,14 @@ int RunWindow(const Options& options, SceneData data)
             std::printf("kesra-viewer: wrote %s\n", path.c_str());
         }
     });
-    g_host = WindowHost{&scene, &input, 0};
-    ReplayEvents(events, input, scene);
-    if (options.benchFrames > 0)
-    {
-        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
-    }
+    g_host = WindowHost{&surface, &scene, &input, 0};
+    RunScript(options, events, scene, input);
     glutDisplayFunc(OnDisplay);
     glutReshapeFunc(OnReshape);
     glutMouseFunc(OnMouse);
     glutMotionFunc(OnMotion);
     glutKeyboardFunc(OnKey);
+    glutCloseFunc(OnClose);
     glutMainLoop();
     g_host = WindowHost{};
     return 0;
