@@ -29,7 +29,7 @@ const char* const kHelp[] = {
     "middle/shift drag  pan",
     "wheel              zoom at the cursor",
     "ctrl drag          zoom to the rectangle",
-    "1-7                front back left right top bottom iso",
+    "1-6 / 7            front back left right top bottom / iso",
     "i                  six-sides inspection on/off",
     "f                  zoom all",
     "p                  next palette",
@@ -391,21 +391,25 @@ void ViewerScene::DrawHelp(KesraGl::CGlRenderer& renderer) const
         return;
     }
     KesraGl::CGlCanvas& canvas = renderer.Canvas();
-    const KesraGl::TextStyle style = renderer.Style(-1);
-    // The keys line up in a fixed-width face.
+    // The keys line up in a fixed-width face, small enough for the window.
     KesraGl::CGlFont monoFont;
     monoFont.SetFace("DejaVu Sans Mono");
-    const KesraGl::TextStyle mono{monoFont.FontFile(), style.size};
-    const float line = static_cast<float>(canvas.Ascender(style)) + 7.0f;
-    const float width = 420.0f;
+    const int size = std::clamp((renderer.GetHeight() - kTitleBand) / (2 * static_cast<int>(std::size(kHelp))), 7, 13);
+    const KesraGl::TextStyle style{monoFont.FontFile(), size};
+    const float line = static_cast<float>(canvas.Ascender(style)) + 0.5f * static_cast<float>(size);
+    float width = 0.0f;
+    for (const char* text : kHelp)
+    {
+        width = std::max(width, canvas.TextWidth(text, style) + 24.0f);
+    }
     const float height = line * static_cast<float>(std::size(kHelp)) + 20.0f;
-    const float left = 20.0f;
-    const float top = static_cast<float>(renderer.GetHeight()) - 60.0f;
+    const float left = 10.0f;
+    const float top = static_cast<float>(renderer.GetHeight() - kTitleBand);
     canvas.Rect(left, top - height, left + width, top, {20, 24, 32, 210});
     float y = top - 10.0f - static_cast<float>(canvas.Ascender(style));
     for (const char* text : kHelp)
     {
-        canvas.Text(left + 12.0f, y, text, mono, {235, 235, 235, 255});
+        canvas.Text(left + 12.0f, y, text, style, {235, 235, 235, 255});
         y -= line;
     }
 }
