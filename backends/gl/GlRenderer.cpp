@@ -197,6 +197,7 @@ void CGlRenderer::SetLightUniforms()
 void CGlRenderer::UseMeshProgram(const Mat4& projection, const Mat4& modelView,
                                  const float (&normal)[9], bool lit)
 {
+    m_sceneProgramReady = false;
     m_meshProgram->Use();
     m_meshProgram->SetMatrix4("uProjection", projection);
     m_meshProgram->SetMatrix4("uModelView", modelView);
@@ -216,9 +217,12 @@ bool CGlRenderer::UseSceneProgram()
     {
         return false;
     }
-    float normal[9];
-    camera->NormalMatrix(normal);
-    UseMeshProgram(camera->Projection(), camera->ModelView(), normal, true);
+    if (!m_sceneProgramReady)
+    {
+        float normal[9];
+        camera->NormalMatrix(normal);
+        UseMeshProgram(camera->Projection(), camera->ModelView(), normal, true);
+    }
     return true;
 }
 
@@ -228,6 +232,8 @@ void CGlRenderer::DrawScene()
     {
         return;
     }
+    // Every tube finds the program set up for this frame.
+    m_sceneProgramReady = true;
     glEnable(GL_DEPTH_TEST);
     glEnable(GL_POLYGON_OFFSET_FILL);
     for (CGlMesh* mesh : m_surfaces)
@@ -239,6 +245,7 @@ void CGlRenderer::DrawScene()
         streamline->DrawStreamline(*this);
     }
     glDisable(GL_POLYGON_OFFSET_FILL);
+    m_sceneProgramReady = false;
 }
 
 void CGlRenderer::DrawOverlays()

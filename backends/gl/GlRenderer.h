@@ -117,7 +117,8 @@ public:
     // Puts the mesh program in use with these matrices and the light.
     void UseMeshProgram(const Mat4& projection, const Mat4& modelView, const float (&normal)[9],
                         bool lit);
-    // The scene's matrices from the camera; false without a GL camera.
+    // The scene's matrices from the camera; false without a GL camera. Inside
+    // DrawScene the program is already set up and the call costs nothing.
     bool UseSceneProgram();
     // The font's face and size, the size changed by sizeChange pixels.
     TextStyle Style(int sizeChange, bool bold = false) const;
@@ -134,6 +135,7 @@ private:
     std::unique_ptr<CGlProgram> m_meshProgram;
     std::unique_ptr<CGlCanvas> m_canvas;
     bool m_roundPoints = false;
+    bool m_sceneProgramReady = false;
 
     std::vector<CGlStreamline*> m_streamlines;
     std::vector<CGlMesh*> m_surfaces;
