@@ -37,7 +37,8 @@ CGlRenderer::CGlRenderer(int width, int height, CGlSurface& surface)
 
 CGlRenderer::~CGlRenderer()
 {
-    DestroyContext();
+    // The attached objects may be gone already: only the renderer's own.
+    DropContext();
 }
 
 bool CGlRenderer::CreateContext()
@@ -57,7 +58,7 @@ bool CGlRenderer::CreateContext()
     catch (const GlError& error)
     {
         m_error = error.what();
-        DestroyContext();
+        DropContext();
         return false;
     }
     InitializeState();
@@ -85,9 +86,18 @@ void CGlRenderer::DestroyContext()
     if (m_surface.MakeCurrent())
     {
         ReleaseBuffers();
+    }
+    DropContext();
+}
+
+void CGlRenderer::DropContext()
+{
+    if (m_surface.MakeCurrent())
+    {
         m_canvas.reset();
         m_meshProgram.reset();
     }
+    // Without a current context the objects died with it.
     m_canvas.reset();
     m_meshProgram.reset();
     m_surface.Destroy();

@@ -46,8 +46,9 @@ public:
     // Asks the surface for a context of the renderer's size, then makes the
     // shaders and the font atlas; false, with LastError, on any failure.
     bool CreateContext() override;
-    // Frees every buffer, texture and program (the attached tubes' and
-    // triad's too), then the surface's context.
+    // Frees every buffer, texture and program (the attached tubes', surfaces'
+    // and triad's too, so call it while they live), then the surface's
+    // context. The destructor frees only the renderer's own.
     void DestroyContext() override;
     bool MakeCurrent() override;
     // Depth test, smoothing switches and polygon offset into the new context.
@@ -128,6 +129,7 @@ public:
 
 private:
     void ReleaseBuffers();
+    void DropContext();
     void SetLightUniforms();
 
     CGlSurface& m_surface;

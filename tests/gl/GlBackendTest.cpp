@@ -62,6 +62,31 @@ void PixelOf(CGlCamera& camera, const Vector& p, int& x, int& y, double& depth)
     depth = view.z;
 }
 
+// A headless renderer and a camera looking down the model's z axis at
+// 0.02 model units per pixel.
+class GlScene : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(gl.created);
+        LookDownZ(camera, scale);
+        gl.renderer.SetCamera(&camera);
+    }
+
+    const float scale = 0.02f;
+    HeadlessRenderer gl{kWidth, kHeight};
+    CGlCamera camera{kWidth, kHeight};
+};
+
+class GlTubes : public GlScene
+{
+};
+
+class GlLight : public GlScene
+{
+};
+
 TEST(GlLegend, SwatchesAndRowsShowTheMappingsOwnBytes)
 {
     HeadlessRenderer gl(kWidth, kHeight);
@@ -106,13 +131,8 @@ TEST(GlLegend, SwatchesAndRowsShowTheMappingsOwnBytes)
     }
 }
 
-TEST(GlTubes, NodePixelsCarryTheNodesColours)
+TEST_F(GlTubes, NodePixelsCarryTheNodesColours)
 {
-    HeadlessRenderer gl(kWidth, kHeight);
-    ASSERT_TRUE(gl.created);
-    CGlCamera camera(kWidth, kHeight);
-    LookDownZ(camera, 0.02f);
-    gl.renderer.SetCamera(&camera);
     CGlStreamline tube;
     const std::vector<Vector> nodes = {Vector(-1.4, -0.5, 0.0), Vector(0.0, 0.2, 0.0),
                                        Vector(1.4, -0.5, 0.0)};
@@ -138,14 +158,8 @@ TEST(GlTubes, NodePixelsCarryTheNodesColours)
     EXPECT_TRUE(ColorNear(PixelAt(gl.renderer, x, y), Color{255, 255, 255, 255}, 0));
 }
 
-TEST(GlTubes, DepthInFrontOfAndBehindATube)
+TEST_F(GlTubes, DepthInFrontOfAndBehindATube)
 {
-    HeadlessRenderer gl(kWidth, kHeight);
-    ASSERT_TRUE(gl.created);
-    CGlCamera camera(kWidth, kHeight);
-    const float scale = 0.02f;
-    LookDownZ(camera, scale);
-    gl.renderer.SetCamera(&camera);
     const double radius = 0.1;
     CGlStreamline front;
     CGlStreamline back;
@@ -195,13 +209,8 @@ TEST(GlTubes, DepthInFrontOfAndBehindATube)
     EXPECT_EQ(gl.renderer.ReadDepth(0, kHeight), 1.0f);
 }
 
-TEST(GlTubes, BuffersAreFilledOncePerChangeNotPerFrame)
+TEST_F(GlTubes, BuffersAreFilledOncePerChangeNotPerFrame)
 {
-    HeadlessRenderer gl(kWidth, kHeight);
-    ASSERT_TRUE(gl.created);
-    CGlCamera camera(kWidth, kHeight);
-    LookDownZ(camera, 0.02f);
-    gl.renderer.SetCamera(&camera);
     CGlStreamline tube;
     const Color grey{128, 128, 128, 255};
     MakeTube(tube, {Vector(-1.0, 0.0, 0.0), Vector(0.0, 0.3, 0.0), Vector(1.0, 0.0, 0.0)},
@@ -237,13 +246,8 @@ TEST(GlTubes, BuffersAreFilledOncePerChangeNotPerFrame)
     EXPECT_EQ(tube.UploadCount(), 4);
 }
 
-TEST(GlLight, ShadesTubesAndLeavesTheAmbientPartWhenOff)
+TEST_F(GlLight, ShadesTubesAndLeavesTheAmbientPartWhenOff)
 {
-    HeadlessRenderer gl(kWidth, kHeight);
-    ASSERT_TRUE(gl.created);
-    CGlCamera camera(kWidth, kHeight);
-    LookDownZ(camera, 0.02f);
-    gl.renderer.SetCamera(&camera);
     CGlStreamline tube;
     const Color base{200, 160, 100, 255};
     MakeTube(tube, {Vector(-1.5, 0.0, 0.0), Vector(1.5, 0.0, 0.0)}, {base, base}, 0.3);
