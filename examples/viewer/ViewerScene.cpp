@@ -27,6 +27,7 @@ constexpr PaletteSetter kPalettes[] = {
 const char* const kHelp[] = {
     "left drag          rotate",
     "middle/shift drag  pan",
+    "right drag         zoom",
     "wheel              zoom at the cursor",
     "ctrl drag          zoom to the rectangle",
     "1-6 / 7            front back left right top bottom / iso",

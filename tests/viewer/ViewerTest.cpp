@@ -118,6 +118,31 @@ TEST(ViewerViews, TheAxisTriadsXLabelFollowsARotationDrag)
     EXPECT_GT(changed, 5);
 }
 
+TEST(ViewerViews, TheTourRunsUntilItsKeyAndZoomAllRestoresTheFit)
+{
+    Viewer viewer;
+    ASSERT_TRUE(viewer.created);
+    KesraGl::CGlCamera& camera = viewer.scene.Camera();
+    const float fitted = camera.GetScale();
+    viewer.Replay("key i\nframe 26");
+    EXPECT_TRUE(camera.IsSixSidesInspection());
+    const auto before = camera.GetRotateMatrix();
+    viewer.Replay("frame 2");
+    EXPECT_NE(before[0], camera.GetRotateMatrix()[0]);
+    // The triad turns with the tour, through the observer.
+    EXPECT_EQ(viewer.scene.Axis().GetRotateMatrix()[0], camera.GetRotateMatrix()[0]);
+    viewer.Replay("key i\nframe");
+    EXPECT_FALSE(viewer.scene.IsAnimating());
+
+    viewer.Replay("wheel 30 30 4\npress middle 100 75\nmove 140 95\nrelease middle 140 95\nframe");
+    EXPECT_NE(camera.GetScale(), fitted);
+    viewer.Replay("key f\nframe");
+    EXPECT_EQ(camera.GetScale(), fitted);
+    float x = 1.0f, y = 1.0f;
+    camera.GetTranslation(x, y);
+    EXPECT_EQ(y, 0.0f);
+}
+
 TEST(ViewerViews, CtrlDragZoomsToTheRectangleAndKeepsItInView)
 {
     Viewer viewer;
