@@ -1,5 +1,6 @@
 #include "gl/GlScalarBar.h"
 
+#include "common/LegendLabels.h"
 #include "gl/GlRenderer.h"
 
 #include <algorithm>
@@ -47,35 +48,12 @@ int CGlScalarBar::LabelExponent() const
 
 std::string CGlScalarBar::FormatLabel(double value, int exponent) const
 {
-    const double scaled = value / std::pow(10.0, exponent);
-    if (!std::isfinite(scaled))
-    {
-        return "-";
-    }
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*f", std::clamp(m_valueFormat2, 0, 9), scaled);
-    std::string text = buffer;
-    // "-0.00" reads as a sign error.
-    if (text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos)
-    {
-        text.erase(0, 1);
-    }
-    return text;
+    return KesraBackend::ScaledLabel(value, exponent, m_valueFormat2);
 }
 
 std::vector<double> CGlScalarBar::Edges() const
 {
-    const int n = std::max(m_blockNum, 1);
-    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
-    const double step = (m_maxValue - m_minValue) / n;
-    double edge = m_minValue;
-    for (int k = 0; k < n; ++k)
-    {
-        edges[static_cast<std::size_t>(k)] = edge;
-        edge += step;
-    }
-    edges[static_cast<std::size_t>(n)] = m_maxValue;
-    return edges;
+    return KesraBackend::BlockEdges(m_minValue, m_maxValue, m_blockNum);
 }
 
 void CGlScalarBar::Draw(CGlRenderer& renderer)

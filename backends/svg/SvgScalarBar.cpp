@@ -1,5 +1,6 @@
 #include "svg/SvgScalarBar.h"
 
+#include "common/LegendLabels.h"
 #include "svg/SvgRenderer.h"
 
 #include <algorithm>
@@ -96,21 +97,7 @@ int CSvgScalarBar::LabelExponent() const
 
 std::string CSvgScalarBar::FormatLabel(double value, int exponent) const
 {
-    const double scaled = value / std::pow(10.0, exponent);
-    if (!std::isfinite(scaled))
-    {
-        return "-";
-    }
-    const int decimals = std::clamp(m_valueFormat2, 0, 9);
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*f", decimals, scaled);
-    std::string text = buffer;
-    // A small negative value rounds to "-0.00", which reads as a sign error.
-    if (text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos)
-    {
-        text.erase(0, 1);
-    }
-    return text;
+    return KesraBackend::ScaledLabel(value, exponent, m_valueFormat2);
 }
 
 CSvgScalarBar::Layout CSvgScalarBar::MakeLayout(const CSvgRenderer& renderer) const
@@ -143,17 +130,7 @@ CSvgScalarBar::Layout CSvgScalarBar::MakeLayout(const CSvgRenderer& renderer) co
 
 std::vector<double> CSvgScalarBar::Edges() const
 {
-    const int n = std::max(m_blockNum, 1);
-    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
-    const double step = (m_maxValue - m_minValue) / n;
-    double edge = m_minValue;
-    for (int k = 0; k < n; ++k)
-    {
-        edges[static_cast<std::size_t>(k)] = edge;
-        edge += step;
-    }
-    edges[static_cast<std::size_t>(n)] = m_maxValue;
-    return edges;
+    return KesraBackend::BlockEdges(m_minValue, m_maxValue, m_blockNum);
 }
 
 void CSvgScalarBar::DrawBar(CSvgRenderer& renderer, const Layout& layout) const
