@@ -8,62 +8,8 @@ namespace KesraGl
 {
 
 CGlDraggedArea::CGlDraggedArea(int width, int height, CGlRenderer& renderer)
-    : CKesraDraggedArea(width, height), m_renderer(renderer)
+    : CRubberBand(width, height), m_renderer(renderer)
 {
-}
-
-bool CGlDraggedArea::OnMouseDown(int x, int y)
-{
-    if (!m_enabled)
-    {
-        return false;
-    }
-    m_dragged = true;
-    m_mouseStartX = m_mouseEndX = m_furtherPointX = x;
-    m_mouseStartY = m_mouseEndY = m_furtherPointY = y;
-    return true;
-}
-
-bool CGlDraggedArea::OnMouseMove(int x, int y)
-{
-    if (!m_dragged)
-    {
-        return false;
-    }
-    m_furtherPointX = m_mouseEndX;
-    m_furtherPointY = m_mouseEndY;
-    m_mouseEndX = x;
-    m_mouseEndY = y;
-    RequestRedraw();
-    return true;
-}
-
-bool CGlDraggedArea::OnMouseUp(int x, int y)
-{
-    if (!m_dragged)
-    {
-        return false;
-    }
-    m_mouseEndX = x;
-    m_mouseEndY = y;
-    m_dragged = false;
-    RequestRedraw();
-    OnAreaSelected(m_mouseStartX, m_mouseStartY, x, y);
-    return true;
-}
-
-void CGlDraggedArea::CancelDrag()
-{
-    m_dragged = false;
-    RequestRedraw();
-}
-
-void CGlDraggedArea::OnAreaSelected(int x0, int y0, int x1, int y1)
-{
-    if (m_action)
-    {
-        m_action(x0, y0, x1, y1);
-    }
 }
 
 void CGlDraggedArea::BeginOverlay()

@@ -1,34 +1,23 @@
 // CGlDraggedArea: the rubber band of an OpenGL view.
 //
-// Positions are window pixels, y up. The finished rectangle goes to the
-// host's action (SetAreaAction), typically the camera's ZoomToRectangle.
+// Positions are window pixels, y up. CRubberBand tracks the mouse; the
+// finished rectangle goes to the host's handler (SetAreaHandler), typically
+// the camera's ZoomToRectangle.
 #pragma once
 
-#include "Engine/DraggedArea.h"
-
-#include <functional>
+#include "common/RubberBand.h"
 
 namespace KesraGl
 {
 
 class CGlRenderer;
 
-class CGlDraggedArea : public KesraEngine::CKesraDraggedArea
+class CGlDraggedArea : public KesraBackend::CRubberBand
 {
 public:
-    using AreaAction = std::function<void(int x0, int y0, int x1, int y1)>;
-
     // renderer is not owned and must outlive the area.
     CGlDraggedArea(int width, int height, CGlRenderer& renderer);
 
-    void SetAreaAction(AreaAction action) { m_action = std::move(action); }
-
-    bool OnMouseDown(int x, int y) override;
-    bool OnMouseMove(int x, int y) override;
-    bool OnMouseUp(int x, int y) override;
-    void CancelDrag() override;
-    // Runs the host's action, if any.
-    void OnAreaSelected(int x0, int y0, int x1, int y1) override;
     // The renderer's overlay canvas over the window (pixels, y up).
     void BeginOverlay() override;
     void EndOverlay() override;
@@ -46,7 +35,6 @@ public:
 
 private:
     CGlRenderer& m_renderer;
-    AreaAction m_action;
     float m_lineWidth = 1.0f;
 };
 

@@ -9,70 +9,8 @@ namespace KesraSvg
 {
 
 CSvgDraggedArea::CSvgDraggedArea(CSvgRenderer& renderer, int width, int height)
-    : CKesraDraggedArea(width, height), m_renderer(&renderer)
+    : CRubberBand(width, height), m_renderer(&renderer)
 {
-}
-
-bool CSvgDraggedArea::OnMouseDown(int x, int y)
-{
-    if (!m_enabled)
-    {
-        return false;
-    }
-    m_dragged = true;
-    m_mouseStartX = x;
-    m_mouseStartY = y;
-    m_mouseEndX = x;
-    m_mouseEndY = y;
-    m_furtherPointX = x;
-    m_furtherPointY = y;
-    RequestRedraw();
-    return true;
-}
-
-bool CSvgDraggedArea::OnMouseMove(int x, int y)
-{
-    if (!m_dragged)
-    {
-        return false;
-    }
-    m_furtherPointX = m_mouseEndX;
-    m_furtherPointY = m_mouseEndY;
-    m_mouseEndX = x;
-    m_mouseEndY = y;
-    RequestRedraw();
-    return true;
-}
-
-bool CSvgDraggedArea::OnMouseUp(int x, int y)
-{
-    if (!m_dragged)
-    {
-        return false;
-    }
-    m_mouseEndX = x;
-    m_mouseEndY = y;
-    m_dragged = false;
-    RequestRedraw();
-    OnAreaSelected(m_mouseStartX, m_mouseStartY, m_mouseEndX, m_mouseEndY);
-    return true;
-}
-
-void CSvgDraggedArea::CancelDrag()
-{
-    if (m_dragged)
-    {
-        m_dragged = false;
-        RequestRedraw();
-    }
-}
-
-void CSvgDraggedArea::OnAreaSelected(int x0, int y0, int x1, int y1)
-{
-    if (m_handler)
-    {
-        m_handler(x0, y0, x1, y1);
-    }
 }
 
 void CSvgDraggedArea::BeginOverlay()

@@ -80,7 +80,7 @@ ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width
     m_area.SetColor({30, 60, 160, 200});
     m_area.SetLineWidth(1.5f);
     m_area.SetEanble(true);
-    m_area.SetAreaAction([this](int x0, int y0, int x1, int y1) {
+    m_area.SetAreaHandler([this](int x0, int y0, int x1, int y1) {
         m_camera.ZoomToRectangle(x0, y0, x1, y1);
     });
     m_camera.SetSmoothRotateFrames(kSmoothFrames);

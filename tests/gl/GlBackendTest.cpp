@@ -396,7 +396,7 @@ TEST(GlDraggedArea, HandsTheFinishedRectangleToTheAction)
     ASSERT_TRUE(gl.created);
     KesraGl::CGlDraggedArea area(kWidth, kHeight, gl.renderer);
     std::vector<int> selected;
-    area.SetAreaAction([&](int x0, int y0, int x1, int y1) { selected = {x0, y0, x1, y1}; });
+    area.SetAreaHandler([&](int x0, int y0, int x1, int y1) { selected = {x0, y0, x1, y1}; });
     area.SetEanble(false);
     EXPECT_FALSE(area.OnMouseDown(10, 10));
     area.SetEanble(true);
