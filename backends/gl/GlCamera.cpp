@@ -46,26 +46,21 @@ void CGlCamera::ApplyProjection()
 
 void CGlCamera::ApplyModelView()
 {
-    UpdateWorldToViewMatrix();
-    // The rotation matrix is held column by column, as OpenGL takes it; the
-    // last column is F(-centre) plus the translation.
+    // W maps model points to window pixels; taking the window's middle off
+    // and multiplying by the scale gives view coordinates in model units,
+    // which the projection of GetParameters takes. So the picture and
+    // ProjectPointWorldToView agree to float precision.
+    const Matrix& toWindow = GetWorldToViewMatrix();
+    const double middle[3] = {static_cast<double>(static_cast<float>(m_windowWidth) * 0.5f),
+                              static_cast<double>(static_cast<float>(m_windowHeight) * 0.5f), 0.0};
     m_modelView = Mat4{};
-    for (int column = 0; column < 3; ++column)
-    {
-        for (int row = 0; row < 3; ++row)
-        {
-            m_modelView[4 * column + row] = static_cast<float>(m_rotateMatrix[4 * column + row]);
-        }
-    }
-    const double translation[3] = {m_translationX, m_translationY, 0.0};
     for (int row = 0; row < 3; ++row)
     {
-        double sum = translation[row];
-        for (int column = 0; column < 3; ++column)
+        for (int column = 0; column < 4; ++column)
         {
-            sum += m_rotateMatrix[4 * column + row] * m_negRotateCenter[column];
+            const double shift = column == 3 ? middle[row] : 0.0;
+            m_modelView[4 * column + row] = static_cast<float>((toWindow(row, column) - shift) * m_scale);
         }
-        m_modelView[12 + row] = static_cast<float>(sum);
     }
     m_modelView[15] = 1.0f;
 }

@@ -28,8 +28,9 @@ public:
     // The orthographic volume of GetParameters (model units about the view
     // centre) as the projection matrix.
     void ApplyProjection() override;
-    // Rotation, translation and rotation centre as the model-view matrix; the
-    // pair maps a model point to the pixel ProjectPointWorldToView gives.
+    // The world-to-view matrix (recomputed if the camera is modified) brought
+    // back to model units as the model-view matrix; with the projection it
+    // maps a model point to the pixel ProjectPointWorldToView gives.
     void ApplyModelView() override;
     void BeginRotate(int x, int y) override;
     void Rotate(int x, int y) override;
