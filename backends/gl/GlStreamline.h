@@ -3,7 +3,8 @@
 //
 // The rings and normals of the node records become one indexed triangle
 // strip per pair of consecutive rings, separated by the restart index, with
-// the node's colour at each of its ring's vertices. The buffers are filled
+// the node's colour at each of its ring's vertices; a disc closes each end.
+// The buffers are filled
 // once per change: the operations below that change geometry or colours
 // (they hide the library's ones of the same name and call them) mark the tube
 // changed, and the next draw uploads it; every other frame reuses the buffers.
@@ -40,12 +41,15 @@ public:
 
     // How many times the vertex buffers were filled.
     int UploadCount() const { return m_mesh.UploadCount(); }
+    // Ring vertices and the end discs' own.
     int VertexCount() const { return static_cast<int>(m_mesh.Vertices().size()); }
     void ReleaseBuffers() { m_mesh.Release(); }
 
 private:
     bool Changed(bool result);
     void Rebuild();
+    // The disc over the ring of node, facing away from its neighbour node.
+    void AddCap(int node, int neighbour);
 
     CGlMesh m_mesh{GL_TRIANGLE_STRIP};
     bool m_changed = true;

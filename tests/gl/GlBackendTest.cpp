@@ -223,7 +223,8 @@ TEST_F(GlTubes, BuffersAreFilledOncePerChangeNotPerFrame)
     camera.SetScale(0.01f);
     gl.renderer.Render();
     EXPECT_EQ(tube.UploadCount(), 1);
-    EXPECT_EQ(tube.VertexCount(), 3 * 12);
+    // Three rings, and a rim and a centre for each end's disc.
+    EXPECT_EQ(tube.VertexCount(), 3 * 12 + 2 * 13);
 
     tube.SetStreamlineNodeColor(1, 10, 200, 10, 255);
     gl.renderer.Render();
