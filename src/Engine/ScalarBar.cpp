@@ -43,11 +43,16 @@ double ColorScaleTop(double minimum, double maximum, double threshold)
 
 // Position of value between minimum and maximum, before inversion and
 // clamping; any double, NaN and infinities included.
+double LinearPosition(double value, double minimum, double maximum)
+{
+    return (value - minimum) / (maximum - minimum);
+}
+
 double PalettePosition(double value, double minimum, double maximum, int logarithmic)
 {
     if (logarithmic == 0)
     {
-        return (value - minimum) / (maximum - minimum);
+        return LinearPosition(value, minimum, maximum);
     }
     // Logarithms need positive bounds: a top that is not positive becomes 1,
     // a bottom that is not positive four decades below the top.
@@ -61,15 +66,9 @@ double PalettePosition(double value, double minimum, double maximum, int logarit
 // stays within the five stops.
 double ClampedPosition(double p)
 {
-    if (p > 1.0)
-    {
-        return 1.0;
-    }
-    if (p < 0.0 || std::isnan(p))
-    {
-        return 0.0;
-    }
-    return p;
+    // Written as selects, so that a batch's loop needs no branch: p >= 0 is
+    // false exactly for the negative positions and NaN; -0.0 stays -0.0.
+    return p > 1.0 ? 1.0 : (p >= 0.0 ? p : 0.0);
 }
 
 // channel is in [0, 1] (a convex mix of stops in [0, 1]), so the truncated
@@ -77,6 +76,111 @@ double ClampedPosition(double p)
 unsigned char ChannelByte(double channel)
 {
     return static_cast<unsigned char>(static_cast<float>(channel) * 255.0f);
+}
+
+// Red, green and blue of position p (after inversion, before clamping) on
+// palette: the segment around p is mixed in double, each channel then goes
+// through float. At the top of the scale (i = 4) there is no segment to mix
+// along; both arms of the select stay within the five stops, so that it
+// needs no branch.
+void PaletteBytes(const double (&palette)[5][3], double p, unsigned char* rgb)
+{
+    const double x = ClampedPosition(p) * 4.0;
+    const int i = static_cast<int>(x);
+    const double f = x - i;
+    const int next = i < 4 ? i + 1 : 4;
+    for (int c = 0; c < 3; ++c)
+    {
+        const double mixed = (1.0 - f) * palette[i][c] + f * palette[next][c];
+        rgb[c] = ChannelByte(i == 4 ? palette[4][c] : mixed);
+    }
+}
+
+// -1 below [minimum, maximum], 1 above, 0 inside; NaN lies inside.
+int SideOfRange(double value, double minimum, double maximum)
+{
+    if (minimum > value)
+    {
+        return -1;
+    }
+    return value > maximum ? 1 : 0;
+}
+
+// value clamped into [minimum, maximum]; NaN stays NaN.
+double ClampedValue(double value, double minimum, double maximum)
+{
+    if (minimum > value)
+    {
+        value = minimum;
+    }
+    if (value > maximum)
+    {
+        value = maximum;
+    }
+    return value;
+}
+
+constexpr int kMaxBlocks = 30;
+
+// The lower block edges of the banded colour, edge[0] = minimum up to
+// edge[n], accumulated step by step exactly as the single query walks them,
+// the last one the maximum itself. Sized for the largest block number.
+struct BlockEdges
+{
+    BlockEdges(double minimum, double maximum, int n) : count(n)
+    {
+        const double step = (maximum - minimum) / n;
+        double upper = minimum + step;
+        edge[0] = minimum;
+        for (int k = 1; k <= n; ++k)
+        {
+            edge[k] = upper;
+            upper = k == n - 1 ? maximum : upper + step;
+        }
+        for (int k = 0; k < n; ++k)
+        {
+            // Not a number, or an edge below the one before (edges of an
+            // infinite range): only the literal walk finds the block.
+            sorted = sorted && edge[k] <= edge[k + 1];
+        }
+    }
+
+    // The index of the lower edge of value's block; n for a value in no
+    // block (the maximum, outside the range, not a number).
+    int LowerIndex(double value) const
+    {
+        if (sorted)
+        {
+            // With rising edges the first block whose upper edge lies above
+            // value is found by counting the edges at or below it.
+            int below = 0;
+            for (int k = 1; k <= count; ++k)
+            {
+                below += edge[k] <= value ? 1 : 0;
+            }
+            return value >= edge[0] ? below : count;
+        }
+        for (int k = 1; k <= count; ++k)
+        {
+            if (edge[k] > value && value >= edge[k - 1])
+            {
+                return k - 1;
+            }
+        }
+        return count;
+    }
+
+    int count;
+    bool sorted = true;
+    double edge[kMaxBlocks + 1] = {};
+};
+
+std::uint32_t PackedColor(const unsigned char* rgb)
+{
+    const unsigned char rgba[4] = {rgb[0], rgb[1], rgb[2], 255};
+    std::uint32_t packed = 0;
+    std::memcpy(&packed, rgba, sizeof packed);
+    return packed;
 }
 
 bool DifferAsCStrings(const std::string& a, const std::string& b)
@@ -609,35 +713,16 @@ void CKesraScalarBar::SetOpenGlColor(Color& color, double value, double minimum,
     {
         p = 1.0 - p;
     }
-    const double x = ClampedPosition(p) * 4.0;
-    const int i = static_cast<int>(x);
-    const double f = x - i;
-
-    unsigned char* const bytes[3] = {&color.red, &color.green, &color.blue};
-    for (int c = 0; c < 3; ++c)
-    {
-        // At the top of the scale (i = 4) there is no segment to mix along.
-        const double channel =
-            i == 4 ? m_palette[4][c] : (1.0 - f) * m_palette[i][c] + f * m_palette[i + 1][c];
-        *bytes[c] = ChannelByte(channel);
-    }
+    unsigned char rgb[3];
+    PaletteBytes(m_palette, p, rgb);
+    color.red = rgb[0];
+    color.green = rgb[1];
+    color.blue = rgb[2];
 }
 
 double CKesraScalarBar::FilledValue(double value) const
 {
-    if (m_fillAllRange != 1)
-    {
-        return value;
-    }
-    if (m_minValue > value)
-    {
-        value = m_minValue;
-    }
-    if (value > m_maxValue)
-    {
-        value = m_maxValue;
-    }
-    return value;
+    return m_fillAllRange == 1 ? ClampedValue(value, m_minValue, m_maxValue) : value;
 }
 
 void CKesraScalarBar::GetOpenGLColorImpl(unsigned char& red, unsigned char& green,
@@ -682,11 +767,7 @@ void CKesraScalarBar::GetOpenGLBandedColorImpl(unsigned char& red, unsigned char
 
 int CKesraScalarBar::RangeSide(double value) const
 {
-    if (m_minValue > value)
-    {
-        return -1;
-    }
-    return value > m_maxValue ? 1 : 0;
+    return SideOfRange(value, m_minValue, m_maxValue);
 }
 
 int CKesraScalarBar::ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue,
@@ -724,6 +805,82 @@ int CKesraScalarBar::GetOpenGLColorByValue(unsigned char& red, unsigned char& gr
                                            unsigned char& blue, double value) const
 {
     return ColorOf(red, green, blue, value, false);
+}
+
+// ---- Batch colour queries -------------------------------------------------------
+
+void CKesraScalarBar::GetOpenGLColors(const double* values, std::size_t count,
+                                      unsigned char* rgba, signed char* codes) const
+{
+    ColorsOf(values, count, rgba, codes, m_banded == 1);
+}
+
+void CKesraScalarBar::GetOpenGLColorsByValue(const double* values, std::size_t count,
+                                             unsigned char* rgba, signed char* codes) const
+{
+    ColorsOf(values, count, rgba, codes, false);
+}
+
+void CKesraScalarBar::ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                               signed char* codes, bool banded) const
+{
+    if (values == nullptr || rgba == nullptr)
+    {
+        return;
+    }
+    const double minimum = m_minValue;
+    const double maximum = m_maxValue;
+    const double top = m_colorScaleTop;
+    const bool fill = m_fillAllRange == 1;
+    const bool single = m_useSingleColor == 1;
+    const bool inverse = m_inverse == 1;
+    const std::uint32_t overRange = PackedColor(single ? m_singleColor : m_overRangeColor);
+
+    // The banded colour takes only the colours of the n + 1 block edges.
+    const bool tabled = banded && m_blockNum >= 1 && m_blockNum <= kMaxBlocks;
+    const BlockEdges edges(minimum, maximum, tabled ? m_blockNum : 1);
+    std::uint32_t edgeColor[kMaxBlocks + 1] = {};
+    for (int k = 0; tabled && k <= edges.count; ++k)
+    {
+        Color color(0, 0, 0, 0);
+        SetOpenGlColor(color, edges.edge[k], minimum, top, 0);
+        edgeColor[k] = PackedColor(&color.red);
+    }
+
+    for (std::size_t k = 0; k < count; ++k)
+    {
+        const double value = values[k];
+        const int side = SideOfRange(value, minimum, maximum);
+        const double filled = fill ? ClampedValue(value, minimum, maximum) : value;
+        std::uint32_t mapped = 0;
+        if (tabled)
+        {
+            mapped = edgeColor[edges.LowerIndex(filled)];
+        }
+        else if (banded)
+        {
+            // A block number the setter would refuse, set by a derived class.
+            unsigned char rgb[3];
+            GetOpenGLBandedColorImpl(rgb[0], rgb[1], rgb[2], value);
+            mapped = PackedColor(rgb);
+        }
+        else
+        {
+            const double p = LinearPosition(filled, minimum, top);
+            unsigned char rgb[3];
+            PaletteBytes(m_palette, inverse ? 1.0 - p : p, rgb);
+            mapped = PackedColor(rgb);
+        }
+        // Outside the range without fill, and always in single-colour mode,
+        // the fixed colour replaces the mapped one.
+        const bool fixed = single || (!fill && side != 0);
+        const std::uint32_t color = fixed ? overRange : mapped;
+        std::memcpy(rgba + 4 * k, &color, sizeof color);
+        if (codes != nullptr)
+        {
+            codes[k] = static_cast<signed char>(fill ? 0 : side);
+        }
+    }
 }
 
 } // namespace KesraEngine
