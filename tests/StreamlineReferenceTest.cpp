@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <vector>
 
 namespace
 {
@@ -88,6 +89,36 @@ TEST(StreamlineReferenceTest, TinyAndReversedSegmentsMatchSavedRun)
     ASSERT_TRUE(thin.Create(16, 3, 0.05, 1.0));
     ASSERT_TRUE(GenerateOver(thin, KinkedNodes()));
     EXPECT_EQ(UINT64_C(0x0689623a3d13e1f1), TubeFingerprint(thin));
+}
+
+TEST(StreamlineReferenceTest, FlatCopyHoldsEveryRingVertexAndNormalInOrder)
+{
+    TestStreamline tube;
+    std::vector<double> vertices(3 * 16 * 5, -7.0);
+    EXPECT_FALSE(tube.CopyTubeGeometry(vertices.data(), vertices.data()));
+    EXPECT_EQ(-7.0, vertices[0]) << "written while not created";
+
+    ASSERT_TRUE(tube.Create(16, 5, 0.5, 1.0));
+    ASSERT_TRUE(GenerateOver(tube, KinkedNodes()));
+    std::vector<double> normals(vertices.size(), -7.0);
+    ASSERT_TRUE(tube.CopyTubeGeometry(vertices.data(), normals.data()));
+    std::vector<float> verticesFloat(vertices.size(), -7.0f);
+    std::vector<float> normalsFloat(vertices.size(), -7.0f);
+    ASSERT_TRUE(tube.CopyTubeGeometry(verticesFloat.data(), nullptr));
+    ASSERT_TRUE(tube.CopyTubeGeometry(nullptr, normalsFloat.data()));
+    for (int i = 0; i < 16; ++i)
+    {
+        for (int j = 0; j < 5; ++j)
+        {
+            const std::size_t k = 3 * (5 * static_cast<std::size_t>(i) + j);
+            ExpectSameBits(Vertex(tube, i, j), Vec(vertices[k], vertices[k + 1], vertices[k + 2]));
+            ExpectSameBits(Normal(tube, i, j), Vec(normals[k], normals[k + 1], normals[k + 2]));
+            const Vec v = Vertex(tube, i, j);
+            const Vec n = Normal(tube, i, j);
+            EXPECT_EQ(static_cast<float>(v.y), verticesFloat[k + 1]);
+            EXPECT_EQ(static_cast<float>(n.z), normalsFloat[k + 2]);
+        }
+    }
 }
 
 } // namespace
