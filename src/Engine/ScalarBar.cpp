@@ -66,9 +66,12 @@ double PalettePosition(double value, double minimum, double maximum, int logarit
 // stays within the five stops.
 double ClampedPosition(double p)
 {
-    // Written as selects, so that a batch's loop needs no branch: p >= 0 is
-    // false exactly for the negative positions and NaN; -0.0 stays -0.0.
-    return p > 1.0 ? 1.0 : (p >= 0.0 ? p : 0.0);
+    // Written as selects between comparisons that are always made, so that
+    // a batch's loop needs no branch: p >= 0 is false exactly for the
+    // negative positions and NaN; -0.0 stays -0.0.
+    const bool above = p > 1.0;
+    const bool nonNegative = p >= 0.0;
+    return above ? 1.0 : (nonNegative ? p : 0.0);
 }
 
 // channel is in [0, 1] (a convex mix of stops in [0, 1]), so the truncated
@@ -78,53 +81,78 @@ unsigned char ChannelByte(double channel)
     return static_cast<unsigned char>(static_cast<float>(channel) * 255.0f);
 }
 
-// Red, green and blue of position p (after inversion, before clamping) on
-// palette: the segment around p is mixed in double, each channel then goes
-// through float. At the top of the scale (i = 4) there is no segment to mix
-// along; both arms of the select stay within the five stops, so that it
-// needs no branch.
-void PaletteBytes(const double (&palette)[5][3], double p, unsigned char* rgb)
+// Where a clamped position lies on the palette: segment i from 0 to 4 and
+// the fraction f along it.
+void Locate(double clamped, int& i, double& f)
 {
-    const double x = ClampedPosition(p) * 4.0;
-    const int i = static_cast<int>(x);
-    const double f = x - i;
+    const double x = clamped * 4.0;
+    i = static_cast<int>(x);
+    f = x - i;
+}
+
+// The stops at both ends of segment i. At the top of the scale (i = 4) there
+// is no segment; both ends are then stop 4, so that every index stays within
+// the five stops.
+void SegmentEnds(const double (&palette)[5][3], int i, double* low, double* high)
+{
     const int next = i < 4 ? i + 1 : 4;
     for (int c = 0; c < 3; ++c)
     {
-        const double mixed = (1.0 - f) * palette[i][c] + f * palette[next][c];
-        rgb[c] = ChannelByte(i == 4 ? palette[4][c] : mixed);
+        low[c] = palette[i][c];
+        high[c] = palette[next][c];
     }
 }
+
+// One channel at fraction f between the ends of a segment, in double.
+double Mix(double f, double low, double high)
+{
+    return (1.0 - f) * low + f * high;
+}
+
+// The channel at fraction f of segment i. At the top of the scale it is
+// stop 4 itself, not a mix.
+double MixedChannel(int i, double f, double low, double high)
+{
+    return i == 4 ? low : Mix(f, low, high);
+}
+
+// The helpers below make every comparison unconditionally and then select,
+// so that the batch loops built from them need no branch (a comparison made
+// only on one path could not be moved ahead of the choice).
 
 // -1 below [minimum, maximum], 1 above, 0 inside; NaN lies inside.
 int SideOfRange(double value, double minimum, double maximum)
 {
-    if (minimum > value)
-    {
-        return -1;
-    }
-    return value > maximum ? 1 : 0;
+    const bool below = minimum > value;
+    const bool above = value > maximum;
+    return below ? -1 : (above ? 1 : 0);
 }
 
-// value clamped into [minimum, maximum]; NaN stays NaN.
+// value raised to minimum, then lowered to maximum; NaN stays NaN.
 double ClampedValue(double value, double minimum, double maximum)
 {
-    if (minimum > value)
-    {
-        value = minimum;
-    }
-    if (value > maximum)
-    {
-        value = maximum;
-    }
-    return value;
+    const double raised = minimum > value ? minimum : value;
+    return raised > maximum ? maximum : raised;
 }
 
 constexpr int kMaxBlocks = 30;
 
+// Values a batch query takes at a time: its work arrays stay on the stack
+// and in the first-level cache.
+constexpr std::size_t kBatchBlock = 256;
+
 // The lower block edges of the banded colour, edge[0] = minimum up to
 // edge[n], accumulated step by step exactly as the single query walks them,
 // the last one the maximum itself. Sized for the largest block number.
+// Adds 1 to counts[v] for every value at or above edge.
+void CountAtOrAbove(double edge, const double* values, std::size_t n, double* counts)
+{
+    for (std::size_t v = 0; v < n; ++v)
+    {
+        counts[v] += edge <= values[v] ? 1.0 : 0.0;
+    }
+}
+
 struct BlockEdges
 {
     BlockEdges(double minimum, double maximum, int n) : count(n)
@@ -149,17 +177,6 @@ struct BlockEdges
     // block (the maximum, outside the range, not a number).
     int LowerIndex(double value) const
     {
-        if (sorted)
-        {
-            // With rising edges the first block whose upper edge lies above
-            // value is found by counting the edges at or below it.
-            int below = 0;
-            for (int k = 1; k <= count; ++k)
-            {
-                below += edge[k] <= value ? 1 : 0;
-            }
-            return value >= edge[0] ? below : count;
-        }
         for (int k = 1; k <= count; ++k)
         {
             if (edge[k] > value && value >= edge[k - 1])
@@ -168,6 +185,39 @@ struct BlockEdges
             }
         }
         return count;
+    }
+
+    // LowerIndex of n values at once.
+    void LowerIndices(const double* values, std::size_t n, int* index) const
+    {
+        if (!sorted)
+        {
+            std::transform(values, values + n, index,
+                           [this](double value) { return LowerIndex(value); });
+            return;
+        }
+        // With rising edges the first block whose upper edge lies above a
+        // value is found by counting the edges at or below it; edge by edge
+        // over all values, so that the count runs on vectors.
+        // Counted in doubles, as wide as the values, which the vectors
+        // like best.
+        double below[kBatchBlock];
+        const double none = count;
+        const double minimum = edge[0];
+        for (std::size_t v = 0; v < n; ++v)
+        {
+            below[v] = values[v] >= minimum ? 0.0 : none;
+        }
+        // A value below the minimum or not a number lies at or above no
+        // rising edge: its count stays n.
+        for (int k = 1; k <= count; ++k)
+        {
+            CountAtOrAbove(edge[k], values, n, below);
+        }
+        for (std::size_t v = 0; v < n; ++v)
+        {
+            index[v] = static_cast<int>(below[v]);
+        }
     }
 
     int count;
@@ -713,11 +763,15 @@ void CKesraScalarBar::SetOpenGlColor(Color& color, double value, double minimum,
     {
         p = 1.0 - p;
     }
-    unsigned char rgb[3];
-    PaletteBytes(m_palette, p, rgb);
-    color.red = rgb[0];
-    color.green = rgb[1];
-    color.blue = rgb[2];
+    int i = 0;
+    double f = 0.0;
+    Locate(ClampedPosition(p), i, f);
+    double low[3];
+    double high[3];
+    SegmentEnds(m_palette, i, low, high);
+    color.red = ChannelByte(MixedChannel(i, f, low[0], high[0]));
+    color.green = ChannelByte(MixedChannel(i, f, low[1], high[1]));
+    color.blue = ChannelByte(MixedChannel(i, f, low[2], high[2]));
 }
 
 double CKesraScalarBar::FilledValue(double value) const
@@ -821,6 +875,66 @@ void CKesraScalarBar::GetOpenGLColorsByValue(const double* values, std::size_t c
     ColorsOf(values, count, rgba, codes, false);
 }
 
+// The smooth colours of n filled values, in steps over the whole block:
+// position, segment, the segment's stops (looked up one value at a time),
+// and the channels. Only the lookup is not run on vectors.
+void CKesraScalarBar::SmoothBlock(const double* filled, std::size_t n, bool inverse, int* index,
+                                  std::uint32_t* mapped) const
+{
+    double fraction[kBatchBlock];
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const double p = LinearPosition(filled[k], m_minValue, m_colorScaleTop);
+        const double inverted = 1.0 - p;
+        fraction[k] = ClampedPosition(inverse ? inverted : p);
+    }
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        Locate(fraction[k], index[k], fraction[k]);
+    }
+    // The ends of the five segments, low red, green, blue then high.
+    double segments[5][6];
+    for (int i = 0; i < 5; ++i)
+    {
+        SegmentEnds(m_palette, i, segments[i], segments[i] + 3);
+    }
+    double low[3][kBatchBlock];
+    double high[3][kBatchBlock];
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const double* const ends = segments[index[k]];
+        for (int c = 0; c < 3; ++c)
+        {
+            low[c][k] = ends[c];
+            high[c][k] = ends[3 + c];
+        }
+    }
+    unsigned char channel[3][kBatchBlock];
+    for (int c = 0; c < 3; ++c)
+    {
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            low[c][k] = Mix(fraction[k], low[c][k], high[c][k]);
+        }
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            channel[c][k] = ChannelByte(low[c][k]);
+        }
+    }
+    // At the top of the scale the colour is stop 4 itself: chosen on the
+    // bytes, after the mix that has no segment there.
+    const unsigned char topBytes[3] = {ChannelByte(m_palette[4][0]), ChannelByte(m_palette[4][1]),
+                                       ChannelByte(m_palette[4][2])};
+    const std::uint32_t top = PackedColor(topBytes);
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const unsigned char rgba[4] = {channel[0][k], channel[1][k], channel[2][k], 255};
+        std::uint32_t mixed = 0;
+        std::memcpy(&mixed, rgba, sizeof mixed);
+        mapped[k] = index[k] == 4 ? top : mixed;
+    }
+}
+
 void CKesraScalarBar::ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
                                signed char* codes, bool banded) const
 {
@@ -834,7 +948,7 @@ void CKesraScalarBar::ColorsOf(const double* values, std::size_t count, unsigned
     const bool fill = m_fillAllRange == 1;
     const bool single = m_useSingleColor == 1;
     const bool inverse = m_inverse == 1;
-    const std::uint32_t overRange = PackedColor(single ? m_singleColor : m_overRangeColor);
+    const std::uint32_t fixedColor = PackedColor(single ? m_singleColor : m_overRangeColor);
 
     // The banded colour takes only the colours of the n + 1 block edges.
     const bool tabled = banded && m_blockNum >= 1 && m_blockNum <= kMaxBlocks;
@@ -847,38 +961,59 @@ void CKesraScalarBar::ColorsOf(const double* values, std::size_t count, unsigned
         edgeColor[k] = PackedColor(&color.red);
     }
 
-    for (std::size_t k = 0; k < count; ++k)
+    // Values go through in blocks, each step over a whole block at a time,
+    // so that the compiler can run the arithmetic steps on vectors.
+    constexpr std::size_t kBlock = kBatchBlock;
+    double filled[kBlock];
+    int index[kBlock];
+    std::uint32_t mapped[kBlock];
+    for (std::size_t start = 0; start < count; start += kBlock)
     {
-        const double value = values[k];
-        const int side = SideOfRange(value, minimum, maximum);
-        const double filled = fill ? ClampedValue(value, minimum, maximum) : value;
-        std::uint32_t mapped = 0;
+        const std::size_t n = std::min(kBlock, count - start);
+        const double* const block = values + start;
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const double clamped = ClampedValue(block[k], minimum, maximum);
+            filled[k] = fill ? clamped : block[k];
+        }
         if (tabled)
         {
-            mapped = edgeColor[edges.LowerIndex(filled)];
+            edges.LowerIndices(filled, n, index);
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                mapped[k] = edgeColor[index[k]];
+            }
         }
         else if (banded)
         {
             // A block number the setter would refuse, set by a derived class.
-            unsigned char rgb[3];
-            GetOpenGLBandedColorImpl(rgb[0], rgb[1], rgb[2], value);
-            mapped = PackedColor(rgb);
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                unsigned char rgb[3];
+                GetOpenGLBandedColorImpl(rgb[0], rgb[1], rgb[2], block[k]);
+                mapped[k] = PackedColor(rgb);
+            }
         }
         else
         {
-            const double p = LinearPosition(filled, minimum, top);
-            unsigned char rgb[3];
-            PaletteBytes(m_palette, inverse ? 1.0 - p : p, rgb);
-            mapped = PackedColor(rgb);
+            SmoothBlock(filled, n, inverse, index, mapped);
         }
         // Outside the range without fill, and always in single-colour mode,
         // the fixed colour replaces the mapped one.
-        const bool fixed = single || (!fill && side != 0);
-        const std::uint32_t color = fixed ? overRange : mapped;
-        std::memcpy(rgba + 4 * k, &color, sizeof color);
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const int side = SideOfRange(block[k], minimum, maximum);
+            const bool fixed = single || (!fill && side != 0);
+            const std::uint32_t color = fixed ? fixedColor : mapped[k];
+            std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
+        }
         if (codes != nullptr)
         {
-            codes[k] = static_cast<signed char>(fill ? 0 : side);
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                const int side = SideOfRange(block[k], minimum, maximum);
+                codes[start + k] = static_cast<signed char>(fill ? 0 : side);
+            }
         }
     }
 }

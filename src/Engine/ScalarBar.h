@@ -33,6 +33,7 @@
 #include "MathKit/GenColor.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace KesraEngine
@@ -280,6 +281,8 @@ private:
                 bool banded) const;
     void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
                   signed char* codes, bool banded) const;
+    void SmoothBlock(const double* filled, std::size_t n, bool inverse, int* index,
+                     std::uint32_t* mapped) const;
 };
 
 } // namespace KesraEngine
