@@ -9,8 +9,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <ctime>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace KesraBench
@@ -23,29 +21,30 @@ inline double ThreadNanoseconds()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-// The median of 21 timed floor passes, in nanoseconds per item; measured
-// once per case and run, so that every row of a case divides by the same
-// number, and a median as the rows report theirs.
+// The median of 15 timed samples of floor passes, in nanoseconds per item.
+// A sample runs enough passes to last about a millisecond, so that reading
+// the clock (a system call on some virtual machines) does not count. Every
+// row measures its floor right before its own loop, so that both see the
+// same load on the machine.
 template <typename Pass>
-double FloorNsPerItem(const std::string& name, double items, Pass pass)
+double FloorNsPerItem(double items, Pass pass)
 {
-    static std::map<std::string, double> measured;
-    const auto found = measured.find(name);
-    if (found != measured.end())
-    {
-        return found->second;
-    }
-    pass();  // warm the caches and fault the pages in
+    double start = ThreadNanoseconds();
+    pass();  // also warms the caches and faults the pages in
+    const double once = std::max(ThreadNanoseconds() - start, 1.0);
+    const int passes = static_cast<int>(std::clamp(1e6 / once, 1.0, 1e4));
     std::vector<double> times;
-    for (int run = 0; run < 21; ++run)
+    for (int sample = 0; sample < 15; ++sample)
     {
-        const double start = ThreadNanoseconds();
-        pass();
-        times.push_back((ThreadNanoseconds() - start) / items);
+        start = ThreadNanoseconds();
+        for (int run = 0; run < passes; ++run)
+        {
+            pass();
+        }
+        times.push_back((ThreadNanoseconds() - start) / (items * passes));
     }
-    std::nth_element(times.begin(), times.begin() + 10, times.end());
-    measured.emplace(name, times[10]);
-    return times[10];
+    std::nth_element(times.begin(), times.begin() + 7, times.end());
+    return times[7];
 }
 
 // Times the benchmark loop of a row: construct before the loop, Report after.

@@ -58,8 +58,7 @@ void FloorPass()
 template <typename Real>
 double ProjectionFloor()
 {
-    return KesraBench::FloorNsPerItem(sizeof(Real) == 8 ? "points" : "float points", kPoints,
-                                      FloorPass<Real>);
+    return KesraBench::FloorNsPerItem(kPoints, FloorPass<Real>);
 }
 
 KesraTest::TestCamera Camera()

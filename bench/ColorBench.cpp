@@ -58,7 +58,7 @@ void FloorPass()
 
 double ColorFloor()
 {
-    return KesraBench::FloorNsPerItem("colour", kValues, FloorPass);
+    return KesraBench::FloorNsPerItem(kValues, FloorPass);
 }
 
 CKesraScalarBar Bar(bool banded)

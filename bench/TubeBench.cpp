@@ -7,8 +7,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace
@@ -73,8 +71,7 @@ void FloorPass(TubeCase& data)
 double TubeFloor(int nodes)
 {
     TubeCase& data = Data(nodes);
-    return KesraBench::FloorNsPerItem("tube " + std::to_string(nodes), nodes,
-                                      [&data] { FloorPass(data); });
+    return KesraBench::FloorNsPerItem(nodes, [&data] { FloorPass(data); });
 }
 
 void Tube_Floor(benchmark::State& state)
