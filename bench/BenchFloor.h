@@ -40,6 +40,7 @@ double FloorNsPerItem(double items, Pass pass)
         for (int run = 0; run < passes; ++run)
         {
             pass();
+            benchmark::ClobberMemory();
         }
         times.push_back((ThreadNanoseconds() - start) / (items * passes));
     }
@@ -68,5 +69,18 @@ private:
     double m_floorNs;
     double m_start;
 };
+
+// One row: its floor, then body once per benchmark iteration, timed.
+template <typename FloorPass, typename Body>
+void MeasureRow(benchmark::State& state, double items, FloorPass floorPass, Body body)
+{
+    const RowTimer timer(items, FloorNsPerItem(items, floorPass));
+    for (auto _ : state)
+    {
+        body();
+        benchmark::ClobberMemory();
+    }
+    timer.Report(state);
+}
 
 } // namespace KesraBench

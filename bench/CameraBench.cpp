@@ -52,13 +52,6 @@ void FloorPass()
     {
         out[k] = -in[k];
     }
-    benchmark::ClobberMemory();
-}
-
-template <typename Real>
-double ProjectionFloor()
-{
-    return KesraBench::FloorNsPerItem(kPoints, FloorPass<Real>);
 }
 
 KesraTest::TestCamera Camera()
@@ -72,23 +65,14 @@ KesraTest::TestCamera Camera()
 template <typename Real>
 void Project_Floor(benchmark::State& state)
 {
-    const double floor = ProjectionFloor<Real>();
-    const KesraBench::RowTimer timer(kPoints, floor);
-    for (auto _ : state)
-    {
-        FloorPass<Real>();
-    }
-    timer.Report(state);
+    KesraBench::MeasureRow(state, kPoints, FloorPass<Real>, FloorPass<Real>);
 }
 
 void Project_Single(benchmark::State& state)
 {
-    const double floor = ProjectionFloor<double>();
     KesraTest::TestCamera camera = Camera();
     PointCase<double>& data = Data<double>();
-    const KesraBench::RowTimer timer(kPoints, floor);
-    for (auto _ : state)
-    {
+    KesraBench::MeasureRow(state, kPoints, FloorPass<double>, [&] {
         for (std::size_t k = 0; k < 3 * kPoints; k += 3)
         {
             Vec out;
@@ -97,24 +81,17 @@ void Project_Single(benchmark::State& state)
             data.out[k + 1] = out.y;
             data.out[k + 2] = out.z;
         }
-        benchmark::ClobberMemory();
-    }
-    timer.Report(state);
+    });
 }
 
 template <typename Real>
 void Project_Batch(benchmark::State& state)
 {
-    const double floor = ProjectionFloor<Real>();
     KesraTest::TestCamera camera = Camera();
     PointCase<Real>& data = Data<Real>();
-    const KesraBench::RowTimer timer(kPoints, floor);
-    for (auto _ : state)
-    {
+    KesraBench::MeasureRow(state, kPoints, FloorPass<Real>, [&] {
         camera.ProjectPointsWorldToView(data.xyz.data(), kPoints, data.out.data());
-        benchmark::ClobberMemory();
-    }
-    timer.Report(state);
+    });
 }
 
 BENCHMARK_TEMPLATE(Project_Floor, double);

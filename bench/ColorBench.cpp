@@ -53,12 +53,6 @@ void FloorPass()
         const auto folded = static_cast<std::uint32_t>(bits ^ bits >> 32);
         std::memcpy(out + 4 * k, &folded, sizeof folded);
     }
-    benchmark::ClobberMemory();
-}
-
-double ColorFloor()
-{
-    return KesraBench::FloorNsPerItem(kValues, FloorPass);
 }
 
 CKesraScalarBar Bar(bool banded)
@@ -72,46 +66,30 @@ CKesraScalarBar Bar(bool banded)
 
 void Color_Floor(benchmark::State& state)
 {
-    const double floor = ColorFloor();
-    const KesraBench::RowTimer timer(kValues, floor);
-    for (auto _ : state)
-    {
-        FloorPass();
-    }
-    timer.Report(state);
+    KesraBench::MeasureRow(state, kValues, FloorPass, FloorPass);
 }
 
 void Color_Single(benchmark::State& state)
 {
-    const double floor = ColorFloor();
     const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
-    const KesraBench::RowTimer timer(kValues, floor);
-    for (auto _ : state)
-    {
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
         for (std::size_t k = 0; k < kValues; ++k)
         {
             unsigned char* const rgba = &data.rgba[4 * k];
             bar.GetOpenGLColor(rgba[0], rgba[1], rgba[2], data.values[k]);
             rgba[3] = 255;
         }
-        benchmark::ClobberMemory();
-    }
-    timer.Report(state);
+    });
 }
 
 void Color_Batch(benchmark::State& state)
 {
-    const double floor = ColorFloor();
     const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
-    const KesraBench::RowTimer timer(kValues, floor);
-    for (auto _ : state)
-    {
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
         bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
-        benchmark::ClobberMemory();
-    }
-    timer.Report(state);
+    });
 }
 
 BENCHMARK(Color_Floor);

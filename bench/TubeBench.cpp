@@ -65,58 +65,35 @@ void FloorPass(TubeCase& data)
             }
         }
     }
-    benchmark::ClobberMemory();
-}
-
-double TubeFloor(int nodes)
-{
-    TubeCase& data = Data(nodes);
-    return KesraBench::FloorNsPerItem(nodes, [&data] { FloorPass(data); });
 }
 
 void Tube_Floor(benchmark::State& state)
 {
     const int nodes = static_cast<int>(state.range(0));
-    const double floor = TubeFloor(nodes);
     TubeCase& data = Data(nodes);
-    const KesraBench::RowTimer timer(nodes, floor);
-    for (auto _ : state)
-    {
-        FloorPass(data);
-    }
-    timer.Report(state);
+    const auto floor = [&data] { FloorPass(data); };
+    KesraBench::MeasureRow(state, nodes, floor, floor);
 }
 
 void Tube_Generate(benchmark::State& state)
 {
     const int nodes = static_cast<int>(state.range(0));
-    const double floor = TubeFloor(nodes);
     TubeCase& data = Data(nodes);
-    const KesraBench::RowTimer timer(nodes, floor);
-    for (auto _ : state)
-    {
-        benchmark::DoNotOptimize(data.tube.GenerationStreamline3D());
-        benchmark::ClobberMemory();
-    }
-    timer.Report(state);
+    KesraBench::MeasureRow(state, nodes, [&data] { FloorPass(data); },
+                           [&data] { benchmark::DoNotOptimize(data.tube.GenerationStreamline3D()); });
 }
 
 // Generation and the flat copy a vertex buffer takes.
 void Tube_GenerateAndCopy(benchmark::State& state)
 {
     const int nodes = static_cast<int>(state.range(0));
-    const double floor = TubeFloor(nodes);
     TubeCase& data = Data(nodes);
     double* const vertices = data.rings.data();
     double* const normals = vertices + data.rings.size() / 2;
-    const KesraBench::RowTimer timer(nodes, floor);
-    for (auto _ : state)
-    {
+    KesraBench::MeasureRow(state, nodes, [&data] { FloorPass(data); }, [&] {
         data.tube.GenerationStreamline3D();
         benchmark::DoNotOptimize(data.tube.CopyTubeGeometry(vertices, normals));
-        benchmark::ClobberMemory();
-    }
-    timer.Report(state);
+    });
 }
 
 BENCHMARK(Tube_Floor)->ArgName("nodes")->Arg(1000)->Arg(100000);

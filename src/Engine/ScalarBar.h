@@ -279,8 +279,12 @@ private:
     double FilledValue(double value) const;
     int ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue, double value,
                 bool banded) const;
+    // The batch queries' common worker.
     void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
                   signed char* codes, bool banded) const;
+    // The smooth colours, as packed red, green, blue and alpha 255, of up to
+    // one block of values already clamped by fill all range; index is work
+    // space for as many ints.
     void SmoothBlock(const double* filled, std::size_t n, bool inverse, int* index,
                      std::uint32_t* mapped) const;
 };
