@@ -141,9 +141,6 @@ constexpr int kMaxBlocks = 30;
 // and in the first-level cache.
 constexpr std::size_t kBatchBlock = 256;
 
-// The lower block edges of the banded colour, edge[0] = minimum up to
-// edge[n], accumulated step by step exactly as the single query walks them,
-// the last one the maximum itself. Sized for the largest block number.
 // Adds 1 to counts[v] for every value at or above edge.
 void CountAtOrAbove(double edge, const double* values, std::size_t n, double* counts)
 {
@@ -153,6 +150,9 @@ void CountAtOrAbove(double edge, const double* values, std::size_t n, double* co
     }
 }
 
+// The lower block edges of the banded colour, edge[0] = minimum up to
+// edge[n], accumulated step by step exactly as the single query walks them,
+// the last one the maximum itself. Sized for the largest block number.
 struct BlockEdges
 {
     BlockEdges(double minimum, double maximum, int n) : count(n)
@@ -197,10 +197,9 @@ struct BlockEdges
             return;
         }
         // With rising edges the first block whose upper edge lies above a
-        // value is found by counting the edges at or below it; edge by edge
-        // over all values, so that the count runs on vectors.
-        // Counted in doubles, as wide as the values, which the vectors
-        // like best.
+        // value is found by counting the edges at or below it: edge by edge
+        // over all values, and in doubles, as wide as the values, so that
+        // the count runs on vectors.
         double below[kBatchBlock];
         const double none = count;
         const double minimum = edge[0];

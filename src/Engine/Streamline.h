@@ -115,6 +115,11 @@ protected:
     double m_radius;
     // Required positive by Create and kept for the backend; unused here.
     double m_auxiliarySize;
+    // One record per node. While created, each keeps the slice count and at
+    // least S ring vertices and normals that Create gave it: generation and
+    // the flat copy reach them in place, without asking the record. A derived
+    // class that replaces a record or changes its slice count must restore
+    // that before generating.
     std::vector<CKesraStreamlineData> m_nodes;
 
 private:
