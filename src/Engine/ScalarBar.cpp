@@ -224,6 +224,24 @@ struct BlockEdges
     double edge[kMaxBlocks + 1] = {};
 };
 
+// Where byte b (0 red, 1 green, 2 blue, 3 alpha) of a colour lands in the
+// 32 bits that PackedColor makes of it, whatever the byte order.
+int ByteShift(int b)
+{
+    unsigned char bytes[4] = {0, 0, 0, 0};
+    bytes[b] = 1;
+    std::uint32_t packed = 0;
+    std::memcpy(&packed, bytes, sizeof packed);
+    int shift = 0;
+    while ((packed >> shift) != 1)
+    {
+        shift += 8;
+    }
+    return shift;
+}
+
+// Red, green, blue and alpha 255 as four bytes in that order, held as one
+// 32-bit value to be copied out whole.
 std::uint32_t PackedColor(const unsigned char* rgb)
 {
     const unsigned char rgba[4] = {rgb[0], rgb[1], rgb[2], 255};
@@ -908,16 +926,14 @@ void CKesraScalarBar::SmoothBlock(const double* filled, std::size_t n, bool inve
             high[c][k] = ends[3 + c];
         }
     }
-    unsigned char channel[3][kBatchBlock];
+    // Channel bytes held in 32 bits, as wide as the packed colour, so that
+    // packing runs on vectors too.
+    std::uint32_t channel[3][kBatchBlock];
     for (int c = 0; c < 3; ++c)
     {
         for (std::size_t k = 0; k < n; ++k)
         {
-            low[c][k] = Mix(fraction[k], low[c][k], high[c][k]);
-        }
-        for (std::size_t k = 0; k < n; ++k)
-        {
-            channel[c][k] = ChannelByte(low[c][k]);
+            channel[c][k] = ChannelByte(Mix(fraction[k], low[c][k], high[c][k]));
         }
     }
     // At the top of the scale the colour is stop 4 itself: chosen on the
@@ -925,11 +941,14 @@ void CKesraScalarBar::SmoothBlock(const double* filled, std::size_t n, bool inve
     const unsigned char topBytes[3] = {ChannelByte(m_palette[4][0]), ChannelByte(m_palette[4][1]),
                                        ChannelByte(m_palette[4][2])};
     const std::uint32_t top = PackedColor(topBytes);
+    const int red = ByteShift(0);
+    const int green = ByteShift(1);
+    const int blue = ByteShift(2);
+    const std::uint32_t alpha = std::uint32_t{255} << ByteShift(3);
     for (std::size_t k = 0; k < n; ++k)
     {
-        const unsigned char rgba[4] = {channel[0][k], channel[1][k], channel[2][k], 255};
-        std::uint32_t mixed = 0;
-        std::memcpy(&mixed, rgba, sizeof mixed);
+        const std::uint32_t mixed =
+            channel[0][k] << red | channel[1][k] << green | channel[2][k] << blue | alpha;
         mapped[k] = index[k] == 4 ? top : mixed;
     }
 }
