@@ -83,6 +83,27 @@ void Tube_Generate(benchmark::State& state)
                            [&data] { benchmark::DoNotOptimize(data.tube.GenerationStreamline3D()); });
 }
 
+// Generation and every vertex and normal read back one call each, as a host
+// fills a vertex buffer without the flat copy.
+void Tube_GenerateAndReadEach(benchmark::State& state)
+{
+    const int nodes = static_cast<int>(state.range(0));
+    TubeCase& data = Data(nodes);
+    const std::size_t normals = data.rings.size() / 2;
+    KesraBench::MeasureRow(state, nodes, [&data] { FloorPass(data); }, [&] {
+        data.tube.GenerationStreamline3D();
+        double* out = data.rings.data();
+        for (int i = 0; i < nodes; ++i)
+        {
+            for (int j = 0; j < kSlices; ++j, out += 3)
+            {
+                data.tube.GetSliceNodeCoord(i, j, out);
+                data.tube.GetSliceNodeNormal(i, j, out + normals);
+            }
+        }
+    });
+}
+
 // Generation and the flat copy a vertex buffer takes.
 void Tube_GenerateAndCopy(benchmark::State& state)
 {
@@ -98,6 +119,7 @@ void Tube_GenerateAndCopy(benchmark::State& state)
 
 BENCHMARK(Tube_Floor)->ArgName("nodes")->Arg(1000)->Arg(100000);
 BENCHMARK(Tube_Generate)->ArgName("nodes")->Arg(1000)->Arg(100000);
+BENCHMARK(Tube_GenerateAndReadEach)->ArgName("nodes")->Arg(1000)->Arg(100000);
 BENCHMARK(Tube_GenerateAndCopy)->ArgName("nodes")->Arg(1000)->Arg(100000);
 
 } // namespace
