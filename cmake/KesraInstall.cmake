@@ -77,9 +77,12 @@ endfunction()
 # KesraEngine::<export_name> for the host, its headers keep the paths under
 # <header_base> (so "svg/SvgCamera.h" stays "svg/SvgCamera.h"), and each
 # DEPENDENCIES entry becomes a find_dependency() call of the component, such
-# as "OpenGL COMPONENTS OpenGL EGL".
+# as "OpenGL COMPONENTS OpenGL EGL". A backend that needs more than the
+# library names its own Debian package (DEB_PACKAGE) and the Debian packages
+# its host must have to build against it (DEB_DEPENDS); the others go into the
+# development package.
 function(kesra_install_backend target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;EXPORT_NAME" "DEPENDENCIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;EXPORT_NAME;DEB_PACKAGE" "DEPENDENCIES;DEB_DEPENDS")
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${arg_EXPORT_NAME})
   install(TARGETS ${target}
     EXPORT KesraEngine${arg_COMPONENT}Targets
@@ -102,4 +105,9 @@ function(kesra_install_backend target)
     DESTINATION ${KESRA_INSTALL_CMAKEDIR}
     COMPONENT ${arg_COMPONENT})
   set_property(GLOBAL APPEND PROPERTY KESRA_INSTALLED_BACKENDS ${arg_COMPONENT})
+  if(arg_DEB_PACKAGE)
+    set_property(GLOBAL PROPERTY KESRA_${arg_COMPONENT}_DEB_PACKAGE ${arg_DEB_PACKAGE})
+    list(JOIN arg_DEB_DEPENDS ", " deb_depends)
+    set_property(GLOBAL PROPERTY KESRA_${arg_COMPONENT}_DEB_DEPENDS "${deb_depends}")
+  endif()
 endfunction()
