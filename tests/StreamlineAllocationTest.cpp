@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <vector>
 
 namespace
 {
@@ -43,6 +44,34 @@ TEST(StreamlineAllocationTest, GenerationAllocatesNothing)
             EXPECT_TRUE(generated);
         }
     }
+}
+
+// The calls a host makes per frame or per change on many values: each works
+// in the caller's arrays.
+TEST(StreamlineAllocationTest, BatchCallsAllocateNothing)
+{
+    TestStreamline tube;
+    ASSERT_TRUE(tube.Create(4, 8, 0.5, 1.0));
+    std::vector<double> vertices(3 * 4 * 8);
+    std::vector<float> normals(vertices.size());
+    EXPECT_EQ(0, AllocationsDuring([&] {
+                  tube.CopyTubeGeometry(vertices.data(), nullptr);
+                  tube.CopyTubeGeometry(nullptr, normals.data());
+              }));
+
+    KesraEngine::CKesraScalarBar bar;
+    bar.SetBanded(1);
+    const double values[4] = {-1.0, 0.3, 0.6, 2.0};
+    unsigned char rgba[16];
+    signed char codes[4];
+    EXPECT_EQ(0, AllocationsDuring([&] {
+                  bar.GetOpenGLColors(values, 4, rgba, codes);
+                  bar.GetOpenGLColorsByValue(values, 4, rgba, codes);
+              }));
+
+    KesraTest::TestCamera camera(640, 480);
+    double projected[12];
+    EXPECT_EQ(0, AllocationsDuring([&] { camera.ProjectPointsWorldToView(values, 1, projected); }));
 }
 
 } // namespace

@@ -365,11 +365,20 @@ void CSvgRenderer::AddQuad(const Vector (&corners)[4], const Vector& normalSum, 
 void CSvgRenderer::AddSurfaceQuads(const SurfaceMesh& surface)
 {
     const int count = static_cast<int>(std::min(surface.points.size(), surface.normals.size()));
-    std::vector<Vector> window(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
+    // The points in window pixels, projected in one batch.
+    std::vector<double> xyz(3 * static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i)
     {
-        m_camera->ProjectPointWorldToView(surface.points[static_cast<std::size_t>(i)],
-                                          window[static_cast<std::size_t>(i)]);
+        const Vector& p = surface.points[i];
+        xyz[3 * i] = p.x;
+        xyz[3 * i + 1] = p.y;
+        xyz[3 * i + 2] = p.z;
+    }
+    m_camera->ProjectPointsWorldToView(xyz.data(), static_cast<std::size_t>(count), xyz.data());
+    std::vector<Vector> window(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < window.size(); ++i)
+    {
+        window[i] = Vector(xyz[3 * i], xyz[3 * i + 1], xyz[3 * i + 2]);
     }
     for (const std::array<int, 4>& indices : surface.quads)
     {

@@ -5,6 +5,7 @@
 #include "svg/SvgRenderer.h"
 
 #include <utility>
+#include <vector>
 
 namespace KesraSvg
 {
@@ -32,24 +33,19 @@ void CSvgStreamline::DrawStreamline(KesraEngine::CKesraRenderer& renderer)
     }
     const int nodes = m_nodeCount;
     const int slices = m_sliceCount;
-    std::vector<Vector> window(static_cast<std::size_t>(nodes) * slices);
-    std::vector<Vector> normals(window.size());
-    for (int i = 0; i < nodes; ++i)
-    {
-        for (int j = 0; j < slices; ++j)
-        {
-            double vertex[3] = {0.0, 0.0, 0.0};
-            double normal[3] = {0.0, 0.0, 0.0};
-            GetSliceNodeCoord(i, j, vertex);
-            GetSliceNodeNormal(i, j, normal);
-            const std::size_t k = static_cast<std::size_t>(i) * slices + j;
-            camera->ProjectPointWorldToView(Vector(vertex[0], vertex[1], vertex[2]), window[k]);
-            normals[k] = Vector(normal[0], normal[1], normal[2]);
-        }
-    }
+    const std::size_t vertices = static_cast<std::size_t>(nodes) * slices;
+    // Every ring vertex in window pixels, projected in place in one batch.
+    std::vector<double> window(3 * vertices);
+    std::vector<double> normals(3 * vertices);
+    CopyTubeGeometry(window.data(), normals.data());
+    camera->ProjectPointsWorldToView(window.data(), vertices, window.data());
+    const auto at = [](const std::vector<double>& xyz, std::size_t k) {
+        return Vector(xyz[3 * k], xyz[3 * k + 1], xyz[3 * k + 2]);
+    };
+    const std::vector<Color> colors = QuadColors();
     for (int i = 0; i + 1 < nodes; ++i)
     {
-        const Color base = QuadColor(i);
+        const Color base = colors[static_cast<std::size_t>(i)];
         for (int j = 0; j < slices; ++j)
         {
             const int nextJ = (j + 1) % slices;
@@ -65,8 +61,8 @@ void CSvgStreamline::DrawStreamline(KesraEngine::CKesraRenderer& renderer)
             Vector normal;
             for (int k = 0; k < 4; ++k)
             {
-                corners[k] = window[indices[k]];
-                normal = normal + normals[indices[k]];
+                corners[k] = at(window, indices[k]);
+                normal = normal + at(normals, indices[k]);
             }
             svg->AddQuad(corners, normal, base);
         }
@@ -80,19 +76,33 @@ void CSvgStreamline::SetNodeValues(std::vector<double> values,
     m_legend = legend;
 }
 
-Color CSvgStreamline::QuadColor(int i) const
+std::vector<Color> CSvgStreamline::QuadColors() const
 {
-    const std::size_t node = static_cast<std::size_t>(i);
+    const std::size_t quads = m_nodes.size() - 1;
+    std::vector<Color> colors(quads, Color{0, 0, 0, 255});
     if (m_legend != nullptr && m_legend->GetBanded() == 1 && m_values.size() >= m_nodes.size())
     {
-        Color color{0, 0, 0, 255};
-        m_legend->GetOpenGLColor(color.red, color.green, color.blue,
-                                 0.5 * (m_values[node] + m_values[node + 1]));
-        return color;
+        std::vector<double> means(quads);
+        for (std::size_t node = 0; node < quads; ++node)
+        {
+            means[node] = 0.5 * (m_values[node] + m_values[node + 1]);
+        }
+        // Four bytes a colour, red, green, blue and alpha, as Color holds them.
+        std::vector<unsigned char> rgba(4 * quads);
+        m_legend->GetOpenGLColors(means.data(), quads, rgba.data());
+        for (std::size_t node = 0; node < quads; ++node)
+        {
+            colors[node] = Color{rgba[4 * node], rgba[4 * node + 1], rgba[4 * node + 2], 255};
+        }
+        return colors;
     }
-    const unsigned char* a = m_nodes[node].GetColor();
-    const unsigned char* b = m_nodes[node + 1].GetColor();
-    return Color{Mean(a[0], b[0]), Mean(a[1], b[1]), Mean(a[2], b[2]), 255};
+    for (std::size_t node = 0; node < quads; ++node)
+    {
+        const unsigned char* a = m_nodes[node].GetColor();
+        const unsigned char* b = m_nodes[node + 1].GetColor();
+        colors[node] = Color{Mean(a[0], b[0]), Mean(a[1], b[1]), Mean(a[2], b[2]), 255};
+    }
+    return colors;
 }
 
 CSvgStreamline* CSvgStreamlineFactory::MakeStreamline()

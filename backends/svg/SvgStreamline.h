@@ -1,8 +1,8 @@
 // CSvgStreamline: a tube drawn into SVG frames, and the factory that makes
 // such tubes.
 //
-// Drawing projects every ring vertex with the renderer's camera
-// (ProjectPointWorldToView: window pixels, y up, view depth) and hands the
+// Drawing projects every ring vertex with the renderer's camera in one batch
+// (ProjectPointsWorldToView: window pixels, y up, view depth) and hands the
 // renderer one quadrilateral per pair of neighbouring vertices on
 // consecutive rings, for it to paint those of all tubes back to front.
 // Quadrilaterals whose outward side faces away from the viewer are left out:
@@ -45,8 +45,9 @@ public:
     void SetNodeValues(std::vector<double> values, const KesraEngine::CKesraScalarBar* legend);
 
 private:
-    // The base colour of the quadrilaterals between node i and node i + 1.
-    Color QuadColor(int i) const;
+    // The base colours of the quadrilaterals, element i for those between
+    // node i and node i + 1.
+    std::vector<Color> QuadColors() const;
 
     std::vector<double> m_values;
     const KesraEngine::CKesraScalarBar* m_legend = nullptr;

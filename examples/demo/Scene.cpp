@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <vector>
 
 namespace KesraDemo
 {
@@ -151,14 +152,15 @@ void DemoScene::BuildTubes(const std::vector<FlowLine>& lines)
         {
             continue;
         }
+        // The nodes' colours in one batch, four bytes each with alpha 255.
+        std::vector<unsigned char> rgba(4 * static_cast<std::size_t>(nodes));
+        m_legend.GetOpenGLColors(line.speeds.data(), static_cast<std::size_t>(nodes), rgba.data());
         for (int i = 0; i < nodes; ++i)
         {
             const Vec3& p = line.points[static_cast<std::size_t>(i)];
             double xyz[3] = {p.x, p.y, p.z};
             tube->SetNodeCoord(i, xyz);
-            unsigned char rgb[3] = {0, 0, 0};
-            m_legend.GetOpenGLColor(rgb[0], rgb[1], rgb[2], line.speeds[static_cast<std::size_t>(i)]);
-            tube->SetStreamlineNodeColor(i, rgb[0], rgb[1], rgb[2], 255);
+            tube->SetNodeColor(i, &rgba[4 * static_cast<std::size_t>(i)]);
             for (int axis = 0; axis < 3; ++axis)
             {
                 low[axis] = std::min(low[axis], static_cast<float>(xyz[axis] - kTubeRadius));

@@ -1,17 +1,72 @@
 #include "SceneSource.h"
 
+#include "VtkReader.h"
+
+#include <filesystem>
+
 namespace KesraViewer
 {
 
-bool LoadScene(const std::string& file, SceneData& data, std::string& error)
+namespace
 {
-    if (!file.empty())
+
+// The lines of a polydata file with the scalar (or, without one, the height
+// z) at every point; the reader has checked the points, indices and the
+// scalar's length. Consecutive repeated points are dropped: a tube segment
+// needs a direction. False with error set when no line is left to draw.
+bool FromPolyLines(const KesraVtk::PolyLines& poly, const std::string& file, SceneData& data,
+                   std::string& error)
+{
+    const bool hasScalar = !poly.scalars.empty();
+    for (std::size_t line = 0; line < poly.LineCount(); ++line)
     {
-        error = file + ": this build reads no VTK files";
+        ScalarLine scalarLine;
+        for (std::size_t k = poly.lineOffsets[line]; k < poly.lineOffsets[line + 1]; ++k)
+        {
+            const std::size_t index = poly.connectivity[k];
+            const Vec3 p(poly.points[3 * index], poly.points[3 * index + 1], poly.points[3 * index + 2]);
+            if (!scalarLine.points.empty() && scalarLine.points.back().x == p.x
+                && scalarLine.points.back().y == p.y && scalarLine.points.back().z == p.z)
+            {
+                continue;
+            }
+            scalarLine.points.push_back(p);
+            scalarLine.values.push_back(hasScalar ? poly.scalars[index] : p.z);
+        }
+        if (scalarLine.points.size() >= 2)
+        {
+            data.lines.push_back(std::move(scalarLine));
+        }
+    }
+    if (data.lines.empty())
+    {
+        error = file + ": no line with two or more distinct points to draw";
         return false;
     }
-    data = FlowSceneData();
+    data.title = std::filesystem::path(file).filename().string();
+    data.valueName = hasScalar ? poly.scalarName : "z";
     return true;
+}
+
+} // namespace
+
+bool LoadScene(const std::string& file, SceneData& data, std::string& error)
+{
+    if (file.empty())
+    {
+        data = FlowSceneData();
+        return true;
+    }
+    try
+    {
+        data = SceneData();
+        return FromPolyLines(KesraVtk::ReadVtkFile(file), file, data, error);
+    }
+    catch (const KesraVtk::VtkError& refusal)
+    {
+        error = refusal.what();
+        return false;
+    }
 }
 
 } // namespace KesraViewer

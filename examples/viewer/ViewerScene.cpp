@@ -129,8 +129,13 @@ void ViewerScene::BuildTubes()
                 low[axis] = std::min(low[axis], static_cast<float>(xyz[axis]));
                 high[axis] = std::max(high[axis], static_cast<float>(xyz[axis]));
             }
-            minimum = std::min(minimum, line.values[i]);
-            maximum = std::max(maximum, line.values[i]);
+            // A value that is not finite (a file's undefined point) takes the
+            // colour the legend gives it but does not stretch the range.
+            if (std::isfinite(line.values[i]))
+            {
+                minimum = std::min(minimum, line.values[i]);
+                maximum = std::max(maximum, line.values[i]);
+            }
         }
     }
     if (minimum > maximum)
@@ -144,7 +149,7 @@ void ViewerScene::BuildTubes()
     const double diagonal = std::sqrt(std::pow(high[0] - low[0], 2.0) + std::pow(high[1] - low[1], 2.0)
                                       + std::pow(high[2] - low[2], 2.0));
     const double radius = m_data.tubeRadius > 0.0 ? m_data.tubeRadius
-                                                  : std::max(diagonal * 0.003, 1e-6);
+                                                  : std::max(diagonal * 0.005, 1e-6);
     for (int axis = 0; axis < 3; ++axis)
     {
         m_box[2 * axis] = low[axis] - static_cast<float>(radius);
@@ -197,6 +202,10 @@ void ViewerScene::BuildTips()
     {
         for (std::size_t i = 0; i < line.values.size(); ++i)
         {
+            if (!std::isfinite(line.values[i]))
+            {
+                continue;
+            }
             if (fastLine == nullptr || line.values[i] > fastLine->values[fast])
             {
                 fastLine = &line;

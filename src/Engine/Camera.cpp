@@ -490,6 +490,50 @@ void CKesraCamera::ProjectPointWorldToView(const float* in, float* out)
     out[2] = static_cast<float>(projected.z);
 }
 
+namespace
+{
+
+// Projects count points through w, a local copy, so that the stores to out
+// need not reload it. Each point is read whole before it is written, which
+// lets out be in itself.
+template <typename Real>
+void ProjectThrough(const KesraMathKit::TKesraMatrix4<double> w, const Real* in,
+                    std::size_t count, Real* out)
+{
+    for (std::size_t k = 0; k < 3 * count; k += 3)
+    {
+        const KesraMathKit::TKesraVector3<double> point(
+            static_cast<double>(in[k]), static_cast<double>(in[k + 1]),
+            static_cast<double>(in[k + 2]));
+        const KesraMathKit::TKesraVector3<double> projected = w.TransformPoint(point);
+        out[k] = static_cast<Real>(projected.x);
+        out[k + 1] = static_cast<Real>(projected.y);
+        out[k + 2] = static_cast<Real>(projected.z);
+    }
+}
+
+} // namespace
+
+void CKesraCamera::ProjectPointsWorldToView(const double* xyz, std::size_t count, double* out)
+{
+    if (xyz == nullptr || out == nullptr)
+    {
+        return;
+    }
+    UpdateWorldToViewMatrix();
+    ProjectThrough(m_worldToViewMatrix, xyz, count, out);
+}
+
+void CKesraCamera::ProjectPointsWorldToView(const float* xyz, std::size_t count, float* out)
+{
+    if (xyz == nullptr || out == nullptr)
+    {
+        return;
+    }
+    UpdateWorldToViewMatrix();
+    ProjectThrough(m_worldToViewMatrix, xyz, count, out);
+}
+
 // ---- Rotation angles and standard views -------------------------------------------
 
 void CKesraCamera::SetRotationFromAngles(double a, double b, double c)

@@ -173,6 +173,13 @@ public:
     void ProjectPointWorldToView(const Vector& in, Vector& out);
     // The same on three floats, computed in double; null arrays are refused.
     void ProjectPointWorldToView(const float* in, float* out);
+    // count points at once: xyz holds x, y, z of each point in turn, out
+    // receives three values per point, each exactly what the single
+    // projection gives. W is refreshed once for the batch. out may be xyz
+    // itself; null arrays are refused.
+    void ProjectPointsWorldToView(const double* xyz, std::size_t count, double* out);
+    // The same on floats, computed in double as the single float projection.
+    void ProjectPointsWorldToView(const float* xyz, std::size_t count, float* out);
 
     // ---- Observers' notification -----------------------------------------
 

@@ -32,6 +32,8 @@
 #include "MathKit/Export.h"
 #include "MathKit/GenColor.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace KesraEngine
@@ -196,6 +198,17 @@ public:
     int GetOpenGLColorByValue(unsigned char& red, unsigned char& green, unsigned char& blue,
                               double value) const;
 
+    // The colours of count values at once: four bytes per value, red, green
+    // and blue as GetOpenGLColor gives them for that value, bit for bit, and
+    // alpha 255, ready for a vertex buffer; codes, unless null, receives each
+    // value's -1, 0 or 1. The per-call work (palette scale, block edges) is
+    // done once per batch. Nothing is written when values or rgba is null.
+    void GetOpenGLColors(const double* values, std::size_t count, unsigned char* rgba,
+                         signed char* codes = nullptr) const;
+    // The same for GetOpenGLColorByValue: smooth whatever the banded switch.
+    void GetOpenGLColorsByValue(const double* values, std::size_t count, unsigned char* rgba,
+                                signed char* codes = nullptr) const;
+
 protected:
     // Places value on the palette between minimum and maximum (linearly, or
     // by natural logarithms of |value| when logarithmic is non-zero) and
@@ -266,6 +279,14 @@ private:
     double FilledValue(double value) const;
     int ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue, double value,
                 bool banded) const;
+    // The batch queries' common worker.
+    void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                  signed char* codes, bool banded) const;
+    // The smooth colours, as packed red, green, blue and alpha 255, of up to
+    // one block of values already clamped by fill all range; index is work
+    // space for as many ints.
+    void SmoothBlock(const double* filled, std::size_t n, bool inverse, int* index,
+                     std::uint32_t* mapped) const;
 };
 
 } // namespace KesraEngine

@@ -37,20 +37,6 @@ Vector NodePosition(const CKesraStreamlineData& record)
     return Vector(xyz[0], xyz[1], xyz[2]);
 }
 
-// The records are sized by Create, so every ring index below the slice count
-// is in range.
-Vector RingVertex(const CKesraStreamlineData& record, int slice)
-{
-    double xyz[3] = {0.0, 0.0, 0.0};
-    record.GetSliceNodeCoord(slice, xyz);
-    return Vector(xyz[0], xyz[1], xyz[2]);
-}
-
-void SetRingVertex(CKesraStreamlineData& record, int slice, const Vector& v)
-{
-    record.SetSliceNodeCoord(slice, v.x, v.y, v.z);
-}
-
 // Angles in degrees of the rotations Rx(a) and Ry(b) that turn the z axis of
 // the first ring's frame onto the first segment delta. Coincident nodes give
 // no direction: both angles stay 0 and the ring lies in a plane z = const.
@@ -86,16 +72,31 @@ Vector Bisector(const Vector& incoming, const Vector& outgoing)
     return Unit((outgoing + incoming) * 0.5);
 }
 
-// Slides vertex slice of the previous ring along direction onto plane, into
+// Slides every vertex of the previous ring along direction onto plane, into
 // the same vertex of ring; a vertex the ray cannot reach keeps its value.
-void CarryVertex(const CKesraStreamlineData& previous, CKesraStreamlineData& ring, int slice,
-                 const Vector& direction, const Plane& plane)
+void CarryRing(const Vector* previous, Vector* ring, int slices, const Vector& direction,
+               const Plane& plane)
 {
-    const Ray ray(RingVertex(previous, slice), direction);
-    RayPlaneQuery query(ray, plane);
-    if (query.Find())
+    for (int j = 0; j < slices; ++j)
     {
-        SetRingVertex(ring, slice, ray.origin + direction * query.GetRayParameter());
+        const Ray ray(previous[j], direction);
+        RayPlaneQuery query(ray, plane);
+        if (query.Find())
+        {
+            ring[j] = ray.origin + direction * query.GetRayParameter();
+        }
+    }
+}
+
+// Writes count vectors as 3 * count numbers.
+template <typename Real>
+void CopyVectors(const Vector* from, int count, Real* to)
+{
+    for (int j = 0; j < count; ++j)
+    {
+        to[3 * j] = static_cast<Real>(from[j].x);
+        to[3 * j + 1] = static_cast<Real>(from[j].y);
+        to[3 * j + 2] = static_cast<Real>(from[j].z);
     }
 }
 
@@ -272,10 +273,19 @@ bool CKesraStreamline::GenerationStreamline3D()
     return true;
 }
 
+Vector* CKesraStreamline::RingVertices(std::size_t node)
+{
+    return m_nodes[node].m_sliceNodeCoords.data();
+}
+
+Vector* CKesraStreamline::RingNormals(std::size_t node)
+{
+    return m_nodes[node].m_sliceNodeNormals.data();
+}
+
 void CKesraStreamline::Streamline3DFirstSlice()
 {
-    CKesraStreamlineData& first = m_nodes[0];
-    const Vector origin = NodePosition(first);
+    const Vector origin = NodePosition(m_nodes[0]);
 
     double angleA = 0.0;
     double angleB = 0.0;
@@ -290,65 +300,101 @@ void CKesraStreamline::Streamline3DFirstSlice()
     // j * step, so that rings match the hosts' own vertices to the last bit.
     const double step = Math::TWO_PI / static_cast<double>(m_sliceCount);
     double theta = 0.0;
+    Vector* const ring = RingVertices(0);
     for (int j = 0; j < m_sliceCount; ++j)
     {
         const Vector onCircle(m_radius * std::cos(theta), m_radius * std::sin(theta), 0.0);
-        SetRingVertex(first, j, frame.TransformPoint(onCircle));
+        ring[j] = frame.TransformPoint(onCircle);
         theta += step;
     }
 }
 
 void CKesraStreamline::Streamline3DSliceNodes()
 {
-    for (int i = 1; i < m_nodeCount; ++i)
+    const std::size_t last = static_cast<std::size_t>(m_nodeCount) - 1;
+    // A segment's direction is outgoing at one node and incoming at the next:
+    // it is normalised once.
+    Vector incoming = Unit(NodePosition(m_nodes[1]) - NodePosition(m_nodes[0]));
+    for (std::size_t i = 1; i <= last; ++i)
     {
-        const std::size_t index = static_cast<std::size_t>(i);
-        const Vector node = NodePosition(m_nodes[index]);
-        const Vector incoming = Unit(node - NodePosition(m_nodes[index - 1]));
-        const Vector normal = i < m_nodeCount - 1
-                                  ? Bisector(incoming, Unit(NodePosition(m_nodes[index + 1]) - node))
-                                  : incoming;
+        const Vector node = NodePosition(m_nodes[i]);
+        const Vector outgoing = i < last ? Unit(NodePosition(m_nodes[i + 1]) - node) : incoming;
+        const Vector normal = i < last ? Bisector(incoming, outgoing) : incoming;
         const Plane cuttingPlane(normal, normal.Dot(node));
-        for (int j = 0; j < m_sliceCount; ++j)
-        {
-            CarryVertex(m_nodes[index - 1], m_nodes[index], j, incoming, cuttingPlane);
-        }
+        CarryRing(RingVertices(i - 1), RingVertices(i), m_sliceCount, incoming, cuttingPlane);
+        incoming = outgoing;
     }
 }
 
 void CKesraStreamline::Streamline3DSliceNormals()
 {
-    const int lastNode = m_nodeCount - 1;
+    const std::size_t lastNode = static_cast<std::size_t>(m_nodeCount) - 1;
     const int lastSlice = m_sliceCount - 1;
-    for (int i = 0; i <= lastNode; ++i)
+    for (std::size_t i = 0; i <= lastNode; ++i)
     {
-        const std::size_t index = static_cast<std::size_t>(i);
-        CKesraStreamlineData& ring = m_nodes[index];
+        const Vector* const ring = RingVertices(i);
+        const Vector* const back = i > 0 ? RingVertices(i - 1) : nullptr;
+        const Vector* const front = i < lastNode ? RingVertices(i + 1) : nullptr;
+        Vector* const normals = RingNormals(i);
         for (int j = 0; j <= lastSlice; ++j)
         {
-            const Vector q = RingVertex(ring, j);
-            const Vector toNext = RingVertex(ring, j == lastSlice ? 0 : j + 1) - q;
-            const Vector toPrevious = RingVertex(ring, j == 0 ? lastSlice : j - 1) - q;
+            const Vector q = ring[j];
+            const Vector toNext = ring[j == lastSlice ? 0 : j + 1] - q;
+            const Vector toPrevious = ring[j == 0 ? lastSlice : j - 1] - q;
 
             Vector sum(0.0, 0.0, 0.0);
-            if (i > 0)
+            if (back != nullptr)
             {
-                const Vector toBack = RingVertex(m_nodes[index - 1], j) - q;
+                const Vector toBack = back[j] - q;
                 AddCornerTerm(sum, toNext, toBack);
                 AddCornerTerm(sum, toBack, toPrevious);
             }
-            if (i < lastNode)
+            if (front != nullptr)
             {
-                const Vector toFront = RingVertex(m_nodes[index + 1], j) - q;
+                const Vector toFront = front[j] - q;
                 AddCornerTerm(sum, toFront, toNext);
                 AddCornerTerm(sum, toPrevious, toFront);
             }
             // The corner terms point into the tube; the stored normal points
             // away from its axis.
-            const Vector outward = -Unit(sum);
-            ring.SetSliceNodeNormal(j, outward.x, outward.y, outward.z);
+            normals[j] = -Unit(sum);
         }
     }
+}
+
+// ---- Flat copies ------------------------------------------------------------
+
+template <typename Real>
+bool CKesraStreamline::CopyRings(Real* vertices, Real* normals) const
+{
+    if (!m_created)
+    {
+        return false;
+    }
+    const std::size_t stride = 3 * static_cast<std::size_t>(m_sliceCount);
+    for (std::size_t i = 0; i < m_nodes.size(); ++i)
+    {
+        const CKesraStreamlineData& record = m_nodes[i];
+        if (vertices != nullptr)
+        {
+            CopyVectors(record.m_sliceNodeCoords.data(), m_sliceCount, vertices + i * stride);
+        }
+        if (normals != nullptr)
+        {
+            CopyVectors(record.m_sliceNodeNormals.data(), m_sliceCount, normals + i * stride);
+        }
+    }
+    return true;
+}
+
+bool CKesraStreamline::CopyTubeGeometry(double* vertices, double* normals) const
+{
+    return CopyRings(vertices, normals);
+}
+
+bool CKesraStreamline::CopyTubeGeometry(float* vertices, float* normals) const
+{
+    return CopyRings(vertices, normals);
 }
 
 } // namespace KesraEngine

@@ -18,7 +18,8 @@
 //   quadrilaterals meeting at its vertex, (0, 0, 0) where there is none.
 //
 // Generation allocates nothing: Create sizes every record, and each plane
-// query lives on the stack.
+// query lives on the stack. Each segment's direction is normalised once, and
+// the rings are walked in place, vertex after vertex.
 //
 // The class is the base of a drawing backend's streamline: its constructor is
 // protected and its one abstract operation, which the library never calls,
@@ -29,6 +30,7 @@
 #include "MathKit/Export.h"
 #include "MathKit/Vector3.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace KesraEngine
@@ -95,6 +97,14 @@ public:
     // the node positions and returns true.
     bool GenerationStreamline3D();
 
+    // Copies every ring vertex and every normal into flat arrays for a vertex
+    // buffer, in one pass: x, y, z of vertex (node i, ring index j) at
+    // 3 * (i * S + j), 3 * N * S values per array. Either array may be null
+    // and is then skipped. False, nothing written, when not created.
+    bool CopyTubeGeometry(double* vertices, double* normals) const;
+    // The same narrowed to float, as a graphics interface takes it.
+    bool CopyTubeGeometry(float* vertices, float* normals) const;
+
 protected:
     CKesraStreamline();
 
@@ -105,12 +115,23 @@ protected:
     double m_radius;
     // Required positive by Create and kept for the backend; unused here.
     double m_auxiliarySize;
+    // One record per node. While created, each keeps the slice count and at
+    // least S ring vertices and normals that Create gave it: generation and
+    // the flat copy reach them in place, without asking the record. A derived
+    // class that replaces a record or changes its slice count must restore
+    // that before generating.
     std::vector<CKesraStreamlineData> m_nodes;
 
 private:
     bool IsNode(int node) const;
     bool IsRingVertex(int node, int slice) const;
     void ReleaseNodes();
+    // The ring vertices and normals of a node's record, in place; while
+    // created each holds at least S entries.
+    Vector* RingVertices(std::size_t node);
+    Vector* RingNormals(std::size_t node);
+    template <typename Real>
+    bool CopyRings(Real* vertices, Real* normals) const;
 
     // The three generation stages, in the order they run.
     void Streamline3DFirstSlice();

@@ -20,6 +20,8 @@
 namespace KesraEngine
 {
 
+class CKesraStreamline;
+
 class KESRA_ENGINE_API CKesraStreamlineData
 {
 public:
@@ -53,6 +55,10 @@ public:
     bool GetSliceNodeNormal(int index, double* const xyz) const;
 
 private:
+    // The tube generator reads and writes the rings in place, vertex after
+    // vertex, without an index test per vertex: Create sized them.
+    friend class CKesraStreamline;
+
     bool IsSliceIndex(int index) const { return index >= 0 && index < m_sliceCount; }
 
     double m_coord[3];

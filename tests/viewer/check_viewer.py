@@ -78,6 +78,21 @@ def main():
         code, out, err = run(viewer, args)
         expect(code == want_code, "%s exits %d, not %d: %s" % (args, want_code, code, err))
         expect(want_text in err, "%s says %r: %s" % (args, want_text, err))
+    bad = os.path.join(work, "bad.vtk")
+    with open(bad, "w") as f:
+        f.write("# vtk DataFile Version 3.0\nlines\nASCII\nDATASET POLYDATA\nPOINTS 3 float\n0 0 0 1 1\n")
+    code, out, err = run(viewer, ["--headless", "--snapshot", shot + "4", bad])
+    expect(code == 2 and "bad.vtk" in err, "a truncated file: exit 2 naming it: %d %s" % (code, err))
+    good = os.path.join(work, "good.vtk")
+    with open(good, "w") as f:
+        f.write("# vtk DataFile Version 3.0\nlines\nASCII\nDATASET POLYDATA\nPOINTS 3 float\n"
+                "0 0 0 1 1 0 2 0 1\nLINES 1 4\n3 0 1 2\nPOINT_DATA 3\nSCALARS t float 1\n"
+                "LOOKUP_TABLE default\n1 2 3\n")
+    code, out, err = run(viewer, ["--headless", "--snapshot", shot + "5.png", "--size", "120x90", good])
+    expect(code == 0 and decode_png(shot + "5.png") == (120, 90), "a good file: a snapshot: " + err)
+    os.remove(shot + "5.png")
+    os.remove(good)
+    os.remove(bad)
     expect(sorted(os.listdir(work)) == ["events.txt", "shot.png"],
            "refused runs leave nothing behind: %s" % os.listdir(work))
 

@@ -1,0 +1,72 @@
+# Release archives through CPack (`cmake --build <dir> --target package`, or
+# the `package` workflow preset):
+#   - a .tar.gz of the whole install tree, relocatable, to unpack anywhere;
+#   - Debian packages split as Debian splits libraries:
+#       libkesraengine1     the shared object (Runtime)
+#       libkesraengine-dev  headers, CMake and pkg-config files, the linker
+#                           link and the reference backends' archives
+#     A static build has no runtime package: everything is development files.
+include_guard(GLOBAL)
+
+set(CPACK_PACKAGE_NAME kesraengine)
+set(CPACK_PACKAGE_VENDOR "KesraEngine developers")
+set(CPACK_PACKAGE_CONTACT "KesraEngine developers <kesraengine@users.noreply.github.com>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_INSTALL_DIRECTORY KesraEngine)
+set(CPACK_GENERATOR TGZ DEB)
+set(CPACK_SOURCE_GENERATOR "")
+set(CPACK_STRIP_FILES ON)
+# The build tree, tests and test doubles never reach a package: only what the
+# install rules name does.
+set(CPACK_VERBATIM_VARIABLES ON)
+
+# The archive holds everything in one tree; the Debian packages one group each.
+set(CPACK_ARCHIVE_COMPONENT_INSTALL OFF)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+
+get_property(kesra_backends GLOBAL PROPERTY KESRA_INSTALLED_BACKENDS)
+if(BUILD_SHARED_LIBS)
+  set(CPACK_COMPONENTS_ALL Runtime Development ${kesra_backends})
+else()
+  set(CPACK_COMPONENTS_ALL Development ${kesra_backends})
+endif()
+
+set(CPACK_COMPONENT_RUNTIME_GROUP runtime)
+set(CPACK_COMPONENT_DEVELOPMENT_GROUP development)
+foreach(backend IN LISTS kesra_backends)
+  string(TOUPPER ${backend} upper)
+  get_property(deb_package GLOBAL PROPERTY KESRA_${backend}_DEB_PACKAGE)
+  set(CPACK_COMPONENT_${upper}_DEPENDS Development)
+  if(deb_package)
+    # A package of its own, depending on the development package and on
+    # what its host needs to link it.
+    set(CPACK_COMPONENT_${upper}_GROUP ${backend})
+    set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${deb_package})
+    set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION libdevel)
+    get_property(CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS GLOBAL PROPERTY KESRA_${backend}_DEB_DEPENDS)
+    set(CPACK_COMPONENT_GROUP_${upper}_DESCRIPTION
+      "${PROJECT_DESCRIPTION} (${backend} reference backend)")
+  else()
+    set(CPACK_COMPONENT_${upper}_GROUP development)
+  endif()
+endforeach()
+if(BUILD_SHARED_LIBS)
+  set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS Runtime)
+endif()
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libkesraengine${PROJECT_VERSION_MAJOR})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+# dpkg-shlibdeps reads the shared object's own needs (libc6, libstdc++6, ...).
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkesraengine-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_GROUP_RUNTIME_DESCRIPTION
+  "${PROJECT_DESCRIPTION} (shared library)")
+set(CPACK_COMPONENT_GROUP_DEVELOPMENT_DESCRIPTION
+  "${PROJECT_DESCRIPTION} (headers, CMake package, pkg-config file, reference backends)")
+
+include(CPack)

@@ -1,0 +1,67 @@
+// Fuzzes the viewer's VTK reader with arbitrary bytes. Whatever it is given,
+// it either refuses the file with a message that names it, or hands out
+// polylines the viewer can draw without another check: offsets from 0 that
+// never fall and end at the connectivity's size, every index a point, every
+// coordinate finite, one scalar per point or none.
+#include "VtkReader.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace
+{
+
+void Require(bool holds)
+{
+    if (!holds)
+    {
+        std::abort();
+    }
+}
+
+void CheckPolyLines(const KesraVtk::PolyLines& lines, std::size_t inputSize)
+{
+    Require(lines.points.size() % 3 == 0);
+    for (const double coordinate : lines.points)
+    {
+        Require(std::isfinite(coordinate));
+    }
+    Require(lines.LineCount() >= 1);
+    Require(lines.lineOffsets.front() == 0);
+    for (std::size_t i = 1; i < lines.lineOffsets.size(); ++i)
+    {
+        Require(lines.lineOffsets[i] >= lines.lineOffsets[i - 1]);
+    }
+    Require(lines.lineOffsets.back() == lines.connectivity.size());
+    for (const std::size_t index : lines.connectivity)
+    {
+        Require(index < lines.PointCount());
+    }
+    Require(lines.scalars.empty() || lines.scalars.size() == lines.PointCount());
+    // Nothing is made out of thin air: every point took at least a byte of
+    // binary data or a character of text (bits aside, which no point is).
+    Require(lines.PointCount() <= inputSize);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    static const std::string name = "fuzz.vtk";
+    try
+    {
+        CheckPolyLines(KesraVtk::ParseVtk(bytes, name), size);
+    }
+    catch (const KesraVtk::VtkError& error)
+    {
+        const std::string message = error.what();
+        Require(message.compare(0, name.size() + 1, name + ":") == 0);
+        Require(message.size() > name.size() + 2);
+    }
+    return 0;
+}

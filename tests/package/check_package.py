@@ -1,0 +1,293 @@
+#!/usr/bin/env python3
+"""Checks of the installed KesraEngine as its users meet it.
+
+Each subcommand is one ctest test:
+  install      install the build into a prefix; no installed text file may
+               name the source or build directory
+  symbols      the shared object's dynamic symbols are the library's own
+  cmake-host   configure, build and run a host through find_package
+  pkgconfig-host  build and run a host with c++ $(pkg-config ...)
+  deb          make the .deb packages and check their names, fields and files
+  static       a BUILD_SHARED_LIBS=OFF build: install, both hosts, packages
+"""
+import argparse
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tarfile
+import tempfile
+
+TEXT_SUFFIXES = (".h", ".cmake", ".pc")
+SYMBOL_PREFIXES = ("vtable for ", "typeinfo name for ", "typeinfo for ", "VTT for ",
+                   "construction vtable for ", "non-virtual thunk to ", "virtual thunk to ",
+                   "guard variable for ")
+NAMESPACES = ("KesraEngine::", "KesraMathKit::")
+
+
+class Failure(Exception):
+    pass
+
+
+def run(cmd, cwd=None, env=None, expect_ok=True):
+    """Runs cmd, returns its combined output; fails unless it ends as expected."""
+    shown = cmd if isinstance(cmd, str) else " ".join(cmd)
+    proc = subprocess.run(cmd, cwd=cwd, env=env, shell=isinstance(cmd, str),
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    if (proc.returncode == 0) != expect_ok:
+        raise Failure(f"'{shown}' exited with {proc.returncode}, expected "
+                      f"{'success' if expect_ok else 'failure'}:\n{proc.stdout}")
+    return proc.stdout
+
+
+def clean_env():
+    """The environment without variables that would steer a host's build to
+    another installation or flavour."""
+    env = dict(os.environ)
+    for name in ("CMAKE_PREFIX_PATH", "PKG_CONFIG_PATH", "MAKEFLAGS", "CXXFLAGS",
+                 "LD_LIBRARY_PATH", "KesraEngine_DIR", "KesraEngine_ROOT"):
+        env.pop(name, None)
+    return env
+
+
+def forbidden_paths(args):
+    return [os.path.realpath(p) for p in (args.source_dir, args.build_dir)]
+
+
+def scan_for_paths(root, forbidden, all_files):
+    """Names every file under root that mentions a forbidden directory: text
+    files always, binaries too when all_files is set."""
+    found = []
+    for base, _dirs, files in os.walk(root):
+        for name in files:
+            path = os.path.join(base, name)
+            if os.path.islink(path) or not (all_files or name.endswith(TEXT_SUFFIXES)):
+                continue
+            data = open(path, "rb").read()
+            for directory in forbidden:
+                if directory.encode() in data:
+                    found.append(f"{os.path.relpath(path, root)} names {directory}")
+    return found
+
+
+def install(args):
+    shutil.rmtree(args.prefix, ignore_errors=True)
+    run(["cmake", "--install", args.build_dir, "--prefix", args.prefix, "--config", args.config])
+    expected = ["include/KesraEngine/Engine/Camera.h", "include/KesraEngine/MathKit/Matrix4.h",
+                "include/KesraEngine/MathKit/Export.h"]
+    missing = [p for p in expected if not os.path.isfile(os.path.join(args.prefix, p))]
+    doubles = [os.path.join(b, f) for b, _d, fs in os.walk(args.prefix) for f in fs
+               if f == "TestDoubles.h" or "gtest" in f]
+    found = scan_for_paths(args.prefix, forbidden_paths(args), all_files=False)
+    if missing or doubles or found:
+        raise Failure("install tree: missing " + str(missing) + ", test files " + str(doubles) +
+                      ", absolute paths " + str(found))
+    print(f"installed into {args.prefix}; no text file names the source or build tree")
+
+
+def outsiders(nm_output):
+    """The dynamic symbols that belong to neither of the library's namespaces."""
+    bad = []
+    for line in nm_output.splitlines():
+        parts = line.split(maxsplit=2)
+        if len(parts) < 3:
+            continue
+        name = parts[2]
+        for prefix in SYMBOL_PREFIXES:
+            if name.startswith(prefix):
+                name = name[len(prefix):]
+                break
+        if not name.startswith(NAMESPACES):
+            bad.append(line)
+    return bad
+
+
+def symbols(args):
+    nm = run(["nm", "-DC", "--defined-only", args.library])
+    bad = outsiders(nm)
+    count = len(nm.splitlines())
+    if count == 0 or bad:
+        raise Failure(f"{count} dynamic symbols, of which outside the library's namespaces:\n" +
+                      "\n".join(bad))
+    print(f"{count} dynamic symbols, all in KesraEngine and KesraMathKit")
+
+
+def cmake_host(args):
+    shutil.rmtree(args.binary, ignore_errors=True)
+    configure = ["cmake", "-S", args.host_source, "-B", args.binary, "-G", args.generator,
+                 f"-DCMAKE_CXX_COMPILER={args.compiler}", f"-DCMAKE_BUILD_TYPE={args.config}",
+                 f"-DCMAKE_PREFIX_PATH={args.prefix}", f"-DKESRA_EXPECTED_PREFIX={args.prefix}",
+                 "-DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF",
+                 f"-DKESRA_WANTED_VERSION={args.request or '.'.join(args.version.split('.')[:2])}",
+                 f"-DKESRA_WANTED_COMPONENTS={';'.join(args.components)}"]
+    env = clean_env()
+    if args.expect_message:
+        output = run(configure, env=env, expect_ok=False)
+        if not re.search(args.expect_message, output):
+            raise Failure(f"configure failed without saying /{args.expect_message}/:\n{output}")
+        print(f"refused as expected: /{args.expect_message}/")
+        return
+    run(configure, env=env)
+    run(["cmake", "--build", args.binary], env=env)
+    for host in ["host"] + (["svg-host"] if "Svg" in args.components else []):
+        print(run([os.path.join(args.binary, host)], env=env).strip())
+
+
+def pkgconfig_host(args):
+    os.makedirs(args.binary, exist_ok=True)
+    env = clean_env()
+    env["PKG_CONFIG_PATH"] = os.path.join(args.prefix, args.libdir, "pkgconfig")
+    host = os.path.join(args.binary, "pkgconfig-host")
+    # As a user types it: the flags come from the shell's expansion.
+    run(f"'{args.compiler}' -std=c++17 '{args.host_file}' "
+        f"$(pkg-config --cflags --libs kesraengine) -o '{host}'", env=env)
+    env["LD_LIBRARY_PATH"] = os.path.join(args.prefix, args.libdir)
+    print(run([host], env=env).strip())
+    version = run(["pkg-config", "--modversion", "kesraengine"], env=env).strip()
+    if version != args.version:
+        raise Failure(f"pkg-config says version {version}, expected {args.version}")
+
+
+def deb_contents(deb):
+    listing = run(["dpkg-deb", "-c", deb])
+    # "drwxr-xr-x root/root 0 2026-11-25 06:00 ./usr/lib/ [-> target]"
+    return [line.split(None, 5)[5].split(" -> ")[0] for line in listing.splitlines()]
+
+
+def deb(args):
+    shutil.rmtree(args.out, ignore_errors=True)
+    run(["cpack", "-G", "DEB", "--config", os.path.join(args.build_dir, "CPackConfig.cmake"),
+         "-B", args.out])
+    arch = run(["dpkg", "--print-architecture"]).strip()
+    version = args.version
+    debs = sorted(f for f in os.listdir(args.out) if f.endswith(".deb"))
+    names = {f"libkesraengine-dev_{version}_{arch}.deb"}
+    if not args.static:
+        names.add(f"libkesraengine1_{version}_{arch}.deb")
+    if set(debs) != names:
+        raise Failure(f"packages {debs}, expected {sorted(names)}")
+
+    files = {}
+    for name in debs:
+        path = os.path.join(args.out, name)
+        fields = run(["dpkg-deb", "-f", path, "Package", "Version", "Architecture", "Depends"])
+        package = name.split("_")[0]
+        for wanted in (f"Package: {package}", f"Version: {version}", f"Architecture: {arch}"):
+            if wanted not in fields:
+                raise Failure(f"{name}: no '{wanted}' in\n{fields}")
+        if package == "libkesraengine1" and not re.search(r"libstdc\+\+6", fields):
+            raise Failure(f"{name}: the runtime must depend on libstdc++6:\n{fields}")
+        if package == "libkesraengine-dev" and not args.static and \
+                f"libkesraengine1 (= {version})" not in fields:
+            raise Failure(f"{name}: the development files must depend on this runtime:\n{fields}")
+        files[package] = deb_contents(path)
+        with tempfile.TemporaryDirectory() as tree:
+            run(["dpkg-deb", "-x", path, tree])
+            # Debug information names the sources by design; a build without
+            # it must not name them anywhere.
+            found = scan_for_paths(tree, forbidden_paths(args),
+                                   all_files=args.config in ("Release", "MinSizeRel"))
+            if found:
+                raise Failure(f"{name}: " + "; ".join(found))
+
+    dev = files["libkesraengine-dev"]
+    wanted_dev = [r"/include/KesraEngine/Engine/Camera\.h$", r"/include/KesraEngine/MathKit/Vector3\.h$",
+                  r"/cmake/KesraEngine/KesraEngineConfig\.cmake$",
+                  r"/cmake/KesraEngine/KesraEngineConfigVersion\.cmake$",
+                  r"/cmake/KesraEngine/KesraEngineTargets\.cmake$", r"/pkgconfig/kesraengine\.pc$"]
+    wanted_dev += [r"/libKesraEngine\.a$"] if args.static else [r"/libKesraEngine\.so$"]
+    if args.with_svg:
+        wanted_dev += [r"/include/KesraEngine/svg/SvgRenderer\.h$", r"/libKesraSvgBackend\.a$",
+                       r"/KesraEngineSvgComponent\.cmake$"]
+    wanted = {"libkesraengine-dev": wanted_dev}
+    if not args.static:
+        wanted["libkesraengine1"] = [r"/libKesraEngine\.so\.1$", r"/libKesraEngine\.so\.1\.0\.0$"]
+        if any(re.search(r"\.so", f) for f in dev if not f.endswith("libKesraEngine.so")):
+            raise Failure("the development package holds a versioned shared object")
+    for package, patterns in wanted.items():
+        for pattern in patterns:
+            if not any(re.search(pattern, f) for f in files[package]):
+                raise Failure(f"{package} lacks /{pattern}/; it holds:\n" + "\n".join(files[package]))
+    unwanted = re.compile(r"(Test|test|gtest|gmock|CMakeFiles|\.o$|build/|/tests?/|quickstart|demo)")
+    stray = [f for package in files for f in files[package] if unwanted.search(f)]
+    if stray:
+        raise Failure("files from the tests or the build tree: " + ", ".join(stray))
+    print(f"{', '.join(debs)}: {sum(len(v) for v in files.values())} entries, fields and files as expected")
+
+
+def static(args):
+    build = os.path.join(args.binary, "build")
+    prefix = os.path.join(args.binary, "install")
+    shutil.rmtree(args.binary, ignore_errors=True)
+    env = clean_env()
+    # No build type given: the project must choose Release itself, which also
+    # lets every byte of the archive be checked for paths of this machine.
+    run(["cmake", "-S", args.source_dir, "-B", build, "-G", args.generator,
+         f"-DCMAKE_CXX_COMPILER={args.compiler}",
+         "-DBUILD_SHARED_LIBS=OFF", "-DBUILD_TESTING=OFF", "-DKESRA_BUILD_EXAMPLES=OFF",
+         "-DKESRA_BUILD_BENCHMARKS=OFF", "-DKESRA_WARNINGS_AS_ERRORS=ON"], env=env)
+    cache = open(os.path.join(build, "CMakeCache.txt")).read()
+    if "CMAKE_BUILD_TYPE:STRING=Release" not in cache:
+        raise Failure("a build without a build type did not default to Release")
+    args.config = "Release"
+    run(["cmake", "--build", build, "--parallel", "2"], env=env)
+    run(["cmake", "--install", build, "--prefix", prefix], env=env)
+    libdir = next(os.path.relpath(b, prefix) for b, _d, fs in os.walk(prefix)
+                  if "libKesraEngine.a" in fs)
+    if any(f.startswith("libKesraEngine.so") for f in os.listdir(os.path.join(prefix, libdir))):
+        raise Failure("a static build installed a shared object")
+    host_args = argparse.Namespace(**vars(args))
+    host_args.prefix = prefix
+    host_args.binary = os.path.join(args.binary, "cmake-host")
+    host_args.components = []
+    host_args.expect_message = None
+    host_args.request = None
+    cmake_host(host_args)
+    host_args.binary = os.path.join(args.binary, "pkgconfig-host")
+    host_args.libdir = libdir
+    pkgconfig_host(host_args)
+    deb_args = argparse.Namespace(**vars(args))
+    deb_args.build_dir = build
+    deb_args.out = os.path.join(args.binary, "packages")
+    deb_args.static = True
+    deb_args.with_svg = False
+    deb(deb_args)
+    print("static library: installed, found by CMake and pkg-config, packaged")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("command", choices=["install", "symbols", "cmake-host", "pkgconfig-host",
+                                            "deb", "static"])
+    parser.add_argument("--source-dir")
+    parser.add_argument("--build-dir")
+    parser.add_argument("--prefix")
+    parser.add_argument("--libdir", default="lib")
+    parser.add_argument("--config", default="Release")
+    parser.add_argument("--library")
+    here = os.path.dirname(os.path.abspath(__file__))
+    parser.add_argument("--host-source", default=os.path.join(here, "find_package"))
+    parser.add_argument("--host-file", default=os.path.join(here, "host", "main.cpp"))
+    parser.add_argument("--binary")
+    parser.add_argument("--generator", default="Unix Makefiles")
+    parser.add_argument("--compiler", default="c++")
+    parser.add_argument("--version", default="", help="the project's version")
+    parser.add_argument("--request", help="the version a host asks for; default major.minor")
+    parser.add_argument("--components", nargs="*", default=[])
+    parser.add_argument("--expect-message")
+    parser.add_argument("--out")
+    parser.add_argument("--static", action="store_true")
+    parser.add_argument("--with-svg", action="store_true")
+    args = parser.parse_args()
+    try:
+        {"install": install, "symbols": symbols, "cmake-host": cmake_host,
+         "pkgconfig-host": pkgconfig_host, "deb": deb, "static": static}[args.command](args)
+    except Failure as failure:
+        print(f"FAIL: {failure}", file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,73 @@
+// A host built against KesraEngine the way a user builds one: through the
+// installed CMake package, through pkg-config, or from the source tree. It
+// colours a value through the legend and projects a point through a camera,
+// and checks both answers, so that a package which compiles but links the
+// wrong library or loses a compile flag still fails.
+#include "Engine/Camera.h"
+#include "Engine/ScalarBar.h"
+
+#include <cstdio>
+
+namespace
+{
+
+// The camera's drawing operations belong to a backend; this host only asks
+// for projections, so they have nothing to do.
+class HostCamera : public KesraEngine::CKesraCamera
+{
+public:
+    HostCamera(int width, int height) : CKesraCamera(width, height) {}
+    void ApplyViewport() override {}
+    void ApplyProjection() override {}
+    void ApplyModelView() override {}
+    void BeginRotate(int, int) override {}
+    void Rotate(int, int) override {}
+    void BeginPan(int, int) override {}
+    void Pan(int, int) override {}
+    void BeginZoom(int, int) override {}
+    void Zoom(int, int) override {}
+    void EndInteraction() override {}
+    void WheelZoom(int, int, int) override {}
+    void ZoomToRectangle(int, int, int, int) override {}
+};
+
+bool Check(bool ok, const char* what)
+{
+    if (!ok)
+        std::fprintf(stderr, "host: wrong %s\n", what);
+    return ok;
+}
+
+}  // namespace
+
+int main()
+{
+    // Value 1 of the range 0 ... 4 sits on the red-blue palette's second
+    // stop, pure yellow; 2 on its third, pure green.
+    KesraEngine::CKesraScalarBar legend;
+    legend.SetValueRange(0.0, 4.0, false, false);
+    unsigned char r = 0, g = 0, b = 0;
+    const int inside = legend.GetOpenGLColor(r, g, b, 1.0);
+    bool ok = Check(inside == 0 && r == 255 && g == 255 && b == 0, "colour of 1");
+    unsigned char over[3] = {0, 0, 0};
+    const int above = legend.GetOpenGLColor(over[0], over[1], over[2], 5.0);
+    ok = Check(above == 1, "code above the range") && ok;
+
+    // The centre of the fitted box lands in the middle of the window.
+    HostCamera camera(800, 600);
+    camera.ZoomAll(-1.0f, 1.0f, -2.0f, 2.0f, -3.0f, 3.0f);
+    KesraMathKit::TKesraVector3<double> pixel;
+    camera.ProjectPointWorldToView({0.0, 0.0, 0.0}, pixel);
+    ok = Check(pixel.x == 400.0 && pixel.y == 300.0, "projected centre") && ok;
+    // Unrotated, +x runs to the right and +y up the window, at one scale.
+    KesraMathKit::TKesraVector3<double> right, up;
+    camera.ProjectPointWorldToView({1.0, 0.0, 0.0}, right);
+    camera.ProjectPointWorldToView({0.0, 1.0, 0.0}, up);
+    ok = Check(right.x > 400.0 && right.y == 300.0 && up.x == 400.0 &&
+                   up.y - 300.0 == right.x - 400.0,
+               "projected axes") && ok;
+
+    if (ok)
+        std::printf("host: colour (%d, %d, %d), centre at (%g, %g)\n", r, g, b, pixel.x, pixel.y);
+    return ok ? 0 : 1;
+}
