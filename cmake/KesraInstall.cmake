@@ -77,12 +77,13 @@ endfunction()
 # KesraEngine::<export_name> for the host, its headers keep the paths under
 # <header_base> (so "svg/SvgCamera.h" stays "svg/SvgCamera.h"), and each
 # DEPENDENCIES entry becomes a find_dependency() call of the component, such
-# as "OpenGL COMPONENTS OpenGL EGL". A backend that needs more than the
+# as "OpenGL COMPONENTS OpenGL EGL", after the SETUP lines (settings those
+# calls need, such as which OpenGL libraries to prefer). A backend that needs more than the
 # library names its own Debian package (DEB_PACKAGE) and the Debian packages
 # its host must have to build against it (DEB_DEPENDS); the others go into the
 # development package.
 function(kesra_install_backend target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;EXPORT_NAME;DEB_PACKAGE" "DEPENDENCIES;DEB_DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;EXPORT_NAME;DEB_PACKAGE" "SETUP;DEPENDENCIES;DEB_DEPENDS")
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${arg_EXPORT_NAME})
   install(TARGETS ${target}
     EXPORT KesraEngine${arg_COMPONENT}Targets
@@ -96,6 +97,9 @@ function(kesra_install_backend target)
 
   set(KESRA_COMPONENT ${arg_COMPONENT})
   set(KESRA_COMPONENT_DEPENDENCIES "")
+  foreach(line IN LISTS arg_SETUP)
+    string(APPEND KESRA_COMPONENT_DEPENDENCIES "${line}\n")
+  endforeach()
   foreach(dependency IN LISTS arg_DEPENDENCIES)
     string(APPEND KESRA_COMPONENT_DEPENDENCIES "find_dependency(${dependency})\n")
   endforeach()

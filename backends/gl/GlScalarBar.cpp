@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 namespace KesraGl
 {
@@ -99,13 +100,19 @@ void CGlScalarBar::DrawBar(CGlRenderer& renderer) const
     else
     {
         const int pixels = std::max(static_cast<int>(std::ceil(length)), 1);
+        std::vector<double> values(static_cast<std::size_t>(pixels));
         for (int p = 0; p < pixels; ++p)
         {
-            const float to = std::min(static_cast<float>(p + 1), length);
             const double at = (p + 0.5) / length;
-            GetOpenGLColor(color.red, color.green, color.blue,
-                           m_minValue + at * (m_maxValue - m_minValue));
-            span(static_cast<float>(p), to, color);
+            values[static_cast<std::size_t>(p)] = m_minValue + at * (m_maxValue - m_minValue);
+        }
+        std::vector<unsigned char> rgba(4 * values.size());
+        GetOpenGLColors(values.data(), values.size(), rgba.data());
+        for (int p = 0; p < pixels; ++p)
+        {
+            const unsigned char* rgb = &rgba[4 * static_cast<std::size_t>(p)];
+            const float to = std::min(static_cast<float>(p + 1), length);
+            span(static_cast<float>(p), to, Color{rgb[0], rgb[1], rgb[2], 255});
         }
     }
     const Color line = m_autoTextColor != 0 ? renderer.ContrastingTextColor()

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 #include <limits>
 #include <utility>
 
@@ -179,13 +180,17 @@ void ViewerScene::BuildTubes()
 
 void ViewerScene::Recolour()
 {
+    // One batch query a tube: a result of millions of values is recoloured
+    // at the speed of the batch, not of a call per value.
+    std::vector<unsigned char> rgba;
     for (std::size_t t = 0; t < m_tubes.size(); ++t)
     {
         const std::vector<double>& values = m_tubeLines[t]->values;
+        rgba.resize(4 * values.size());
+        m_legend.GetOpenGLColors(values.data(), values.size(), rgba.data());
         for (std::size_t i = 0; i < values.size(); ++i)
         {
-            unsigned char rgb[3] = {0, 0, 0};
-            m_legend.GetOpenGLColor(rgb[0], rgb[1], rgb[2], values[i]);
+            const unsigned char* rgb = &rgba[4 * i];
             m_tubes[t]->SetStreamlineNodeColor(static_cast<int>(i), rgb[0], rgb[1], rgb[2], 255);
         }
     }

@@ -130,7 +130,8 @@ def cmake_host(args):
         return
     run(configure, env=env)
     run(["cmake", "--build", args.binary], env=env)
-    for host in ["host"] + (["svg-host"] if "Svg" in args.components else []):
+    hosts = ["host"] + [f"{c.lower()}-host" for c in args.components if c in ("Svg", "Gl")]
+    for host in hosts:
         print(run([os.path.join(args.binary, host)], env=env).strip())
 
 
@@ -163,6 +164,8 @@ def deb(args):
     version = args.version
     debs = sorted(f for f in os.listdir(args.out) if f.endswith(".deb"))
     names = {f"libkesraengine-dev_{version}_{arch}.deb"}
+    if args.with_gl:
+        names.add(f"libkesraengine-gl-dev_{version}_{arch}.deb")
     if not args.static:
         names.add(f"libkesraengine1_{version}_{arch}.deb")
     if set(debs) != names:
@@ -181,6 +184,11 @@ def deb(args):
         if package == "libkesraengine-dev" and not args.static and \
                 f"libkesraengine1 (= {version})" not in fields:
             raise Failure(f"{name}: the development files must depend on this runtime:\n{fields}")
+        if package == "libkesraengine-gl-dev":
+            for needed in (f"libkesraengine-dev (= {version})", "libegl-dev", "libgl-dev",
+                           "libfreetype-dev", "fonts-dejavu-core"):
+                if needed not in fields:
+                    raise Failure(f"{name}: no dependency on {needed}:\n{fields}")
         files[package] = deb_contents(path)
         with tempfile.TemporaryDirectory() as tree:
             run(["dpkg-deb", "-x", path, tree])
@@ -200,7 +208,11 @@ def deb(args):
     if args.with_svg:
         wanted_dev += [r"/include/KesraEngine/svg/SvgRenderer\.h$", r"/libKesraSvgBackend\.a$",
                        r"/KesraEngineSvgComponent\.cmake$"]
+    wanted_dev += [r"/include/KesraEngine/common/RubberBand\.h$"] if args.with_svg or args.with_gl else []
     wanted = {"libkesraengine-dev": wanted_dev}
+    if args.with_gl:
+        wanted["libkesraengine-gl-dev"] = [r"/include/KesraEngine/gl/GlRenderer\.h$",
+                                           r"/libKesraGlBackend\.a$", r"/KesraEngineGlComponent\.cmake$"]
     if not args.static:
         wanted["libkesraengine1"] = [r"/libKesraEngine\.so\.1$", r"/libKesraEngine\.so\.1\.0\.0$"]
         if any(re.search(r"\.so", f) for f in dev if not f.endswith("libKesraEngine.so")):
@@ -252,6 +264,7 @@ def static(args):
     deb_args.out = os.path.join(args.binary, "packages")
     deb_args.static = True
     deb_args.with_svg = False
+    deb_args.with_gl = False
     deb(deb_args)
     print("static library: installed, found by CMake and pkg-config, packaged")
 
@@ -279,6 +292,7 @@ def main():
     parser.add_argument("--out")
     parser.add_argument("--static", action="store_true")
     parser.add_argument("--with-svg", action="store_true")
+    parser.add_argument("--with-gl", action="store_true")
     args = parser.parse_args()
     try:
         {"install": install, "symbols": symbols, "cmake-host": cmake_host,
