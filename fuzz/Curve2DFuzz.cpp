@@ -21,6 +21,7 @@ using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::SameBits;
 using KesraFuzz::Snapshot;
+using KesraFuzz::State;
 
 struct Node
 {
@@ -68,24 +69,6 @@ Range BruteForce(const std::vector<Node>& nodes)
         r.yMax = std::isnan(n.y) ? r.yMax : std::fmax(r.yMax, n.y);
     }
     return r;
-}
-
-Snapshot State(const CKesraCurve2D& curve)
-{
-    Snapshot s;
-    int count = 0;
-    curve.GetNodes(count);
-    const Range r = Reported(curve);
-    s << count << r.xMin << r.yMin << r.xMax << r.yMax;
-    for (int i = 0; i < count; ++i)
-    {
-        double x = 0, y = 0;
-        bool visible = false;
-        curve.GetNode(i, x, y);
-        curve.GetNodeVis(i, visible);
-        s << x << y << visible;
-    }
-    return s;
 }
 
 void CheckNodes(const CKesraCurve2D& curve, const std::vector<Node>& nodes)

@@ -16,30 +16,8 @@ using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::Snapshot;
+using KesraFuzz::State;
 using KesraTest::TestRuler;
-
-Snapshot State(const TestRuler& ruler)
-{
-    int w = 0, h = 0, x = 0, y = 0, scale = 0, height = 0;
-    float glScale = 0;
-    std::string unit;
-    TestRuler::Color color(1, 2, 3, 4);
-    bool autoBlock = false;
-    ruler.GetWindowSize(w, h);
-    ruler.GetStartPosition(x, y);
-    ruler.GetRulerWidthScale(scale);
-    ruler.GetRulerHeight(height);
-    ruler.GetOpenGLScale(glScale);
-    ruler.GetUnit(unit);
-    ruler.GetTextColor(color);
-    ruler.GetAutoBlock(autoBlock);
-    Snapshot s;
-    s << ruler.IsCreate() << ruler.GetDrawRuler() << w << h << x << y << scale << height << glScale
-      << unit << color << autoBlock << ruler.IsBlock2() << ruler.PixelWidth() << ruler.Length()
-      << ruler.BlockCount() << ruler.LabelFormat1() << ruler.LabelFormat2()
-      << ruler.ReducedHeight();
-    return s;
-}
 
 void CheckRuler(const TestRuler& ruler)
 {

@@ -16,37 +16,8 @@ using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::Snapshot;
+using KesraFuzz::State;
 using KesraTest::TestScalarBar;
-
-Snapshot State(const TestScalarBar& bar)
-{
-    // Sentinels show whether a getter wrote its outputs.
-    int w = -7, h = -7, x = -7, y = -7, f1 = -7, f2 = -7;
-    std::string title = "-", note = "-", unit = "-";
-    TestScalarBar::Color color(1, 2, 3, 4);
-    double lo = -7, hi = -7, cur = -7, dlo = -7, dhi = -7, clo = 0, cup = 0;
-    unsigned char over[3] = {}, single[3] = {};
-    bar.GetWindowSize(w, h);
-    bar.GetStartPosition(x, y);
-    bar.GetValueFormat(f1, f2);
-    bar.GetTitle(title);
-    bar.GetNote(note);
-    bar.GetUnit(unit);
-    bar.GetColor(color);
-    bar.GetValueRange(lo, hi, cur);
-    bar.GetDisplayRange(dlo, dhi);
-    bar.GetCurrentValueRange(clo, cup);
-    bar.GetOverRangeColor(over[0], over[1], over[2]);
-    bar.GetSingleColor(single[0], single[1], single[2]);
-    Snapshot s;
-    s << bar.IsCreate() << bar.IsModified() << w << h << x << y << f1 << f2 << title << note
-      << unit << color << lo << hi << cur << dlo << dhi << clo << cup << over << single
-      << bar.GetDirection() << bar.GetAutoTextColor() << bar.GetVisibility() << bar.GetShowNode()
-      << bar.GetColorBlockLineWidth() << bar.GetBlockNum() << bar.GetInverse() << bar.GetBanded()
-      << bar.GetFillAllRange() << bar.GetUseSignleColor() << bar.EqualPartX() << bar.EqualPartY()
-      << bar.ColorScaleTop() << bar.ValueRangeFlag1() << bar.ValueRangeFlag2();
-    return s;
-}
 
 void CheckGetters(const TestScalarBar& bar)
 {

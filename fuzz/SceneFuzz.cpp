@@ -17,6 +17,7 @@ using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::Snapshot;
+using KesraFuzz::State;
 using namespace KesraTest;
 using Color = KesraMathKit::TKesraGenColor<unsigned char>;
 using Vec = KesraMathKit::TKesraVector3<double>;
@@ -31,64 +32,12 @@ struct Scene
     TestDraggedArea area{640, 480};
 };
 
-Snapshot AxisState(const TestAxis& axis)
-{
-    int w = 0, h = 0;
-    axis.GetWindowSize(w, h);
-    Snapshot s;
-    s << axis.IsCreate() << axis.GetDrawAxis() << w << h << axis.GetRotateMatrix() << axis.ScaleX()
-      << axis.ScaleY();
-    return s;
-}
-
-Snapshot RendererState(const TestRenderer& r)
-{
-    float p1 = 0, p2 = 0;
-    r.GetPolygonOffsetPara(p1, p2);
-    Snapshot s;
-    s << r.GetWidth() << r.GetHeight() << std::string(r.GetName()) << r.GetActive()
-      << r.GetTitleColor() << r.GetGradient() << r.GetBackgroundColor() << r.GetBackgroundColor2()
-      << r.GetPointSmoothing() << r.GetLineSmoothing() << r.GetPolygonSmoothing()
-      << r.GetDoubleBuffer() << p1 << p2 << r.GetCamera() << r.resizeCalls << r.resizedWidth
-      << r.resizedHeight;
-    return s;
-}
-
-Snapshot LightState(const TestLight& l)
-{
-    Snapshot s;
-    s << l.GetColor() << l.GetPosition() << l.GetFocalPoint() << l.GetIntensity() << l.GetSwitch()
-      << l.GetExponent() << l.GetConeAngle() << l.GetAttenuationValues() << l.GetLightType()
-      << l.GetName() << l.BackendSlot();
-    return s;
-}
-
-Snapshot FontState(const TestFont& f)
-{
-    Snapshot s;
-    s << f.GetFace() << f.GetSize() << f.GetBold() << f.GetItalic();
-    return s;
-}
-
-Snapshot AreaState(const TestDraggedArea& a)
-{
-    int w = 0, h = 0, sx = 0, sy = 0, ex = 0, ey = 0;
-    Color color;
-    a.GetWindowSize(w, h);
-    a.GetMouseStart(sx, sy);
-    a.GetMouseEnd(ex, ey);
-    a.GetColor(color);
-    Snapshot s;
-    s << a.IsEnable() << a.IsDragged() << w << h << sx << sy << ex << ey << color;
-    return s;
-}
-
 template <typename T>
-void CheckCopies(const T& original, Snapshot (*state)(const T&), T assigned, const char* what)
+void CheckCopies(const T& original, T assigned, const char* what)
 {
     const T copy(original);
     assigned = original;
-    Require(state(copy) == state(original) && state(assigned) == state(original), what);
+    Require(State(copy) == State(original) && State(assigned) == State(original), what);
 }
 
 bool IsSwitch(int value) { return value == 0 || value == 1; }
@@ -132,10 +81,10 @@ void AxisStep(TestAxis& axis, FuzzInput& in)
     {
         const int w = in.Int();
         const int h = in.Int();
-        const Snapshot before = AxisState(axis);
+        const Snapshot before = State(axis);
         const bool created = axis.Create(w, h);
         Require(created == (w != 0 && h != 0), "the triad refuses exactly a zero side");
-        Require(created || AxisState(axis) == before, "a refused Create changes nothing");
+        Require(created || State(axis) == before, "a refused Create changes nothing");
         Require(!created || axis.GetRotateMatrix() == Mat::IDENTITY, "Create resets the matrix");
         break;
     }
@@ -162,7 +111,7 @@ void AxisStep(TestAxis& axis, FuzzInput& in)
         axis.SetDrawAxis(in.Int());
         break;
     }
-    default: CheckCopies<TestAxis>(axis, AxisState, TestAxis(), "a copied triad equals its original"); break;
+    default: CheckCopies<TestAxis>(axis, TestAxis(), "a copied triad equals its original"); break;
     }
 }
 
@@ -223,7 +172,7 @@ void RendererStep(TestRenderer& r, FuzzInput& in)
         break;
     }
     default:
-        CheckCopies<TestRenderer>(r, RendererState, TestRenderer(1, 1), "a copied renderer equals its original");
+        CheckCopies<TestRenderer>(r, TestRenderer(1, 1), "a copied renderer equals its original");
         break;
     }
 }
@@ -275,7 +224,7 @@ void LightStep(TestLight& l, FuzzInput& in)
         break;
     }
     case 7: l.SetName(in.Text(32)); break;
-    default: CheckCopies<TestLight>(l, LightState, TestLight(), "a copied light equals its original"); break;
+    default: CheckCopies<TestLight>(l, TestLight(), "a copied light equals its original"); break;
     }
 }
 
@@ -296,7 +245,7 @@ void FontStep(TestFont& f, FuzzInput& in)
                 "the font stores its numbers unchanged");
         break;
     }
-    default: CheckCopies<TestFont>(f, FontState, TestFont(), "a copied font equals its original"); break;
+    default: CheckCopies<TestFont>(f, TestFont(), "a copied font equals its original"); break;
     }
 }
 
@@ -324,7 +273,7 @@ void AreaStep(TestDraggedArea& a, FuzzInput& in)
     }
     case 3: a.SetColor(ReadColor(in)); break;
     default:
-        CheckCopies<TestDraggedArea>(a, AreaState, TestDraggedArea(1, 1), "a copied area equals its original");
+        CheckCopies<TestDraggedArea>(a, TestDraggedArea(1, 1), "a copied area equals its original");
         break;
     }
 }

@@ -17,6 +17,7 @@ using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::Snapshot;
+using KesraFuzz::State;
 using KesraTest::TestStreamline;
 
 // Counts beyond these allocate for long; huge counts reach Create only when
@@ -25,33 +26,6 @@ constexpr int kMaxNodes = 16;
 constexpr int kMaxSlices = 12;
 
 int BoundedCount(int count, int limit) { return count > limit ? count % (limit + 1) : count; }
-
-Snapshot State(const TestStreamline& tube)
-{
-    Snapshot s;
-    s << tube.IsCreate() << tube.GetNodes() << tube.GetSlices() << tube.GetDrawStreamline()
-      << tube.Radius() << tube.AuxiliarySize();
-    if (!tube.IsCreate())
-    {
-        return s;
-    }
-    for (int node = 0; node < tube.GetNodes(); ++node)
-    {
-        double xyz[3] = {};
-        unsigned char rgb[3] = {};
-        tube.GetNodeCoord(node, xyz);
-        tube.GetNodeColor(node, rgb);
-        s << xyz << rgb;
-        for (int slice = 0; slice < tube.GetSlices(); ++slice)
-        {
-            tube.GetSliceNodeCoord(node, slice, xyz);
-            s << xyz;
-            tube.GetSliceNodeNormal(node, slice, xyz);
-            s << xyz;
-        }
-    }
-    return s;
-}
 
 void CheckNormals(const TestStreamline& tube)
 {

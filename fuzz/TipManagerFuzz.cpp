@@ -21,13 +21,10 @@ using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::Snapshot;
+using KesraFuzz::State;
 using Coord = std::array<double, 3>;
 
-class Manager : public KesraTest::TestTipManager
-{
-public:
-    std::string Text(int index) const { return GetTip(index)->GetContext(); }
-};
+using Manager = KesraTest::ProbedTipManager;
 
 struct Model
 {
@@ -44,24 +41,6 @@ Coord ReadCoord(FuzzInput& in)
     const double x = in.Double();
     const double y = in.Double();
     return {x, y, in.Double()};
-}
-
-Snapshot State(const Manager& manager)
-{
-    Snapshot s;
-    unsigned char c[9] = {};
-    manager.GetTextColor(c[0], c[1], c[2]);
-    manager.GetBackgroundColor(c[3], c[4], c[5]);
-    manager.GetLinkingLineColor(c[6], c[7], c[8]);
-    s << manager.GetTipsNum() << manager.GetTipFontType() << c;
-    for (int i = 0; i < manager.GetTipsNum(); ++i)
-    {
-        Coord original{}, effect{};
-        manager.GetOrgCoord(i, original.data());
-        manager.GetEffectCoord(i, effect.data());
-        s << manager.Text(i) << original << effect;
-    }
-    return s;
 }
 
 void CheckAgainst(const Manager& manager, const std::vector<Model>& model)
