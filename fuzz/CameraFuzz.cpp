@@ -17,8 +17,6 @@ namespace
 using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
-using KesraFuzz::Snapshot;
-using KesraFuzz::State;
 using KesraTest::TestCamera;
 using Mat = KesraMathKit::TKesraMatrix4<double>;
 using Vec = KesraMathKit::TKesraVector3<double>;
@@ -267,13 +265,8 @@ void Step(TestCamera& camera, Observers& observers, FuzzInput& in)
     {
         // A copy equals its original, both ways of copying; the copy keeps
         // the observers, so notifications from it reach the same ones.
-        TestCamera copy(camera);
-        TestCamera assigned(1, 1);
-        assigned = camera;
-        const Snapshot original = State(camera);
-        Require(State(copy) == original, "a copied camera equals its original");
-        Require(State(assigned) == original, "an assigned camera equals its original");
-        assigned.NotifyTransformUpdateInterface();
+        KesraFuzz::RequireCopiesEqual(camera, TestCamera(1, 1), "copies of a camera equal their original");
+        TestCamera(camera).NotifyTransformUpdateInterface();
         break;
     }
     }

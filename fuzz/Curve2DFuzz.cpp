@@ -20,8 +20,6 @@ using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
 using KesraFuzz::SameBits;
-using KesraFuzz::Snapshot;
-using KesraFuzz::State;
 
 struct Node
 {
@@ -200,12 +198,9 @@ bool Step(CKesraCurve2D& curve, std::vector<Node>& nodes, FuzzInput& in)
     }
     case 10:
     {
-        const CKesraCurve2D copy(curve);
         CKesraCurve2D assigned;
         assigned.InsertNode(in.Double(), 1.0);
-        assigned = curve;
-        const Snapshot original = State(curve);
-        Require(State(copy) == original && State(assigned) == original, "a copied curve equals its original");
+        KesraFuzz::RequireCopiesEqual(curve, assigned, "copies of a curve equal their original");
         return false;
     }
     default:

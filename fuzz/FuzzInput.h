@@ -201,6 +201,31 @@ private:
     double m_start;
 };
 
+// A copy of `original`, and `assigned` once assigned from it, equal it.
+template <typename T>
+void RequireCopiesEqual(const T& original, T assigned, const char* what)
+{
+    const T copy(original);
+    assigned = original;
+    const Snapshot state = State(original);
+    Require(State(copy) == state && State(assigned) == state, what);
+}
+
+// Runs step(object, in) until the input is used up, each step within the
+// time bound and followed by check(object).
+template <typename Object, typename Step, typename Check>
+void RunSteps(FuzzInput& in, Object& object, const char* what, Step step, Check check)
+{
+    while (!in.Empty())
+    {
+        {
+            OperationClock clock(what);
+            step(object, in);
+        }
+        check(object);
+    }
+}
+
 // The bit pattern equality that `==` on doubles does not give for NaN.
 inline bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 

@@ -15,8 +15,6 @@ namespace
 using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
-using KesraFuzz::Snapshot;
-using KesraFuzz::State;
 using KesraTest::TestRuler;
 
 void CheckRuler(const TestRuler& ruler)
@@ -95,13 +93,9 @@ void Step(TestRuler& ruler, FuzzInput& in)
     case 15: Require(ruler.CalculateStringWdith(in.Text(64)) > 0, "a label has a width"); break;
     default:
     {
-        const TestRuler copy(ruler);
         TestRuler assigned;
         assigned.SetUnit("x");
-        assigned = ruler;
-        const Snapshot original = State(ruler);
-        Require(State(copy) == original, "a copied ruler equals its original");
-        Require(State(assigned) == original, "an assigned ruler equals its original");
+        KesraFuzz::RequireCopiesEqual(ruler, assigned, "copies of a ruler equal their original");
         break;
     }
     }
@@ -113,13 +107,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     FuzzInput in(data, size);
     TestRuler ruler;
-    while (!in.Empty())
-    {
-        {
-            OperationClock clock("ruler operation");
-            Step(ruler, in);
-        }
-        CheckRuler(ruler);
-    }
+    KesraFuzz::RunSteps(in, ruler, "ruler operation", Step, CheckRuler);
     return 0;
 }

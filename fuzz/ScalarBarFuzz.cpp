@@ -15,8 +15,6 @@ namespace
 using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
-using KesraFuzz::Snapshot;
-using KesraFuzz::State;
 using KesraTest::TestScalarBar;
 
 void CheckGetters(const TestScalarBar& bar)
@@ -173,13 +171,9 @@ void Step(TestScalarBar& bar, FuzzInput& in)
     }
     default:
     {
-        const TestScalarBar copy(bar);
         TestScalarBar assigned;
         assigned.SetTitle(in.Text(40), false);
-        assigned = bar;
-        const Snapshot original = State(bar);
-        Require(State(copy) == original, "a copied bar equals its original");
-        Require(State(assigned) == original, "an assigned bar equals its original");
+        KesraFuzz::RequireCopiesEqual(bar, assigned, "copies of a bar equal their original");
         break;
     }
     }
@@ -191,13 +185,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     FuzzInput in(data, size);
     TestScalarBar bar;
-    while (!in.Empty())
-    {
-        {
-            OperationClock clock("scalar bar operation");
-            Step(bar, in);
-        }
-        CheckGetters(bar);
-    }
+    KesraFuzz::RunSteps(in, bar, "scalar bar operation", Step, CheckGetters);
     return 0;
 }

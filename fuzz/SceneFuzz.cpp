@@ -32,14 +32,6 @@ struct Scene
     TestDraggedArea area{640, 480};
 };
 
-template <typename T>
-void CheckCopies(const T& original, T assigned, const char* what)
-{
-    const T copy(original);
-    assigned = original;
-    Require(State(copy) == State(original) && State(assigned) == State(original), what);
-}
-
 bool IsSwitch(int value) { return value == 0 || value == 1; }
 
 void CheckScene(const Scene& scene)
@@ -111,7 +103,7 @@ void AxisStep(TestAxis& axis, FuzzInput& in)
         axis.SetDrawAxis(in.Int());
         break;
     }
-    default: CheckCopies<TestAxis>(axis, TestAxis(), "a copied triad equals its original"); break;
+    default: KesraFuzz::RequireCopiesEqual<TestAxis>(axis, TestAxis(), "a copied triad equals its original"); break;
     }
 }
 
@@ -172,7 +164,7 @@ void RendererStep(TestRenderer& r, FuzzInput& in)
         break;
     }
     default:
-        CheckCopies<TestRenderer>(r, TestRenderer(1, 1), "a copied renderer equals its original");
+        KesraFuzz::RequireCopiesEqual<TestRenderer>(r, TestRenderer(1, 1), "a copied renderer equals its original");
         break;
     }
 }
@@ -224,7 +216,7 @@ void LightStep(TestLight& l, FuzzInput& in)
         break;
     }
     case 7: l.SetName(in.Text(32)); break;
-    default: CheckCopies<TestLight>(l, TestLight(), "a copied light equals its original"); break;
+    default: KesraFuzz::RequireCopiesEqual<TestLight>(l, TestLight(), "a copied light equals its original"); break;
     }
 }
 
@@ -245,7 +237,7 @@ void FontStep(TestFont& f, FuzzInput& in)
                 "the font stores its numbers unchanged");
         break;
     }
-    default: CheckCopies<TestFont>(f, TestFont(), "a copied font equals its original"); break;
+    default: KesraFuzz::RequireCopiesEqual<TestFont>(f, TestFont(), "a copied font equals its original"); break;
     }
 }
 
@@ -273,7 +265,7 @@ void AreaStep(TestDraggedArea& a, FuzzInput& in)
     }
     case 3: a.SetColor(ReadColor(in)); break;
     default:
-        CheckCopies<TestDraggedArea>(a, TestDraggedArea(1, 1), "a copied area equals its original");
+        KesraFuzz::RequireCopiesEqual<TestDraggedArea>(a, TestDraggedArea(1, 1), "a copied area equals its original");
         break;
     }
 }

@@ -16,8 +16,6 @@ namespace
 using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
-using KesraFuzz::Snapshot;
-using KesraFuzz::State;
 using KesraTest::TestStreamline;
 
 // Counts beyond these allocate for long; huge counts reach Create only when
@@ -151,13 +149,9 @@ void Step(TestStreamline& tube, FuzzInput& in)
     case 6: RecordStep(in); break;
     default:
     {
-        const TestStreamline copy(tube);
         TestStreamline assigned;
         assigned.Create(3, 2, 1.0, 1.0);
-        assigned = tube;
-        const Snapshot original = State(tube);
-        Require(State(copy) == original, "a copied tube equals its original");
-        Require(State(assigned) == original, "an assigned tube equals its original");
+        KesraFuzz::RequireCopiesEqual(tube, assigned, "copies of a tube equal their original");
         break;
     }
     }
@@ -169,10 +163,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     FuzzInput in(data, size);
     TestStreamline tube;
-    while (!in.Empty())
-    {
-        OperationClock clock("streamline operation");
-        Step(tube, in);
-    }
+    KesraFuzz::RunSteps(in, tube, "streamline operation", Step, [](const TestStreamline&) {});
     return 0;
 }

@@ -20,8 +20,6 @@ using KesraEngine::eTipLinkDirection;
 using KesraFuzz::FuzzInput;
 using KesraFuzz::OperationClock;
 using KesraFuzz::Require;
-using KesraFuzz::Snapshot;
-using KesraFuzz::State;
 using Coord = std::array<double, 3>;
 
 using Manager = KesraTest::ProbedTipManager;
@@ -180,13 +178,9 @@ void Step(Manager& manager, std::vector<Model>& model, FuzzInput& in)
     }
     default:
     {
-        const Manager copy(manager);
         Manager assigned;
         assigned.InsertTip(in.Text(8), Coord{}.data(), Coord{}.data());
-        assigned = manager;
-        const Snapshot original = State(manager);
-        Require(State(copy) == original, "a copied manager equals its original");
-        Require(State(assigned) == original, "an assigned manager equals its original");
+        KesraFuzz::RequireCopiesEqual(manager, assigned, "copies of a manager equal their original");
         break;
     }
     }
