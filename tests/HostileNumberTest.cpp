@@ -259,7 +259,7 @@ TEST(HostileNumberTest, RulerRefusesScalesThatAreNotPositiveAndKeepsItsLengthANu
     {
         TestRuler ruler;
         ruler.SetWindowSize(n, n);
-        ruler.SetStartPosition(-n, n);
+        ruler.SetStartPosition(~n, n);
         EXPECT_GE(ruler.PixelWidth(), 0) << n;
         ruler.SetRulerWidthScale(n);
         int scale = 0;
@@ -323,7 +323,7 @@ TEST(HostileNumberTest, RendererAndTriadStoreWhatTheyAreGiven)
     for (const int n : kInts)
     {
         TestRenderer renderer(1, 1);
-        renderer.Resize(n, -n - 1);
+        renderer.Resize(n, ~n);
         EXPECT_EQ(renderer.resizedWidth, n);
         TestAxis axis;
         EXPECT_TRUE(axis.Create(n, n));
