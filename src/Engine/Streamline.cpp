@@ -124,6 +124,19 @@ CKesraStreamline::CKesraStreamline()
 
 CKesraStreamline::~CKesraStreamline() = default;
 
+CKesraStreamline& CKesraStreamline::operator=(const CKesraStreamline& other)
+{
+    std::vector<CKesraStreamlineData> nodes = other.m_nodes;
+    m_created = other.m_created;
+    m_drawStreamline = other.m_drawStreamline;
+    m_nodeCount = other.m_nodeCount;
+    m_sliceCount = other.m_sliceCount;
+    m_radius = other.m_radius;
+    m_auxiliarySize = other.m_auxiliarySize;
+    m_nodes.swap(nodes);
+    return *this;
+}
+
 // ---- Lifecycle --------------------------------------------------------------
 
 bool CKesraStreamline::Create(int nodes, int slices, double radius, double auxiliarySize)
@@ -140,16 +153,17 @@ bool CKesraStreamline::Create(int nodes, int slices, double radius, double auxil
         return false;
     }
 
-    m_radius = radius;
-    m_auxiliarySize = auxiliarySize;
-    m_nodeCount = nodes;
-    m_sliceCount = slices;
-
+    // The records come first: when memory runs out the streamline keeps the
+    // sizes it last accepted, as after any other failed Create.
     std::vector<CKesraStreamlineData> records(static_cast<std::size_t>(nodes));
     for (CKesraStreamlineData& record : records)
     {
         record.SetSliceCount(slices);
     }
+    m_radius = radius;
+    m_auxiliarySize = auxiliarySize;
+    m_nodeCount = nodes;
+    m_sliceCount = slices;
     m_nodes = std::move(records);
     m_created = true;
     return true;

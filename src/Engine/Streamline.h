@@ -44,7 +44,9 @@ public:
     using Vector = KesraMathKit::TKesraVector3<double>;
 
     CKesraStreamline(const CKesraStreamline&) = default;
-    CKesraStreamline& operator=(const CKesraStreamline&) = default;
+    // Copies the node records aside first: when memory runs out the
+    // streamline stays as it was, its counts never reaching beyond its records.
+    CKesraStreamline& operator=(const CKesraStreamline& other);
     // Not virtual: a backend streamline is destroyed through its own type.
     ~CKesraStreamline();
 

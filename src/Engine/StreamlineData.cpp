@@ -1,5 +1,6 @@
 #include "Engine/StreamlineData.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace KesraEngine
@@ -49,6 +50,18 @@ CKesraStreamlineData::CKesraStreamlineData()
       m_sliceNodeCoords(kDefaultSliceCount),
       m_sliceNodeNormals(kDefaultSliceCount)
 {
+}
+
+CKesraStreamlineData& CKesraStreamlineData::operator=(const CKesraStreamlineData& other)
+{
+    std::vector<Vector> coords = other.m_sliceNodeCoords;
+    std::vector<Vector> normals = other.m_sliceNodeNormals;
+    std::copy_n(other.m_coord, 3, m_coord);
+    std::copy_n(other.m_color, 4, m_color);
+    m_sliceCount = other.m_sliceCount;
+    m_sliceNodeCoords.swap(coords);
+    m_sliceNodeNormals.swap(normals);
+    return *this;
 }
 
 void CKesraStreamlineData::SetCoord(double x, double y, double z)

@@ -29,6 +29,13 @@ public:
 
     // Position (0, 0, 0), colour (0, 0, 0, 0), twelve ring entries.
     CKesraStreamlineData();
+    CKesraStreamlineData(const CKesraStreamlineData&) = default;
+    CKesraStreamlineData(CKesraStreamlineData&&) noexcept = default;
+    // Copies the rings aside first: when memory runs out the record stays as
+    // it was, its slice count never reaching beyond its arrays.
+    CKesraStreamlineData& operator=(const CKesraStreamlineData& other);
+    CKesraStreamlineData& operator=(CKesraStreamlineData&&) noexcept = default;
+    ~CKesraStreamlineData() = default;
 
     // The record's own x, y, z; writes through the pointer change the record.
     double* GetCoord() { return m_coord; }

@@ -33,6 +33,18 @@ void* Allocate(std::size_t size)
     return block;
 }
 
+void* AllocateOrNull(std::size_t size) noexcept
+{
+    try
+    {
+        return Allocate(size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
 void Release(void* block) noexcept
 {
     if (block != nullptr)
@@ -44,12 +56,25 @@ void Release(void* block) noexcept
 
 } // namespace
 
+// Every form is replaced, the nothrow ones included, so that no block is
+// allocated by one allocator and released by another (AddressSanitizer, which
+// brings its own operator new, reports such a mismatch).
 void* operator new(std::size_t size) { return Allocate(size); }
 void* operator new[](std::size_t size) { return Allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return AllocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return AllocateOrNull(size);
+}
 void operator delete(void* block) noexcept { Release(block); }
 void operator delete[](void* block) noexcept { Release(block); }
 void operator delete(void* block, std::size_t) noexcept { Release(block); }
 void operator delete[](void* block, std::size_t) noexcept { Release(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { Release(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { Release(block); }
 
 namespace KesraTest
 {
