@@ -18,12 +18,28 @@ constexpr int kTitleBand = 40;      // pixels at the top taken by the title
 constexpr double kRulerStart = 0.42; // the ruler's start, as a share of the width
 constexpr int kSmoothFrames = 24;   // frames of a smooth turn to a standard view
 
-using PaletteSetter = void (KesraEngine::CKesraScalarBar::*)();
-constexpr PaletteSetter kPalettes[] = {
-    &KesraEngine::CKesraScalarBar::SetColorPaletteRedBlue,
-    &KesraEngine::CKesraScalarBar::SetColorPaletteBlueRed,
-    &KesraEngine::CKesraScalarBar::SetColorPaletteGrayScale,
-    &KesraEngine::CKesraScalarBar::SetColorPaletteGreenRed};
+// The palettes that `p` steps through, in order. A switch rather than a table
+// of member pointers: g++'s sanitizer builds misread calls through those as
+// reading an uninitialised value.
+constexpr int kPaletteCount = 4;
+void LoadPalette(KesraEngine::CKesraScalarBar& legend, int palette)
+{
+    switch (palette)
+    {
+    case 0:
+        legend.SetColorPaletteRedBlue();
+        break;
+    case 1:
+        legend.SetColorPaletteBlueRed();
+        break;
+    case 2:
+        legend.SetColorPaletteGrayScale();
+        break;
+    default:
+        legend.SetColorPaletteGreenRed();
+        break;
+    }
+}
 
 const char* const kHelp[] = {
     "left drag          rotate",
@@ -342,8 +358,8 @@ void ViewerScene::SetView(View view, bool smooth)
 
 void ViewerScene::NextPalette()
 {
-    m_palette = (m_palette + 1) % static_cast<int>(std::size(kPalettes));
-    (m_legend.*kPalettes[m_palette])();
+    m_palette = (m_palette + 1) % kPaletteCount;
+    LoadPalette(m_legend, m_palette);
     Recolour();
 }
 

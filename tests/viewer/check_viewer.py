@@ -36,6 +36,11 @@ def decode_png(path):
 
 def run(viewer, args, env=None):
     full_env = dict(os.environ)
+    # Libraries the viewer, not this script, must start with (a sanitized
+    # build's runtime and graphics driver).
+    preload = full_env.pop("KESRA_VIEWER_PRELOAD", "")
+    if preload:
+        full_env["LD_PRELOAD"] = preload
     full_env.update(env or {})
     result = subprocess.run([viewer] + args, capture_output=True, text=True, env=full_env,
                             timeout=120)
