@@ -35,6 +35,54 @@ public:
     void OnTransformUpdate(const KesraMathKit::TKesraMatrix4<double>&, float, float, float) override {}
 };
 
+// The fields that no getter or probe of the doubles shows, added to their
+// states so that an assignment that forgets one of them is seen.
+class FullCamera : public TestCamera
+{
+public:
+    using TestCamera::TestCamera;
+    Snapshot Fields() const
+    {
+        Snapshot s = State(static_cast<const TestCamera&>(*this));
+        s << m_worldToViewMatrix << m_eventHandlers.size();
+        for (const auto* handler : m_eventHandlers)
+        {
+            s << handler;
+        }
+        return s;
+    }
+};
+
+class FullScalarBar : public TestScalarBar
+{
+public:
+    // What a backend does once it has drawn the bar.
+    void ClearModified() { m_modified = 0; }
+    Snapshot Fields() const
+    {
+        Snapshot s = State(static_cast<const TestScalarBar&>(*this));
+        s << m_palette << m_useCurrentUpperValue;
+        return s;
+    }
+};
+
+// A light whose backend has given it a slot.
+class SlottedLight : public TestLight
+{
+public:
+    explicit SlottedLight(int slot) { m_backendSlot = slot; }
+};
+
+Snapshot State(const FullCamera& camera)
+{
+    return camera.Fields();
+}
+
+Snapshot State(const FullScalarBar& bar)
+{
+    return bar.Fields();
+}
+
 // Prints the total once the executable has run, for the figures in the README.
 class FaultPointReport : public ::testing::Environment
 {
@@ -65,22 +113,38 @@ TEST(AllocationFailureTest, CameraRegistrationReportsAndKeepsTheList)
     EXPECT_GE(points, 4);
 }
 
+// Every field of the source differs from the target's, so that a copy that
+// misses one does not equal the source.
 TEST(AllocationFailureTest, CameraNameAndCopiesThrowAndKeepTheCamera)
 {
-    NullHandler handlers[3];
-    TestCamera source(800, 600);
+    NullHandler handlers[4];
+    FullCamera source(800, 600);
     source.SetName(kLonger);
-    for (NullHandler& handler : handlers)
+    for (int i = 0; i < 3; ++i)
     {
-        source.RegisterEventHandler(&handler);
+        source.RegisterEventHandler(&handlers[i]);
     }
     source.ZoomAll(0, 1, 0, 2, 0, 3);
-    const TestCamera target(100, 100);
+    source.SetRotateCenter(0.5f, 1.0f, 1.5f);
+    source.SetTranslation(3.0f, -2.0f);
+    source.SetSixSidesInspectionSideFrames(12, false);
+    source.SetSixSidesInspectionSidePauses(3, false);
+    source.SetSixSidesInspection(true, false);
+    for (int i = 0; i < 17; ++i)  // into the pause after the first side
+    {
+        source.SixSidesInspectionImpl();
+    }
+    source.SetSmoothRotateFrames(9);
+    source.SetRotateMatrixToISOView(true);
+    source.SmoothRotateImpl();
+    source.GetWorldToViewMatrix();
+    FullCamera target(100, 100);
+    target.SetName(kLong);
+    target.RegisterEventHandler(&handlers[3]);
     EXPECT_GE(FailEachAllocation(source, OnFailure::Throws,
                                  [](TestCamera& c) { return c.GetName() == kLonger; }),
               1);
-    // The member-wise assignment may stop between the name and the list.
-    EXPECT_GE(FailEachCopyAllocation(source, target, OnFailure::Discards), 4);
+    EXPECT_GE(FailEachCopyAllocation(source, target), 4);
 }
 
 TEST(AllocationFailureTest, TipInsertionAndTextsReportAndKeepTheTips)
@@ -117,7 +181,7 @@ TEST(AllocationFailureTest, TipInsertionAndTextsReportAndKeepTheTips)
 
 TEST(AllocationFailureTest, ScalarBarTextsThrowAndKeepTheBar)
 {
-    TestScalarBar bar;
+    FullScalarBar bar;
     ASSERT_TRUE(bar.Create(300, 600, 10, 20));
     bar.SetTitle(kLong, false);
     bar.SetNote(kLong);
@@ -141,9 +205,31 @@ TEST(AllocationFailureTest, ScalarBarTextsThrowAndKeepTheBar)
         b.GetTitle(title);
         return title == kLong;
     });
-    TestScalarBar target;
+    // Every other field away from its default too, for the copies.
+    bar.SetDirection(1);
+    bar.SetColor({1, 2, 3, 4});
+    bar.SetAutoTextColor(1);
+    bar.SetValueFormat(5, 6);
+    bar.SetValueRange(-2.0, 7.0, false, false);
+    bar.SetDisplayRange(-1.0, 6.0);
+    bar.SetBlockNum(5);
+    bar.SetInverse(1);
+    bar.SetBanded(1);
+    bar.SetFillAllRange(1);
+    bar.SetVisibility(0);
+    bar.SetShowNode(0);
+    bar.SetColorBlockLineWidth(2.5f);
+    bar.SetColorPaletteGreenRed();
+    bar.SetOverRangeColor(7, 8, 9);
+    bar.SetUseSignleColor(1);
+    bar.SetSingleColor(10, 11, 12);
+    // The range switches and the current upper value go together, so the
+    // target holds the other combination.
+    FullScalarBar target;
     target.SetTitle(kLonger, false);
-    points += FailEachCopyAllocation(bar, target, OnFailure::Discards);
+    target.SetValueRange(-3.0, 8.0, 5.0);
+    target.ClearModified();
+    points += FailEachCopyAllocation(bar, target);
     EXPECT_GE(points, 8);
 }
 
@@ -232,15 +318,45 @@ TEST(AllocationFailureTest, CurveInsertionsThrowAndKeepTheNodes)
 
 TEST(AllocationFailureTest, SceneSettingTextsAndCopiesThrowAndKeepTheObject)
 {
+    // Every field away from its default, for the copies.
     TestRuler ruler;
-    ruler.Create(400, 300, 5, 5);
+    ruler.Create(400, 250, 5, 7);
     ruler.SetUnit(kLong);
-    TestLight light;
+    ruler.SetDrawRuler(0);
+    ruler.SetRulerWidthScale(4);
+    ruler.SetRulerHeight(14);
+    ruler.SetOpenGLScale(0.01f);
+    ruler.SetTextColor({1, 2, 3, 4});
+    ruler.SetBlock4();
+    ruler.SetAutoBlock(true);
+    ruler.UpdateWidthFactor();
+    SlottedLight light(3);
     light.SetName(kLong);
+    light.SetColor({1, 2, 3, 4});
+    light.SetPosition({1, 2, 3});
+    light.SetFocalPoint({4, 5, 6});
+    light.SetIntensity(0.5f);
+    light.SetSwitch(0);
+    light.SetExponent(2.0f);
+    light.SetConeAngle(30.0f);
+    light.SetAttenuationValues(0.5f, 0.25f, 0.125f);
+    light.SetLightType(2);
     TestFont font;
     font.SetFace(kLong);
     TestRenderer renderer(320, 240);
+    TestCamera camera(10, 10);
     renderer.SetName(kLong.c_str());
+    renderer.SetActive(0);
+    renderer.SetTitleColor({1, 2, 3, 4});
+    renderer.SetGradient(0);
+    renderer.SetBackgroundColor({5, 6, 7, 8});
+    renderer.SetBackgroundColor2({9, 10, 11, 12});
+    renderer.SetPointSmoothing(1);
+    renderer.SetLineSmoothing(1);
+    renderer.SetPolygonSmoothing(1);
+    renderer.SetDoubleBuffer(false);
+    renderer.SetPolygonOffsetPara(2.0f, 3.0f);
+    renderer.SetCamera(&camera);
     long points = 0;
     points += FailEachAllocation(ruler, OnFailure::Throws, [](TestRuler& r) {
         r.SetUnit(kLonger);
@@ -249,19 +365,19 @@ TEST(AllocationFailureTest, SceneSettingTextsAndCopiesThrowAndKeepTheObject)
     // Names and faces are taken by value and moved in; reading them back
     // copies.
     points += FailEachAllocation(light, OnFailure::Throws,
-                                 [](TestLight& l) { return l.GetName() == kLong; });
+                                 [](SlottedLight& l) { return l.GetName() == kLong; });
     points += FailEachAllocation(font, OnFailure::Throws,
                                  [](TestFont& f) { return f.GetFace() == kLong; });
     points += FailEachAllocation(renderer, OnFailure::Throws, [](TestRenderer& r) {
         r.SetName(kLonger.c_str());
         return std::strcmp(r.GetName(), kLonger.c_str()) == 0;
     });
-    // Member-wise assignments: the fields before the text may already hold
-    // the source's values when the text cannot be copied.
-    points += FailEachCopyAllocation(ruler, TestRuler(), OnFailure::Discards);
-    points += FailEachCopyAllocation(light, TestLight(), OnFailure::Discards);
+    TestRuler fourBlocks;  // the automatic choice above is two blocks
+    fourBlocks.SetBlock4();
+    points += FailEachCopyAllocation(ruler, fourBlocks);
+    points += FailEachCopyAllocation(light, SlottedLight(-1));
     points += FailEachCopyAllocation(font, TestFont());
-    points += FailEachCopyAllocation(renderer, TestRenderer(1, 1), OnFailure::Discards);
+    points += FailEachCopyAllocation(renderer, TestRenderer(1, 1));
     EXPECT_GE(points, 12);
 }
 

@@ -78,6 +78,48 @@ CKesraCamera::CKesraCamera(int width, int height)
 
 CKesraCamera::~CKesraCamera() = default;
 
+CKesraCamera& CKesraCamera::operator=(const CKesraCamera& other)
+{
+    // The two copies that can fail come first; everything after them is a
+    // plain value or a swap, so a failure changes nothing.
+    std::string name(other.m_name);
+    std::vector<IKesraCameraEventHandler*> handlers(other.m_eventHandlers);
+    m_name.swap(name);
+    m_windowWidth = other.m_windowWidth;
+    m_windowHeight = other.m_windowHeight;
+    m_halfWidth = other.m_halfWidth;
+    m_halfHeight = other.m_halfHeight;
+    m_viewLeft = other.m_viewLeft;
+    m_viewRight = other.m_viewRight;
+    m_viewBottom = other.m_viewBottom;
+    m_viewTop = other.m_viewTop;
+    m_viewNear = other.m_viewNear;
+    m_viewFar = other.m_viewFar;
+    m_rotateMatrix = other.m_rotateMatrix;
+    m_scale = other.m_scale;
+    m_translationX = other.m_translationX;
+    m_translationY = other.m_translationY;
+    std::copy(std::begin(other.m_negRotateCenter), std::end(other.m_negRotateCenter),
+              std::begin(m_negRotateCenter));
+    m_modified = other.m_modified;
+    m_worldToViewMatrix = other.m_worldToViewMatrix;
+    m_smoothStartAngles = other.m_smoothStartAngles;
+    m_smoothTargetAngles = other.m_smoothTargetAngles;
+    m_smoothRotateFrames = other.m_smoothRotateFrames;
+    m_smoothCurrentFrame = other.m_smoothCurrentFrame;
+    m_smoothRotating = other.m_smoothRotating;
+    m_sixSidesCycleFrames = other.m_sixSidesCycleFrames;
+    m_sixSidesCurrentFrame = other.m_sixSidesCurrentFrame;
+    m_sixSidesSidePauses = other.m_sixSidesSidePauses;
+    m_sixSidesPauseCounter = other.m_sixSidesPauseCounter;
+    std::copy(std::begin(other.m_sixSidesPhaseAngles), std::end(other.m_sixSidesPhaseAngles),
+              std::begin(m_sixSidesPhaseAngles));
+    m_sixSidesInspection = other.m_sixSidesInspection;
+    m_eventHandlers.swap(handlers);
+    // m_walkAnchor stays: it belongs to this object's own call stack.
+    return *this;
+}
+
 // ---- Observers ----------------------------------------------------------------
 
 bool CKesraCamera::RegisterEventHandler(IKesraCameraEventHandler* handler)

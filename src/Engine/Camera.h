@@ -49,7 +49,9 @@ public:
     using Vector = KesraMathKit::TKesraVector3<double>;
 
     CKesraCamera(const CKesraCamera&) = default;
-    CKesraCamera& operator=(const CKesraCamera&) = default;
+    // All or nothing: when the name or the handler list cannot be copied,
+    // std::bad_alloc leaves this camera exactly as it was.
+    CKesraCamera& operator=(const CKesraCamera& other);
 
     // ---- Observers -------------------------------------------------------
     //

@@ -37,6 +37,25 @@ CKesraLight::CKesraLight()
 {
 }
 
+CKesraLight& CKesraLight::operator=(const CKesraLight& other)
+{
+    // The text is copied first and swapped in: std::bad_alloc from the copy
+    // leaves this object as it was, and nothing after it can fail.
+    std::string name(other.m_name);
+    m_focalPoint = other.m_focalPoint;
+    m_position = other.m_position;
+    m_attenuationValues = other.m_attenuationValues;
+    m_intensity = other.m_intensity;
+    m_exponent = other.m_exponent;
+    m_coneAngle = other.m_coneAngle;
+    m_switch = other.m_switch;
+    m_lightType = other.m_lightType;
+    m_backendSlot = other.m_backendSlot;
+    m_name.swap(name);
+    m_color = other.m_color;
+    return *this;
+}
+
 void CKesraLight::SetColor(Color color)
 {
     m_color = color;

@@ -29,7 +29,9 @@ public:
     using Vector = KesraMathKit::TKesraVector3<double>;
 
     CKesraLight(const CKesraLight&) = default;
-    CKesraLight& operator=(const CKesraLight&) = default;
+    // All or nothing: when a text cannot be copied, std::bad_alloc leaves
+    // this object as it was.
+    CKesraLight& operator=(const CKesraLight& other);
     ~CKesraLight() = default;
 
     // All four components, alpha included.

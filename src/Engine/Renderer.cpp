@@ -42,6 +42,29 @@ CKesraRenderer::CKesraRenderer(int width, int height)
 
 CKesraRenderer::~CKesraRenderer() = default;
 
+CKesraRenderer& CKesraRenderer::operator=(const CKesraRenderer& other)
+{
+    // The text is copied first and swapped in: std::bad_alloc from the copy
+    // leaves this object as it was, and nothing after it can fail.
+    std::string name(other.m_name);
+    m_width = other.m_width;
+    m_height = other.m_height;
+    m_name.swap(name);
+    m_active = other.m_active;
+    m_titleColor = other.m_titleColor;
+    m_gradient = other.m_gradient;
+    m_backgroundColor = other.m_backgroundColor;
+    m_backgroundColor2 = other.m_backgroundColor2;
+    m_pointSmoothing = other.m_pointSmoothing;
+    m_lineSmoothing = other.m_lineSmoothing;
+    m_polygonSmoothing = other.m_polygonSmoothing;
+    m_doubleBuffer = other.m_doubleBuffer;
+    m_polygonOffsetPara1 = other.m_polygonOffsetPara1;
+    m_polygonOffsetPara2 = other.m_polygonOffsetPara2;
+    m_camera = other.m_camera;
+    return *this;
+}
+
 void CKesraRenderer::Resize(int width, int height)
 {
     m_width = width;

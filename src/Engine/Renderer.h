@@ -41,7 +41,9 @@ public:
     using Color = KesraMathKit::TKesraGenColor<unsigned char>;
 
     CKesraRenderer(const CKesraRenderer&) = default;
-    CKesraRenderer& operator=(const CKesraRenderer&) = default;
+    // All or nothing: when a text cannot be copied, std::bad_alloc leaves
+    // this object as it was.
+    CKesraRenderer& operator=(const CKesraRenderer& other);
 
     // Virtual so that a host may delete a backend renderer through this class.
     virtual ~CKesraRenderer();

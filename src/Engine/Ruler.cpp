@@ -119,6 +119,32 @@ CKesraRuler::CKesraRuler()
 {
 }
 
+CKesraRuler& CKesraRuler::operator=(const CKesraRuler& other)
+{
+    // The text is copied first and swapped in: std::bad_alloc from the copy
+    // leaves this object as it was, and nothing after it can fail.
+    std::string unit(other.m_unit);
+    m_created = other.m_created;
+    m_drawRuler = other.m_drawRuler;
+    m_windowWidth = other.m_windowWidth;
+    m_windowHeight = other.m_windowHeight;
+    m_startX = other.m_startX;
+    m_startY = other.m_startY;
+    m_rulerWidthScale = other.m_rulerWidthScale;
+    m_rulerHeight = other.m_rulerHeight;
+    m_reducedHeight = other.m_reducedHeight;
+    m_openGLScale = other.m_openGLScale;
+    m_unit.swap(unit);
+    m_textColor = other.m_textColor;
+    m_rulerPixelWidth = other.m_rulerPixelWidth;
+    m_rulerLength = other.m_rulerLength;
+    m_autoBlock = other.m_autoBlock;
+    m_blockCount = other.m_blockCount;
+    m_labelFormat1 = other.m_labelFormat1;
+    m_labelFormat2 = other.m_labelFormat2;
+    return *this;
+}
+
 // ---- Lifecycle ----------------------------------------------------------------
 
 bool CKesraRuler::Create(int width, int height, int startX, int startY)

@@ -33,7 +33,9 @@ public:
 
     CKesraRuler();
     CKesraRuler(const CKesraRuler&) = default;
-    CKesraRuler& operator=(const CKesraRuler&) = default;
+    // All or nothing: when a text cannot be copied, std::bad_alloc leaves
+    // this object as it was.
+    CKesraRuler& operator=(const CKesraRuler& other);
     ~CKesraRuler() = default;
 
     // False, with nothing changed, when width or height is 0. Otherwise stores

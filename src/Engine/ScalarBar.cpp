@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 namespace KesraEngine
 {
@@ -298,6 +299,54 @@ CKesraScalarBar::CKesraScalarBar()
       m_singleColor{255, 96, 0}
 {
     SetColorPaletteRedBlue();
+}
+
+CKesraScalarBar& CKesraScalarBar::operator=(const CKesraScalarBar& other)
+{
+    // The texts are copied first and swapped in: std::bad_alloc from the copy
+    // leaves this object as it was, and nothing after it can fail.
+    std::string title(other.m_title);
+    std::string unit(other.m_unit);
+    std::string note(other.m_note);
+    m_created = other.m_created;
+    m_modified = other.m_modified;
+    m_windowWidth = other.m_windowWidth;
+    m_windowHeight = other.m_windowHeight;
+    m_blockNum = other.m_blockNum;
+    m_startX = other.m_startX;
+    m_startY = other.m_startY;
+    m_title.swap(title);
+    m_unit.swap(unit);
+    m_note.swap(note);
+    m_color = other.m_color;
+    m_autoTextColor = other.m_autoTextColor;
+    m_valueFormat1 = other.m_valueFormat1;
+    m_valueFormat2 = other.m_valueFormat2;
+    m_maxValue = other.m_maxValue;
+    m_minValue = other.m_minValue;
+    m_currentUpperValue = other.m_currentUpperValue;
+    m_displayMax = other.m_displayMax;
+    m_displayMin = other.m_displayMin;
+    m_colorScaleTop = other.m_colorScaleTop;
+    m_inverse = other.m_inverse;
+    m_banded = other.m_banded;
+    m_direction = other.m_direction;
+    m_visibility = other.m_visibility;
+    m_fillAllRange = other.m_fillAllRange;
+    m_valueRangeFlag1 = other.m_valueRangeFlag1;
+    m_valueRangeFlag2 = other.m_valueRangeFlag2;
+    m_useCurrentUpperValue = other.m_useCurrentUpperValue;
+    m_showNode = other.m_showNode;
+    m_colorBlockLineWidth = other.m_colorBlockLineWidth;
+    SetPalette(other.m_palette);
+    m_equalPartX = other.m_equalPartX;
+    m_equalPartY = other.m_equalPartY;
+    std::copy(std::begin(other.m_overRangeColor), std::end(other.m_overRangeColor),
+              std::begin(m_overRangeColor));
+    m_useSingleColor = other.m_useSingleColor;
+    std::copy(std::begin(other.m_singleColor), std::end(other.m_singleColor),
+              std::begin(m_singleColor));
+    return *this;
 }
 
 // ---- Private helpers ------------------------------------------------------------

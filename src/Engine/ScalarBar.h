@@ -47,7 +47,9 @@ public:
     // Range 0 to 1, RedBlue palette, smooth, 8 blocks, not created.
     CKesraScalarBar();
     CKesraScalarBar(const CKesraScalarBar&) = default;
-    CKesraScalarBar& operator=(const CKesraScalarBar&) = default;
+    // All or nothing: when a text cannot be copied, std::bad_alloc leaves
+    // this object as it was.
+    CKesraScalarBar& operator=(const CKesraScalarBar& other);
 
     // ---- Lifecycle (virtual, in this order) -----------------------------------
 

@@ -121,26 +121,20 @@ long FailEachAllocation(const Object& start, OnFailure onFailure, Operation oper
 
 // Copy construction and copy assignment of `source` over `target`, each with
 // every allocation failing in turn: the source never changes, a failed
-// assignment leaves the target as it was (OnFailure::Throws) or at least
-// whole and assignable (OnFailure::Discards, for the member-wise assignments
-// that may stop between two members), and a copy that succeeds equals the
+// assignment leaves the target as it was, and a copy that succeeds equals the
 // source. Returns the fault points.
 template <typename Object>
-long FailEachCopyAllocation(const Object& source, const Object& target,
-                            OnFailure assignment = OnFailure::Throws)
+long FailEachCopyAllocation(const Object& source, const Object& target)
 {
     const Snapshot original = State(source);
     long points = FailEachAllocation(source, OnFailure::Throws, [](Object& object) {
         const Object copy(object);
         return true;
     });
-    points += FailEachAllocation(
-        target, assignment,
-        [&source](Object& object) {
-            object = source;
-            return true;
-        },
-        [](const Object&) {});
+    points += FailEachAllocation(target, OnFailure::Throws, [&source](Object& object) {
+        object = source;
+        return true;
+    });
     const Object copy(source);
     Object assigned(target);
     assigned = source;
