@@ -145,30 +145,10 @@ void OnKey(unsigned char key, int, int)
     }
 }
 
-} // namespace
-
-int RunWindow(const Options& options, SceneData data)
+// The window's whole life, from the context to the end of the main loop;
+// everything it made is gone when it returns.
+int ShowWindow(const Options& options, const std::vector<Event>& events, SceneData data)
 {
-    const char* display = std::getenv("DISPLAY");
-    if (display == nullptr || display[0] == '\0')
-    {
-        std::fprintf(stderr, "kesra-viewer: no display: DISPLAY is not set "
-                             "(use --headless --snapshot FILE.png)\n");
-        return 1;
-    }
-    std::vector<Event> events;
-    if (!LoadEvents(options, events))
-    {
-        return 2;
-    }
-    int argc = 1;
-    char name[] = "kesra-viewer";
-    char* argv[] = {name, nullptr};
-    glutInit(&argc, argv);
-    // The loop returns without tearing freeglut down, so that the scene can
-    // free its objects in the context before the window goes.
-    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
-
     GlutSurface surface;
     ViewerScene scene(surface, std::move(data), options.width, options.height);
     if (!scene.CreateContext())
@@ -196,6 +176,35 @@ int RunWindow(const Options& options, SceneData data)
     glutMainLoop();
     g_host = WindowHost{};
     return 0;
+}
+
+} // namespace
+
+int RunWindow(const Options& options, SceneData data)
+{
+    const char* display = std::getenv("DISPLAY");
+    if (display == nullptr || display[0] == '\0')
+    {
+        std::fprintf(stderr, "kesra-viewer: no display: DISPLAY is not set "
+                             "(use --headless --snapshot FILE.png)\n");
+        return 1;
+    }
+    std::vector<Event> events;
+    if (!LoadEvents(options, events))
+    {
+        return 2;
+    }
+    int argc = 1;
+    char name[] = "kesra-viewer";
+    char* argv[] = {name, nullptr};
+    glutInit(&argc, argv);
+    // The loop returns without tearing freeglut down, so that the scene can
+    // free its objects in the context before the window goes; freeglut and
+    // its display connection (with the driver's buffers) go after.
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
+    const int status = ShowWindow(options, events, std::move(data));
+    glutExit();
+    return status;
 }
 
 } // namespace KesraViewer

@@ -1,0 +1,226 @@
+"""kesra-viewer in a real window: an X server without a screen (Xvfb), the
+mouse and keys sent by xdotool through the X server, as a person's would be.
+Each control must change the picture the viewer's own `s` snapshot writes,
+switches must come back to the picture they left, a window resize must reach
+the renderer, and `q` must end the program with 0.
+
+usage: check_window.py VIEWER WORKDIR
+Exits 77 (skipped) when xvfb-run or xdotool is missing; .ci/install-window-tools
+installs them.
+"""
+import os
+import shutil
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from check_viewer import decode_png, expect  # noqa: E402
+
+SKIPPED = 77
+UNDER_XVFB = "KESRA_WINDOW_TEST_UNDER_XVFB"
+
+# Two polylines with a point scalar: the user's own file, not the built-in scene.
+VTK_FILE = """# vtk DataFile Version 3.0
+window test
+ASCII
+DATASET POLYDATA
+POINTS 8 float
+0 0 0  1 0.2 0  2 0.1 0.3  3 0 0.5
+0 1 0  1 1.3 0.2  2 1.2 0.1  3 1 0
+LINES 2 10
+4 0 1 2 3
+4 4 5 6 7
+POINT_DATA 8
+SCALARS pressure double 1
+LOOKUP_TABLE default
+0 1 2 3 4 5 6 7
+"""
+
+
+def xdotool(*args, check=True):
+    result = subprocess.run(["xdotool"] + [str(a) for a in args], capture_output=True,
+                            text=True, timeout=30)
+    if check:
+        expect(result.returncode == 0, "xdotool " + " ".join(map(str, args)) + ": "
+               + result.stderr.strip())
+    return result.stdout
+
+
+class Window:
+    def __init__(self, viewer, work):
+        env = dict(os.environ)
+        preload = env.pop("KESRA_VIEWER_PRELOAD", "")
+        if preload:
+            env["LD_PRELOAD"] = preload
+            env["LSAN_OPTIONS"] = "suppressions=" + os.path.join(
+                os.path.dirname(os.path.abspath(__file__)), "..", "..", ".ci",
+                "lsan-window.supp")
+        path = os.path.join(work, "lines.vtk")
+        with open(path, "w") as f:
+            f.write(VTK_FILE)
+        self.work = work
+        self.shots = 0
+        self.process = subprocess.Popen([viewer, "--size", "640x480", path], cwd=work, env=env,
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                        text=True)
+        self.id = self.find()
+        # The pointer over the window: keys go where it is, without a window
+        # manager to give the focus.
+        self.move(320, 240)
+
+    def find(self):
+        deadline = time.monotonic() + 60
+        while time.monotonic() < deadline:
+            self.expect_running("before its window showed")
+            found = xdotool("search", "--onlyvisible", "--name", "^kesra-viewer$", check=False)
+            if found.strip():
+                return found.split()[0]
+            time.sleep(0.2)
+        expect(False, "no kesra-viewer window within 60 s")
+
+    def expect_running(self, when):
+        if self.process.poll() is not None:
+            expect(False, "the viewer ended with %d %s: %s"
+                   % (self.process.returncode, when, self.process.communicate()[1]))
+
+    def move(self, x, y):
+        xdotool("mousemove", "--window", self.id, x, y)
+
+    def drag(self, start, end, button=1, held=None):
+        self.move(*start)
+        if held:
+            xdotool("keydown", held)
+        xdotool("mousedown", button)
+        for step in range(1, 5):
+            self.move(start[0] + (end[0] - start[0]) * step // 4,
+                      start[1] + (end[1] - start[1]) * step // 4)
+        xdotool("mouseup", button)
+        if held:
+            xdotool("keyup", held)
+
+    def key(self, name):
+        xdotool("key", name)
+
+    def snapshot(self):
+        """The viewer's own `s` snapshot: (width, height, file bytes)."""
+        self.shots += 1
+        path = os.path.join(self.work, "kesra-viewer-%d.png" % self.shots)
+        self.key("s")
+        deadline = time.monotonic() + 30
+        while not os.path.exists(path):
+            expect(time.monotonic() < deadline, "no %s within 30 s of the s key" % path)
+            self.expect_running("before writing " + path)
+            time.sleep(0.1)
+        width, height = decode_png(path)
+        with open(path, "rb") as f:
+            return width, height, f.read()
+
+    def settle(self, seconds=1.0):
+        """Time for the window to draw what the events asked (animations too)."""
+        time.sleep(seconds)
+
+    def quit(self):
+        # The window is gone once q is down; xdotool's key-up then finds no
+        # window, so its own answer is not asked for.
+        xdotool("key", "q", check=False)
+        try:
+            out, err = self.process.communicate(timeout=30)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            expect(False, "q did not end the viewer within 30 s")
+        expect(self.process.returncode == 0, "q ended the viewer with %d: %s"
+               % (self.process.returncode, err))
+        return out
+
+
+def changes(window, before, what, settle=0.5):
+    window.settle(settle)
+    after = window.snapshot()
+    expect(after[2] != before[2], what + " did not change the picture")
+    return after
+
+
+def check(viewer, work):
+    window = Window(viewer, work)
+    first = window.snapshot()
+    expect(first[:2] == (640, 480), "snapshot of %dx%d, not the window's 640x480" % first[:2])
+
+    window.drag((320, 240), (380, 270))
+    shot = changes(window, first, "left drag (rotate)")
+    # Wheel zoom at the cursor: X reports the wheel as buttons 4 and 5.
+    window.move(300, 200)
+    xdotool("click", 4)
+    shot = changes(window, shot, "wheel (zoom at the cursor)")
+    window.drag((320, 240), (380, 300), button=1, held="shift")
+    shot = changes(window, shot, "shift + left drag (pan)")
+    window.drag((320, 240), (320, 180), button=2)
+    shot = changes(window, shot, "middle drag (pan)")
+    window.drag((200, 150), (420, 330), button=1, held="ctrl")
+    shot = changes(window, shot, "ctrl + left drag (rubber-band zoom)")
+    window.key("f")
+    shot = changes(window, shot, "f (zoom all)")
+
+    # Switches: on changes the picture, off brings the same picture back.
+    for key, what in (("b", "banded"), ("v", "inverse"), ("h", "help")):
+        window.key(key)
+        on = changes(window, shot, key + " (" + what + " on)")
+        window.key(key)
+        window.settle(0.5)
+        off = window.snapshot()
+        expect(off[2] == shot[2], key + " twice did not give the picture back (" + what + ")")
+        expect(on[2] != off[2], key + ": on and off look the same")
+    window.key("p")
+    shot = changes(window, shot, "p (next palette)")
+
+    # A standard view through the smooth rotation, then the tour, which goes
+    # on drawing by itself.
+    window.key("1")
+    shot = changes(window, shot, "1 (front view)", settle=2.0)
+    window.key("i")
+    window.settle(1.0)
+    touring = window.snapshot()
+    later = touring
+    # A loaded machine may draw slowly enough for a second to fall within one
+    # of the tour's pauses at a side.
+    for attempt in range(10):
+        window.settle(1.0)
+        later = window.snapshot()
+        if later[2] != touring[2]:
+            break
+    expect(later[2] != touring[2], "six-sides inspection did not move within ten seconds")
+    window.key("i")
+
+    xdotool("windowsize", window.id, 800, 600)
+    window.settle(1.0)
+    resized = window.snapshot()
+    expect(resized[:2] == (800, 600),
+           "after a resize to 800x600 the snapshot is %dx%d" % resized[:2])
+    expect(later[2] != resized[2], "the resize did not change the picture")
+
+    out = window.quit()
+    expect("wrote" in out, "the viewer did not report its snapshots")
+    print("window: %d snapshots, every control changed the picture" % window.shots)
+
+
+def main():
+    viewer, work = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
+    if os.environ.get(UNDER_XVFB) != "1":
+        missing = [tool for tool in ("xvfb-run", "xdotool") if shutil.which(tool) is None]
+        if missing:
+            print("SKIPPED: %s not installed (.ci/install-window-tools installs it)"
+                  % " and ".join(missing))
+            return SKIPPED
+        env = dict(os.environ, **{UNDER_XVFB: "1"})
+        env.pop("DISPLAY", None)
+        command = ["xvfb-run", "--auto-servernum", "--server-args=-screen 0 1280x1024x24",
+                   sys.executable, os.path.abspath(__file__), viewer, work]
+        return subprocess.run(command, env=env, timeout=600).returncode
+    shutil.rmtree(work, ignore_errors=True)
+    os.makedirs(work)
+    check(viewer, work)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
