@@ -206,9 +206,8 @@ std::vector<Event> ReadEventFile(const std::string& path)
     return ParseEvents(in, path);
 }
 
-int ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerScene& scene)
+bool ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerScene& scene)
 {
-    int frames = 0;
     for (const Event& event : events)
     {
         switch (event.kind)
@@ -221,19 +220,18 @@ int ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerSc
         case Event::Kind::Key:
             if (input.Key(event.key) == KeyAction::Quit)
             {
-                return frames;
+                return true;
             }
             break;
         case Event::Kind::Frame:
             for (int i = 0; i < event.a; ++i)
             {
                 scene.Render();
-                ++frames;
             }
             break;
         }
     }
-    return frames;
+    return false;
 }
 
 } // namespace KesraViewer

@@ -55,7 +55,7 @@ std::vector<Event> ParseEvents(std::istream& in, const std::string& name);
 std::vector<Event> ReadEventFile(const std::string& path);
 
 // Feeds the events to input, drawing the frames through scene; stops early at
-// a quit key. Returns the number of frames drawn.
-int ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerScene& scene);
+// a quit key. Returns true when it stopped there.
+bool ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerScene& scene);
 
 } // namespace KesraViewer

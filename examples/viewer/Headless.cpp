@@ -69,14 +69,18 @@ bool LoadEvents(const Options& options, std::vector<Event>& events)
     return true;
 }
 
-void RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
+bool RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
                InputHandler& input)
 {
-    ReplayEvents(events, input, scene);
+    if (ReplayEvents(events, input, scene))
+    {
+        return true;
+    }
     if (options.benchFrames > 0)
     {
         PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
     }
+    return false;
 }
 
 int RunHeadless(const Options& options, SceneData data)

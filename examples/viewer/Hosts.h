@@ -24,8 +24,9 @@ void PrintFrameTimes(const std::vector<double>& times, const ViewerScene& scene)
 
 // The --events file's events into events; false with the message printed.
 bool LoadEvents(const Options& options, std::vector<Event>& events);
-// Replays events, then times --bench-frames and prints the times.
-void RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
+// Replays events, then times --bench-frames and prints the times. True when
+// the events end with a quit key (then nothing is timed).
+bool RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
                InputHandler& input);
 
 // Writes the current frame of scene as a PNG; false with the message printed.

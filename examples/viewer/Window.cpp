@@ -166,7 +166,11 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
         }
     });
     g_host = WindowHost{&surface, &scene, &input, 0};
-    RunScript(options, events, scene, input);
+    if (RunScript(options, events, scene, input))
+    {
+        g_host = WindowHost{};
+        return 0;
+    }
     glutDisplayFunc(OnDisplay);
     glutReshapeFunc(OnReshape);
     glutMouseFunc(OnMouse);

@@ -41,10 +41,11 @@ struct Viewer
         EXPECT_TRUE(created) << scene.ContextError();
     }
 
-    void Replay(const std::string& script)
+    // True when the script stopped at a quit key.
+    bool Replay(const std::string& script)
     {
         std::istringstream in(script);
-        KesraViewer::ReplayEvents(KesraViewer::ParseEvents(in, "script"), input, scene);
+        return KesraViewer::ReplayEvents(KesraViewer::ParseEvents(in, "script"), input, scene);
     }
 
     KesraGl::CEglContext context;
@@ -236,8 +237,9 @@ TEST(ViewerWindow, ResizeReachesTheRendererAndTheOverlays)
     EXPECT_EQ(viewer.scene.Capture().size(), 160u * 120u * 4u);
     // The help overlay and zoom all change the picture; q ends a replay.
     const std::vector<unsigned char> plain = viewer.scene.Capture();
-    viewer.Replay("key h\nframe\nkey q\nkey h");
+    EXPECT_TRUE(viewer.Replay("key h\nframe\nkey q\nkey h"));
     EXPECT_GT(DifferentPixels(plain, viewer.scene.Capture()), 500);
+    EXPECT_FALSE(viewer.Replay("key h\nframe"));
 }
 
 TEST(ViewerEvents, MalformedLinesAreRefusedWithTheirLine)

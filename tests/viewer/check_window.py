@@ -60,6 +60,7 @@ class Window:
         with open(path, "w") as f:
             f.write(VTK_FILE)
         self.work = work
+        self.env = env
         self.shots = 0
         self.process = subprocess.Popen([viewer, "--size", "640x480", path], cwd=work, env=env,
                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE,
@@ -200,6 +201,19 @@ def check(viewer, work):
 
     out = window.quit()
     expect("wrote" in out, "the viewer did not report its snapshots")
+
+    # An event file that ends with q closes the window by itself.
+    script = os.path.join(work, "quit.events")
+    with open(script, "w") as f:
+        f.write("press left 300 200\nmove 340 220\nrelease left 340 220\nframe\nkey s\nkey q\n")
+    scripted = os.path.join(work, "scripted")
+    os.makedirs(scripted)
+    result = subprocess.run([viewer, "--size", "320x240", "--events", script], cwd=scripted,
+                            env=window.env, capture_output=True, text=True, timeout=120)
+    expect(result.returncode == 0, "the scripted window ended with %d: %s"
+           % (result.returncode, result.stderr))
+    expect(decode_png(os.path.join(scripted, "kesra-viewer-1.png")) == (320, 240),
+           "the scripted window's snapshot is missing or not 320x240")
     print("window: %d snapshots, every control changed the picture" % window.shots)
 
 
