@@ -327,11 +327,8 @@ void CKesraCamera::ZoomAll(float x0, float x1, float y0, float y1, float z0, flo
     }
 
     // Differences, squares and sum in float; only the root is taken in double.
-    const float dx = x1 - x0;
-    const float dy = y1 - y0;
-    const float dz = z1 - z0;
-    const float sum = dx * dx + dy * dy + dz * dz;
-    const float diagonal = static_cast<float>(std::sqrt(static_cast<double>(sum)));
+    const KesraMathKit::TKesraVector3<float> extent(x1 - x0, y1 - y0, z1 - z0);
+    const float diagonal = static_cast<float>(std::sqrt(static_cast<double>(extent.Dot(extent))));
     const float scale = diagonal / static_cast<float>(std::min(m_windowWidth, m_windowHeight));
 
     // A box without extent (or a window with a negative side) gives no usable
@@ -361,6 +358,8 @@ void CKesraCamera::ZoomAll(const float* const box)
 
 Vector CKesraCamera::GetCameraLookAt() const
 {
+    // The rotation, laid out column by column, with the translation as its
+    // fourth column.
     Matrix lookAt = m_rotateMatrix;
     lookAt[12] = static_cast<double>(m_translationX);
     lookAt[13] = static_cast<double>(m_translationY);
@@ -554,10 +553,8 @@ bool CKesraCamera::SmoothRotateImpl()
     const double t = static_cast<double>(m_smoothCurrentFrame) /
                      static_cast<double>(m_smoothRotateFrames);
     // Linear in each angle, no wrapping; t = 1 reaches the target exactly.
-    const double a = (1.0 - t) * m_smoothStartAngles.x + t * m_smoothTargetAngles.x;
-    const double b = (1.0 - t) * m_smoothStartAngles.y + t * m_smoothTargetAngles.y;
-    const double c = (1.0 - t) * m_smoothStartAngles.z + t * m_smoothTargetAngles.z;
-    SetRotationFromAngles(a, b, c);
+    const Vector angles = m_smoothStartAngles * (1.0 - t) + m_smoothTargetAngles * t;
+    SetRotationFromAngles(angles.x, angles.y, angles.z);
     if (m_smoothCurrentFrame == m_smoothRotateFrames)
     {
         m_smoothRotating = false;

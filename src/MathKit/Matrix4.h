@@ -53,14 +53,14 @@ public:
     }
 
     // The elements listed column by column: element (r, c) is argument mRC,
-    // so the first four arguments are column 0.
-    static constexpr TKesraMatrix4 FromColumns(T m00, T m10, T m20, T m30,
-                                               T m01, T m11, T m21, T m31,
-                                               T m02, T m12, T m22, T m32,
-                                               T m03, T m13, T m23, T m33) noexcept
+    // so the first four arguments are column 0. Given the same arguments,
+    // FromRows builds the transpose.
+    static constexpr TKesraMatrix4 FromColumns(T m00, T m10, T m20, T m30, T m01, T m11, T m21,
+                                               T m31, T m02, T m12, T m22, T m32, T m03, T m13,
+                                               T m23, T m33) noexcept
     {
-        return TKesraMatrix4(m00, m01, m02, m03, m10, m11, m12, m13,
-                             m20, m21, m22, m23, m30, m31, m32, m33);
+        return FromRows(m00, m10, m20, m30, m01, m11, m21, m31, m02, m12, m22, m32, m03, m13, m23,
+                        m33).Transposed();
     }
 
     // Element (r, c) of the result is element (c, r) of this matrix: a matrix
