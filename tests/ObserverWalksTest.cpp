@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <initializer_list>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -58,20 +57,6 @@ protected:
     Observer d{"D"};
 };
 
-TEST_F(ObserverWalksTest, AddAndRemoveRefuseNullDuplicatesAndStrangersAndKeepTheOrder)
-{
-    EXPECT_FALSE(Walks::Add(list, nullptr));
-    EXPECT_FALSE(walks.Remove(list, nullptr));
-    Add({&a, &b, &c});
-    EXPECT_FALSE(Walks::Add(list, &b));
-    EXPECT_FALSE(walks.Remove(list, &d));
-    EXPECT_TRUE(walks.Remove(list, &b));
-    EXPECT_FALSE(walks.Remove(list, &b));
-    Add({&b});
-    Notify();
-    EXPECT_EQ(log, (Log{"A", "C", "B"}));
-}
-
 TEST_F(ObserverWalksTest, AddedDuringAWalkWaitForTheNextAndRemovedAreSkipped)
 {
     Add({&a, &b, &c, &d});
@@ -83,7 +68,8 @@ TEST_F(ObserverWalksTest, AddedDuringAWalkWaitForTheNextAndRemovedAreSkipped)
             walks.Remove(list, &a);
             walks.Remove(list, &b);
             walks.Remove(list, &c);
-            Walks::Add(list, &c);
+            EXPECT_TRUE(Walks::Add(list, &c));
+            EXPECT_FALSE(Walks::Add(list, &d));
         }
     };
     Notify();
@@ -109,21 +95,6 @@ TEST_F(ObserverWalksTest, ANestedWalksRemovalMovesEveryWalkUnderWay)
     Notify();
     // outer: A, B -> inner: A, B, C -> outer goes on with C, once.
     EXPECT_EQ(log, (Log{"A", "B", "A", "B", "C", "C"}));
-}
-
-TEST_F(ObserverWalksTest, AnExceptionEndsTheWalkAndUnlinksIt)
-{
-    Add({&a, &b});
-    a.onCall = [] { throw std::runtime_error("observer failed"); };
-    EXPECT_THROW(Notify(), std::runtime_error);
-    EXPECT_EQ(log, (Log{"A"}));
-
-    // Nothing points at the ended walk any more.
-    a.onCall = nullptr;
-    EXPECT_TRUE(walks.Remove(list, &a));
-    log.clear();
-    Notify();
-    EXPECT_EQ(log, (Log{"B"}));
 }
 
 TEST_F(ObserverWalksTest, ACopyStartsWithoutWalksAndAnAssignmentKeepsItsOwn)
