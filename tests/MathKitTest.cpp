@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <tuple>
@@ -298,6 +300,76 @@ TEST(MatrixTest, InverseTimesMatrixIsIdentityOnRandomMatrices)
         ExpectMatrixNear(Matrix::IDENTITY, m * inverse, 1e-9);
         ExpectMatrixNear(Matrix::IDENTITY, inverse * m, 1e-9);
     }
+}
+
+// Distinct values 1 ... 16 in argument order, so that any swap shows.
+constexpr Matrix kRows = Matrix::FromRows(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
+constexpr Matrix kColumns = Matrix::FromColumns(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
+static_assert(kRows(0, 3) == 4 && kRows(3, 0) == 13, "FromRows: the fourth argument ends row 0");
+static_assert(kColumns(3, 0) == 4 && kColumns(0, 3) == 13, "FromColumns: the fourth argument ends column 0");
+
+TEST(MatrixTest, FromRowsAndFromColumnsListTheSameArgumentsAsTransposes)
+{
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            EXPECT_EQ(kRows(r, c), 4 * r + c + 1) << r << ", " << c;
+            EXPECT_EQ(kColumns(r, c), 4 * c + r + 1) << r << ", " << c;
+        }
+    }
+    // FromRows stores as the sixteen-value constructor does.
+    EXPECT_EQ(kRows, Matrix(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16));
+    EXPECT_EQ(kRows.Transposed(), kColumns);
+    EXPECT_EQ(kColumns.Transposed(), kRows);
+    EXPECT_EQ(kRows.Transposed().Transposed(), kRows);
+
+    // A translation listed row by row lands where the point transform reads it.
+    const Matrix shift = Matrix::FromRows(1, 0, 0, 5, 0, 1, 0, 6, 0, 0, 1, 7, 0, 0, 0, 1);
+    EXPECT_EQ(shift.TransformPoint(Vec(1, 2, 3)), Vec(6, 8, 10));
+    EXPECT_EQ(shift.Transposed(),
+              Matrix::FromColumns(1, 0, 0, 5, 0, 1, 0, 6, 0, 0, 1, 7, 0, 0, 0, 1));
+}
+
+TEST(MatrixTest, TransformPointsEqualsThePointTransformInPlaceToo)
+{
+    std::mt19937 generator(11);
+    std::uniform_real_distribution<double> value(-100.0, 100.0);
+    Matrix m;
+    for (int k = 0; k < 16; ++k)
+    {
+        m[k] = value(generator);
+    }
+    double points[12];
+    float floats[12];
+    for (int k = 0; k < 12; ++k)
+    {
+        points[k] = value(generator);
+        floats[k] = static_cast<float>(points[k]);
+    }
+
+    double out[12];
+    m.TransformPoints(points, 4, out);
+    // Floats are widened, transformed in double and narrowed, in place here.
+    float floatsOut[12];
+    std::copy(std::begin(floats), std::end(floats), std::begin(floatsOut));
+    m.TransformPoints(floatsOut, 4, floatsOut);
+    for (int k = 0; k < 12; k += 3)
+    {
+        const Vec expected = m.TransformPoint(Vec(points[k], points[k + 1], points[k + 2]));
+        EXPECT_EQ(Vec(out[k], out[k + 1], out[k + 2]), expected);
+        const Vec widened = m.TransformPoint(Vec(floats[k], floats[k + 1], floats[k + 2]));
+        EXPECT_EQ(floatsOut[k], static_cast<float>(widened.x));
+        EXPECT_EQ(floatsOut[k + 1], static_cast<float>(widened.y));
+        EXPECT_EQ(floatsOut[k + 2], static_cast<float>(widened.z));
+    }
+
+    // In place gives the same as into another array: each point is read whole
+    // before it is written.
+    m.TransformPoints(points, 4, points);
+    EXPECT_TRUE(std::equal(std::begin(points), std::end(points), std::begin(out)));
+    // No points: nothing is read or written.
+    m.TransformPoints<double>(nullptr, 0, nullptr);
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "Engine/Camera.h"
 
-#include "MathKit/Math.h"
-
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -17,26 +15,8 @@ namespace
 using Matrix = CKesraCamera::Matrix;
 using Vector = CKesraCamera::Vector;
 
-// The isometric view's constant is six decimals of sqrt(1/2), as hosts have
-// always stored it; the exact root would move every projected pixel slightly.
-constexpr double kIso = 0.707106;
-
-// The standard views' rotation matrices, column by column (element 4c + r is
-// F(r, c)). The side views show the model's z axis up.
-constexpr Matrix kFrontView(1, 0, 0, 0, 0, 0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1);
-constexpr Matrix kBackView(-1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1);
-constexpr Matrix kLeftView(0, 0, -1, 0, -1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1);
-constexpr Matrix kRightView(0, 0, 1, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1);
-constexpr Matrix kTopView(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
-constexpr Matrix kBottomView(-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1);
-constexpr Matrix kIsoView(kIso, -0.5, 0.5, 0, kIso, 0.5, -0.5, 0, 0, kIso, kIso, 0, 0, 0, 0, 1);
-
-// Turns of the six phases of the six-sides tour: phases 0, 1, 3 and 4 about
-// the screen's vertical axis, phases 2 and 5 about its horizontal axis.
-constexpr double kSixSidesAxes[6][3] = {
-    {0.0, 1.0, 0.0}, {0.0, 1.0, 0.0}, {1.0, 0.0, 0.0},
-    {0.0, 1.0, 0.0}, {0.0, 1.0, 0.0}, {1.0, 0.0, 0.0},
-};
+using ViewRotation = KesraMathKit::TKesraViewRotation<double>;
+using KesraMathKit::eStandardView;
 
 } // namespace
 
@@ -116,7 +96,7 @@ CKesraCamera& CKesraCamera::operator=(const CKesraCamera& other)
               std::begin(m_sixSidesPhaseAngles));
     m_sixSidesInspection = other.m_sixSidesInspection;
     m_eventHandlers.swap(handlers);
-    // m_walkAnchor stays: it belongs to this object's own call stack.
+    // m_handlerWalks stays: it belongs to this object's own call stack.
     return *this;
 }
 
@@ -124,106 +104,40 @@ CKesraCamera& CKesraCamera::operator=(const CKesraCamera& other)
 
 bool CKesraCamera::RegisterEventHandler(IKesraCameraEventHandler* handler)
 {
-    if (handler == nullptr)
-    {
-        return false;
-    }
-    if (std::find(m_eventHandlers.begin(), m_eventHandlers.end(), handler) != m_eventHandlers.end())
-    {
-        return false;
-    }
-    try
-    {
-        m_eventHandlers.push_back(handler);
-    }
-    catch (...)
-    {
-        // push_back leaves the list as it was when it cannot grow.
-        return false;
-    }
-    return true;
+    return m_handlerWalks.Add(m_eventHandlers, handler);
 }
 
 bool CKesraCamera::UnregisterEventHandler(IKesraCameraEventHandler* handler)
 {
-    if (handler == nullptr)
-    {
-        return false;
-    }
-    const auto found = std::find(m_eventHandlers.begin(), m_eventHandlers.end(), handler);
-    if (found == m_eventHandlers.end())
-    {
-        return false;
-    }
-    const std::size_t index = static_cast<std::size_t>(found - m_eventHandlers.begin());
-    m_eventHandlers.erase(found);
-
-    // Keep every walk under way on the handlers it has not reached yet: the
-    // entries after the removed one have moved up one place.
-    for (NotificationWalk* walk = m_walkAnchor.innermost; walk != nullptr; walk = walk->outer)
-    {
-        if (index < walk->next)
-        {
-            --walk->next;
-        }
-        if (index < walk->end)
-        {
-            --walk->end;
-        }
-    }
-    return true;
-}
-
-template <typename Call>
-void CKesraCamera::ForEachHandler(Call call)
-{
-    NotificationWalk walk{0, m_eventHandlers.size(), m_walkAnchor.innermost};
-    m_walkAnchor.innermost = &walk;
-
-    // Unlinks the walk however the loop ends, a handler's exception included.
-    struct Unlink
-    {
-        WalkAnchor& anchor;
-        NotificationWalk& walk;
-        ~Unlink() { anchor.innermost = walk.outer; }
-    } unlink{m_walkAnchor, walk};
-
-    // The list may change under the walk (see RegisterEventHandler); the size
-    // check also covers a handler that assigns another camera to this one.
-    while (walk.next < walk.end && walk.next < m_eventHandlers.size())
-    {
-        IKesraCameraEventHandler* const handler = m_eventHandlers[walk.next];
-        ++walk.next;
-        call(*handler);
-    }
+    return m_handlerWalks.Remove(m_eventHandlers, handler);
 }
 
 // Arguments are read from the fields anew for every handler: a handler that
 // changes the camera silently changes what the handlers after it receive.
 void CKesraCamera::NotifyRotateMatUpdate()
 {
-    ForEachHandler([this](IKesraCameraEventHandler& handler) {
+    m_handlerWalks.ForEach(m_eventHandlers, [this](IKesraCameraEventHandler& handler) {
         handler.OnRotateMatUpdate(m_rotateMatrix);
     });
 }
 
 void CKesraCamera::NotifyTranslateUpdate()
 {
-    ForEachHandler([this](IKesraCameraEventHandler& handler) {
+    m_handlerWalks.ForEach(m_eventHandlers, [this](IKesraCameraEventHandler& handler) {
         handler.OnTranslateUpdate(m_translationX, m_translationY);
     });
 }
 
 void CKesraCamera::NotifyScaleUpdate()
 {
-    ForEachHandler([this](IKesraCameraEventHandler& handler) {
+    m_handlerWalks.ForEach(m_eventHandlers, [this](IKesraCameraEventHandler& handler) {
         handler.OnScaleUpdate(m_scale);
     });
 }
 
 void CKesraCamera::NotifyTransformUpdate()
 {
-    ForEachHandler([this](IKesraCameraEventHandler& handler) {
+    m_handlerWalks.ForEach(m_eventHandlers, [this](IKesraCameraEventHandler& handler) {
         handler.OnTransformUpdate(m_rotateMatrix, m_translationX, m_translationY, m_scale);
     });
 }
@@ -282,26 +196,19 @@ void CKesraCamera::GetParameters(float& left, float& right, float& bottom, float
                                  float& nearBound, float& farBound)
 {
     UpdateViewBounds();
-    left = m_viewLeft;
-    right = m_viewRight;
-    bottom = m_viewBottom;
-    top = m_viewTop;
-    nearBound = m_viewNear;
-    farBound = m_viewFar;
+    int width = 0;
+    int height = 0;
+    GetParametersDirect(left, right, bottom, top, nearBound, farBound, width, height);
 }
 
 void CKesraCamera::GetParametersDirect(float& left, float& right, float& bottom, float& top,
                                        float& nearBound, float& farBound, int& width,
                                        int& height) const
 {
-    left = m_viewLeft;
-    right = m_viewRight;
-    bottom = m_viewBottom;
-    top = m_viewTop;
+    GetWidthParametersDirect(left, right, width);
+    GetHeightParametersDirect(bottom, top, height);
     nearBound = m_viewNear;
     farBound = m_viewFar;
-    width = m_windowWidth;
-    height = m_windowHeight;
 }
 
 void CKesraCamera::GetWidthParametersDirect(float& left, float& right, int& width) const
@@ -420,11 +327,8 @@ void CKesraCamera::ZoomAll(float x0, float x1, float y0, float y1, float z0, flo
     }
 
     // Differences, squares and sum in float; only the root is taken in double.
-    const float dx = x1 - x0;
-    const float dy = y1 - y0;
-    const float dz = z1 - z0;
-    const float sum = dx * dx + dy * dy + dz * dz;
-    const float diagonal = static_cast<float>(std::sqrt(static_cast<double>(sum)));
+    const KesraMathKit::TKesraVector3<float> extent(x1 - x0, y1 - y0, z1 - z0);
+    const float diagonal = static_cast<float>(std::sqrt(static_cast<double>(extent.Dot(extent))));
     const float scale = diagonal / static_cast<float>(std::min(m_windowWidth, m_windowHeight));
 
     // A box without extent (or a window with a negative side) gives no usable
@@ -454,6 +358,8 @@ void CKesraCamera::ZoomAll(const float* const box)
 
 Vector CKesraCamera::GetCameraLookAt() const
 {
+    // The rotation, laid out column by column, with the translation as its
+    // fourth column.
     Matrix lookAt = m_rotateMatrix;
     lookAt[12] = static_cast<double>(m_translationX);
     lookAt[13] = static_cast<double>(m_translationY);
@@ -469,37 +375,32 @@ void CKesraCamera::UpdateWorldToViewMatrix()
     }
 
     // T moves the rotation centre to the origin.
-    Matrix toCentre = Matrix::IDENTITY;
-    toCentre(0, 3) = static_cast<double>(m_negRotateCenter[0]);
-    toCentre(1, 3) = static_cast<double>(m_negRotateCenter[1]);
-    toCentre(2, 3) = static_cast<double>(m_negRotateCenter[2]);
+    const Matrix toCentre = Matrix::FromRows(
+        1.0, 0.0, 0.0, static_cast<double>(m_negRotateCenter[0]),
+        0.0, 1.0, 0.0, static_cast<double>(m_negRotateCenter[1]),
+        0.0, 0.0, 1.0, static_cast<double>(m_negRotateCenter[2]),
+        0.0, 0.0, 0.0, 1.0);
 
     // S: 1/scale is taken in float, then widened.
-    Matrix toPixels = Matrix::IDENTITY;
     const double inverseScale = static_cast<double>(1.0f / m_scale);
-    toPixels(0, 0) = inverseScale;
-    toPixels(1, 1) = inverseScale;
-    toPixels(2, 2) = inverseScale;
+    const Matrix toPixels = Matrix::FromRows(inverseScale, 0.0, 0.0, 0.0,
+                                             0.0, inverseScale, 0.0, 0.0,
+                                             0.0, 0.0, inverseScale, 0.0,
+                                             0.0, 0.0, 0.0, 1.0);
 
-    // E: the rotation read row by row (F), then the translation in pixels,
-    // divided in float.
-    Matrix rotateAndShift;
-    for (int r = 0; r < 4; ++r)
-    {
-        for (int c = 0; c < 4; ++c)
-        {
-            rotateAndShift(r, c) = m_rotateMatrix[4 * c + r];
-        }
-    }
+    // E: the rotation as F (its last row included), then the translation in
+    // pixels, divided in float.
+    Matrix rotateAndShift = m_rotateMatrix.Transposed();
     rotateAndShift(0, 3) = static_cast<double>(m_translationX / m_scale);
     rotateAndShift(1, 3) = static_cast<double>(m_translationY / m_scale);
     rotateAndShift(2, 3) = 0.0;
 
     // C moves the origin to the middle of the window.
-    Matrix toWindowCentre = Matrix::IDENTITY;
-    toWindowCentre(0, 3) = static_cast<double>(static_cast<float>(m_windowWidth) * 0.5f);
-    toWindowCentre(1, 3) = static_cast<double>(static_cast<float>(m_windowHeight) * 0.5f);
-    toWindowCentre(2, 3) = 0.0;
+    const Matrix toWindowCentre = Matrix::FromRows(
+        1.0, 0.0, 0.0, static_cast<double>(static_cast<float>(m_windowWidth) * 0.5f),
+        0.0, 1.0, 0.0, static_cast<double>(static_cast<float>(m_windowHeight) * 0.5f),
+        0.0, 0.0, 1.0, 0.0,
+        0.0, 0.0, 0.0, 1.0);
 
     m_worldToViewMatrix = toWindowCentre * ((rotateAndShift * toPixels) * toCentre);
     m_modified = 0;
@@ -523,38 +424,8 @@ void CKesraCamera::ProjectPointWorldToView(const float* in, float* out)
     {
         return;
     }
-    const Vector point(static_cast<double>(in[0]), static_cast<double>(in[1]),
-                       static_cast<double>(in[2]));
-    Vector projected;
-    ProjectPointWorldToView(point, projected);
-    out[0] = static_cast<float>(projected.x);
-    out[1] = static_cast<float>(projected.y);
-    out[2] = static_cast<float>(projected.z);
+    ProjectPointsWorldToView(in, 1, out);
 }
-
-namespace
-{
-
-// Projects count points through w, a local copy, so that the stores to out
-// need not reload it. Each point is read whole before it is written, which
-// lets out be in itself.
-template <typename Real>
-void ProjectThrough(const KesraMathKit::TKesraMatrix4<double> w, const Real* in,
-                    std::size_t count, Real* out)
-{
-    for (std::size_t k = 0; k < 3 * count; k += 3)
-    {
-        const KesraMathKit::TKesraVector3<double> point(
-            static_cast<double>(in[k]), static_cast<double>(in[k + 1]),
-            static_cast<double>(in[k + 2]));
-        const KesraMathKit::TKesraVector3<double> projected = w.TransformPoint(point);
-        out[k] = static_cast<Real>(projected.x);
-        out[k + 1] = static_cast<Real>(projected.y);
-        out[k + 2] = static_cast<Real>(projected.z);
-    }
-}
-
-} // namespace
 
 void CKesraCamera::ProjectPointsWorldToView(const double* xyz, std::size_t count, double* out)
 {
@@ -563,7 +434,7 @@ void CKesraCamera::ProjectPointsWorldToView(const double* xyz, std::size_t count
         return;
     }
     UpdateWorldToViewMatrix();
-    ProjectThrough(m_worldToViewMatrix, xyz, count, out);
+    m_worldToViewMatrix.TransformPoints(xyz, count, out);
 }
 
 void CKesraCamera::ProjectPointsWorldToView(const float* xyz, std::size_t count, float* out)
@@ -573,20 +444,14 @@ void CKesraCamera::ProjectPointsWorldToView(const float* xyz, std::size_t count,
         return;
     }
     UpdateWorldToViewMatrix();
-    ProjectThrough(m_worldToViewMatrix, xyz, count, out);
+    m_worldToViewMatrix.TransformPoints(xyz, count, out);
 }
 
 // ---- Rotation angles and standard views -------------------------------------------
 
 void CKesraCamera::SetRotationFromAngles(double a, double b, double c)
 {
-    Matrix aboutX;
-    Matrix aboutY;
-    Matrix aboutZ;
-    aboutX.MakeRotation(a, 1.0, 0.0, 0.0);
-    aboutY.MakeRotation(b, 0.0, 1.0, 0.0);
-    aboutZ.MakeRotation(c, 0.0, 0.0, 1.0);
-    m_rotateMatrix = (aboutZ * aboutY) * aboutX;
+    m_rotateMatrix = ViewRotation::FromAngles(a, b, c);
     MarkModified();
 }
 
@@ -603,31 +468,10 @@ void CKesraCamera::GetRotateAngle(double& a, double& b, double& c) const
 
 void CKesraCamera::GetEulerAngleFormRotMatrix(double& a, double& b, double& c) const
 {
-    const Matrix& m = m_rotateMatrix;
-    const double radToDeg = KesraMathKit::TKesraMath<double>::RAD_TO_DEG;
-    const double v = -m[8];
-    const double x = std::sqrt(1.0 - v * v);
-    b = -(std::atan2(v, x) * radToDeg);
-
-    if (v != 1.0 && v != -1.0)
-    {
-        a = -(std::atan2(m[9] / x, m[10] / x) * radToDeg);
-        c = -(std::atan2(m[4] / x, m[0] / x) * radToDeg);
-        // (-180, 0, -180) and (0, 180, 0) are the same half turn about y;
-        // prefer the latter so that the bottom view reads back as its angles.
-        if (std::abs(b) < 1e-12 && std::abs(a + 180.0) < 1e-12 && std::abs(c + 180.0) < 1e-12)
-        {
-            a = 0.0;
-            b = 180.0;
-            c = 0.0;
-        }
-    }
-    else
-    {
-        // Gimbal lock: only a +- c is defined; the first angle takes it up.
-        a = -(std::atan2(-m[6], m[5]) * radToDeg);
-        c = -(std::atan2(0.0, 1.0) * radToDeg);
-    }
+    const Vector angles = ViewRotation::ToAngles(m_rotateMatrix);
+    a = angles.x;
+    b = angles.y;
+    c = angles.z;
 }
 
 void CKesraCamera::StartSmoothRotation(const Vector& targetAngles)
@@ -638,53 +482,53 @@ void CKesraCamera::StartSmoothRotation(const Vector& targetAngles)
     m_smoothRotating = true;
 }
 
-void CKesraCamera::SetStandardView(bool smooth, const Matrix& view, const Vector& angles)
+void CKesraCamera::SetStandardView(bool smooth, eStandardView view)
 {
     m_smoothRotating = smooth;
     if (smooth)
     {
-        StartSmoothRotation(angles);
+        StartSmoothRotation(ViewRotation::StandardViewAngles(view));
         MarkModified();
         return;
     }
-    m_rotateMatrix = view;
+    m_rotateMatrix = ViewRotation::StandardView(view);
     NotifyRotateMatUpdate();
     MarkModified();
 }
 
 void CKesraCamera::SetRotateMatrixToFrontView(bool smooth)
 {
-    SetStandardView(smooth, kFrontView, Vector(-90.0, 0.0, 0.0));
+    SetStandardView(smooth, eStandardView::Front);
 }
 
 void CKesraCamera::SetRotateMatrixToBackView(bool smooth)
 {
-    SetStandardView(smooth, kBackView, Vector(-90.0, 0.0, -180.0));
+    SetStandardView(smooth, eStandardView::Back);
 }
 
 void CKesraCamera::SetRotateMatrixToLeftView(bool smooth)
 {
-    SetStandardView(smooth, kLeftView, Vector(-90.0, 0.0, 90.0));
+    SetStandardView(smooth, eStandardView::Left);
 }
 
 void CKesraCamera::SetRotateMatrixToRightView(bool smooth)
 {
-    SetStandardView(smooth, kRightView, Vector(-90.0, 0.0, -90.0));
+    SetStandardView(smooth, eStandardView::Right);
 }
 
 void CKesraCamera::SetRotateMatrixToTopView(bool smooth)
 {
-    SetStandardView(smooth, kTopView, Vector(0.0, 0.0, 0.0));
+    SetStandardView(smooth, eStandardView::Top);
 }
 
 void CKesraCamera::SetRotateMatrixToBottomView(bool smooth)
 {
-    SetStandardView(smooth, kBottomView, Vector(0.0, 180.0, 0.0));
+    SetStandardView(smooth, eStandardView::Bottom);
 }
 
 void CKesraCamera::SetRotateMatrixToISOView(bool smooth)
 {
-    SetStandardView(smooth, kIsoView, Vector(-45.0, 0.0, -45.0));
+    SetStandardView(smooth, eStandardView::Iso);
 }
 
 // ---- Smooth rotation ------------------------------------------------------------------
@@ -709,10 +553,8 @@ bool CKesraCamera::SmoothRotateImpl()
     const double t = static_cast<double>(m_smoothCurrentFrame) /
                      static_cast<double>(m_smoothRotateFrames);
     // Linear in each angle, no wrapping; t = 1 reaches the target exactly.
-    const double a = (1.0 - t) * m_smoothStartAngles.x + t * m_smoothTargetAngles.x;
-    const double b = (1.0 - t) * m_smoothStartAngles.y + t * m_smoothTargetAngles.y;
-    const double c = (1.0 - t) * m_smoothStartAngles.z + t * m_smoothTargetAngles.z;
-    SetRotationFromAngles(a, b, c);
+    const Vector angles = m_smoothStartAngles * (1.0 - t) + m_smoothTargetAngles * t;
+    SetRotationFromAngles(angles.x, angles.y, angles.z);
     if (m_smoothCurrentFrame == m_smoothRotateFrames)
     {
         m_smoothRotating = false;
@@ -727,10 +569,10 @@ void CKesraCamera::RestartSixSides(bool smooth)
 {
     m_sixSidesCurrentFrame = 0;
     m_sixSidesPauseCounter = 0;
-    // The tour begins at the top view, whose angles are (0, 0, 0).
+    // The tour begins at the top view.
     if (smooth && m_sixSidesInspection)
     {
-        StartSmoothRotation(Vector(0.0, 0.0, 0.0));
+        StartSmoothRotation(ViewRotation::StandardViewAngles(eStandardView::Top));
     }
 }
 
@@ -788,25 +630,7 @@ bool CKesraCamera::SixSidesInspectionImpl()
 
     const double progress = static_cast<double>(m_sixSidesCurrentFrame) /
                             static_cast<double>(m_sixSidesCycleFrames) * 6.0;
-    Matrix rotation = Matrix::IDENTITY;
-    for (int i = 0; i < 6; ++i)
-    {
-        double angle = (progress - static_cast<double>(i)) * 90.0;
-        if (angle < 0.0)
-        {
-            angle = 0.0;
-        }
-        if (angle > 90.0)
-        {
-            angle = 90.0;
-        }
-        m_sixSidesPhaseAngles[i] = angle;
-
-        Matrix phase;
-        phase.MakeRotation(angle, kSixSidesAxes[i][0], kSixSidesAxes[i][1], kSixSidesAxes[i][2]);
-        rotation = (i == 0) ? phase : rotation * phase;
-    }
-    m_rotateMatrix = rotation;
+    m_rotateMatrix = ViewRotation::SixSidesTour(progress, m_sixSidesPhaseAngles);
     MarkModified();
 
     // Advance: a frame that shows a side is held for the pause frames first.

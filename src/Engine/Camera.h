@@ -12,7 +12,8 @@
 //
 // Conventions:
 // - The rotation matrix holds the view rotation F column by column: element
-//   4c + r is F(r, c), with view x to the right, y up and z toward the viewer.
+//   4c + r is F(r, c), with view x to the right, y up and z toward the viewer
+//   (TKesraViewRotation builds and reads it).
 // - W is held row by row (element (r, c) is k = 4r + c); it is cached and
 //   recomputed only while the modified flag is 1.
 // - Angles are in degrees. The angles (a, b, c) describe F = Rx(a) Ry(b) Rz(c).
@@ -31,9 +32,11 @@
 #pragma once
 
 #include "Engine/CameraEventHandler.h"
+#include "Engine/ObserverWalks.h"
 #include "MathKit/Export.h"
 #include "MathKit/Matrix4.h"
 #include "MathKit/Vector3.h"
+#include "MathKit/ViewRotation.h"
 
 #include <cstddef>
 #include <string>
@@ -292,38 +295,17 @@ protected:
     std::vector<IKesraCameraEventHandler*> m_eventHandlers;
 
 private:
-    // Position of one notification walk over m_eventHandlers; walks started
-    // from inside a handler are linked to the one they interrupt.
-    struct NotificationWalk
-    {
-        std::size_t next;
-        std::size_t end;
-        NotificationWalk* outer;
-    };
-
-    // The innermost walk under way. Belongs to this object's own call stack, so
-    // a copy starts with none and an assignment keeps its own.
-    class WalkAnchor
-    {
-    public:
-        WalkAnchor() = default;
-        WalkAnchor(const WalkAnchor&) {}
-        WalkAnchor& operator=(const WalkAnchor&) { return *this; }
-        NotificationWalk* innermost = nullptr;
-    };
-
-    template <typename Call>
-    void ForEachHandler(Call call);
-
     void UpdateViewBounds();
     void MarkModified() { m_modified = 1; }
     void SetRotationFromAngles(double a, double b, double c);
-    void SetStandardView(bool smooth, const Matrix& view, const Vector& angles);
+    void SetStandardView(bool smooth, KesraMathKit::eStandardView view);
     void StartSmoothRotation(const Vector& targetAngles);
     void RestartSixSides(bool smooth);
     static bool IsUsableScale(float scale);
 
-    WalkAnchor m_walkAnchor;
+    // The notifications under way over m_eventHandlers (see
+    // RegisterEventHandler); a copy starts with none.
+    TKesraObserverWalks<IKesraCameraEventHandler> m_handlerWalks;
 };
 
 } // namespace KesraEngine

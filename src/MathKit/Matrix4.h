@@ -1,11 +1,17 @@
 // TKesraMatrix4: a 4 x 4 matrix of sixteen elements held inline, a plain value
 // type.
 //
-// Element k (0 ... 15) is read row by row by the product and the point
-// transform: element (r, c) is k = 4r + c, and a point p is transformed as the
-// column (p.x, p.y, p.z, 1), so a translation lies in elements 3, 7 and 11.
+// Storage order: row by row. Element k (0 ... 15) is element (r, c) with
+// k = 4r + c; the product, the point transform and operator() read it so, a
+// point p is transformed as the column (p.x, p.y, p.z, 1), and a translation
+// lies in elements 3, 7 and 11. The sixteen-value constructor takes the
+// elements in storage order; FromRows says the same by name, FromColumns takes
+// them column by column, and Transposed swaps the two readings.
+//
 // The camera's rotation matrices are laid out column by column instead (the
-// layout OpenGL-style matrix functions take); see MakeRotation.
+// layout OpenGL-style matrix functions take): the array read row by row is the
+// transpose of the rotation meant. See MakeRotation and
+// TKesraViewRotation (MathKit/ViewRotation.h).
 //
 // A default matrix is the zero matrix, not the identity.
 #pragma once
@@ -15,6 +21,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace KesraMathKit
@@ -33,6 +40,43 @@ public:
     constexpr TKesraMatrix4(T m0, T m1, T m2, T m3, T m4, T m5, T m6, T m7,
                             T m8, T m9, T m10, T m11, T m12, T m13, T m14, T m15) noexcept
         : m_entry{m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15} {}
+
+    // The elements listed row by row: element (r, c) is argument mRC. The same
+    // as the sixteen-value constructor, with the reading named at the call.
+    static constexpr TKesraMatrix4 FromRows(T m00, T m01, T m02, T m03,
+                                            T m10, T m11, T m12, T m13,
+                                            T m20, T m21, T m22, T m23,
+                                            T m30, T m31, T m32, T m33) noexcept
+    {
+        return TKesraMatrix4(m00, m01, m02, m03, m10, m11, m12, m13,
+                             m20, m21, m22, m23, m30, m31, m32, m33);
+    }
+
+    // The elements listed column by column: element (r, c) is argument mRC,
+    // so the first four arguments are column 0. Given the same arguments,
+    // FromRows builds the transpose.
+    static constexpr TKesraMatrix4 FromColumns(T m00, T m10, T m20, T m30, T m01, T m11, T m21,
+                                               T m31, T m02, T m12, T m22, T m32, T m03, T m13,
+                                               T m23, T m33) noexcept
+    {
+        return FromRows(m00, m10, m20, m30, m01, m11, m21, m31, m02, m12, m22, m32, m03, m13, m23,
+                        m33).Transposed();
+    }
+
+    // Element (r, c) of the result is element (c, r) of this matrix: a matrix
+    // laid out column by column, read as stored.
+    constexpr TKesraMatrix4 Transposed() const noexcept
+    {
+        TKesraMatrix4 transposed;
+        for (int r = 0; r < 4; ++r)
+        {
+            for (int c = 0; c < 4; ++c)
+            {
+                transposed(r, c) = (*this)(c, r);
+            }
+        }
+        return transposed;
+    }
 
     constexpr T& operator[](int k) noexcept { return m_entry[k]; }
     constexpr const T& operator[](int k) const noexcept { return m_entry[k]; }
@@ -141,6 +185,27 @@ public:
         return TKesraVector3<T>(m(0, 0) * p.x + m(0, 1) * p.y + m(0, 2) * p.z + m(0, 3),
                                 m(1, 0) * p.x + m(1, 1) * p.y + m(1, 2) * p.z + m(1, 3),
                                 m(2, 0) * p.x + m(2, 1) * p.y + m(2, 2) * p.z + m(2, 3));
+    }
+
+    // Transforms count points as TransformPoint does, in T: xyz holds x, y, z
+    // of each point in turn, each widened (or narrowed) to T, and out receives
+    // each result converted back to Real. Each point is read whole before it is
+    // written, which lets out be xyz itself.
+    template <typename Real>
+    void TransformPoints(const Real* xyz, std::size_t count, Real* out) const noexcept
+    {
+        // A local copy: the stores to out cannot alias it, so its elements need
+        // not be reloaded after each point.
+        const TKesraMatrix4 m = *this;
+        for (std::size_t k = 0; k < 3 * count; k += 3)
+        {
+            const TKesraVector3<T> point(static_cast<T>(xyz[k]), static_cast<T>(xyz[k + 1]),
+                                         static_cast<T>(xyz[k + 2]));
+            const TKesraVector3<T> transformed = m.TransformPoint(point);
+            out[k] = static_cast<Real>(transformed.x);
+            out[k + 1] = static_cast<Real>(transformed.y);
+            out[k + 2] = static_cast<Real>(transformed.z);
+        }
     }
 
     // General inverse through 2 x 2 sub-determinants; valid in either reading
