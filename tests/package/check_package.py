@@ -75,8 +75,12 @@ def install(args):
     shutil.rmtree(args.prefix, ignore_errors=True)
     run(["cmake", "--install", args.build_dir, "--prefix", args.prefix, "--config", args.config])
     expected = ["include/KesraEngine/Engine/Camera.h", "include/KesraEngine/MathKit/Matrix4.h",
-                "include/KesraEngine/MathKit/Export.h"]
+                "include/KesraEngine/MathKit/Export.h", "include/KesraEngine/null/NullBackend.h"]
     missing = [p for p in expected if not os.path.isfile(os.path.join(args.prefix, p))]
+    # The null backend is a component of every installation, beside the package.
+    cmake_files = {f for _b, _d, fs in os.walk(args.prefix) for f in fs if f.endswith(".cmake")}
+    missing += [f for f in ("KesraEngineConfig.cmake", "KesraEngineNullComponent.cmake",
+                            "KesraEngineNullTargets.cmake") if f not in cmake_files]
     doubles = [os.path.join(b, f) for b, _d, fs in os.walk(args.prefix) for f in fs
                if f == "TestDoubles.h" or "gtest" in f]
     found = scan_for_paths(args.prefix, forbidden_paths(args), all_files=False)
@@ -208,7 +212,8 @@ def deb(args):
     wanted_dev = [r"/include/KesraEngine/Engine/Camera\.h$", r"/include/KesraEngine/MathKit/Vector3\.h$",
                   r"/cmake/KesraEngine/KesraEngineConfig\.cmake$",
                   r"/cmake/KesraEngine/KesraEngineConfigVersion\.cmake$",
-                  r"/cmake/KesraEngine/KesraEngineTargets\.cmake$", r"/pkgconfig/kesraengine\.pc$"]
+                  r"/cmake/KesraEngine/KesraEngineTargets\.cmake$", r"/pkgconfig/kesraengine\.pc$",
+                  r"/include/KesraEngine/null/NullBackend\.h$", r"/KesraEngineNullComponent\.cmake$"]
     wanted_dev += [r"/libKesraEngine\.a$"] if args.static else [r"/libKesraEngine\.so$"]
     if args.with_svg:
         wanted_dev += [r"/include/KesraEngine/svg/SvgRenderer\.h$", r"/libKesraSvgBackend\.a$",
@@ -243,6 +248,7 @@ def static(args):
     run(["cmake", "-S", args.source_dir, "-B", build, "-G", args.generator,
          f"-DCMAKE_CXX_COMPILER={args.compiler}",
          "-DBUILD_SHARED_LIBS=OFF", "-DBUILD_TESTING=OFF", "-DKESRA_BUILD_EXAMPLES=OFF",
+         "-DKESRA_BUILD_BACKENDS=OFF",
          "-DKESRA_BUILD_BENCHMARKS=OFF", "-DKESRA_WARNINGS_AS_ERRORS=ON"], env=env)
     cache = open(os.path.join(build, "CMakeCache.txt")).read()
     if "CMAKE_BUILD_TYPE:STRING=Release" not in cache:
