@@ -8,7 +8,9 @@
 // upload: tubes are rebuilt only when the legend's colours change.
 #pragma once
 
+#include "Extremes.h"
 #include "OverlayUpdater.h"
+#include "Palette.h"
 #include "SceneData.h"
 #include "Views.h"
 #include "gl/GlAxis.h"
@@ -29,7 +31,10 @@
 namespace KesraViewer
 {
 
-using KesraDemo::View;
+using KesraExamples::ScalarLine;
+using KesraExamples::SceneData;
+using KesraExamples::Vec3;
+using KesraExamples::View;
 
 class ViewerScene
 {
@@ -95,12 +100,13 @@ private:
     KesraGl::CGlTipManagerFactory m_tipFactory;
     KesraGl::CGlTipManager* m_tips = nullptr;
     KesraGl::CGlMesh m_sphere;
-    KesraDemo::OverlayUpdater m_updater;
+    KesraExamples::OverlayUpdater m_updater;
     std::vector<KesraGl::CGlStreamline*> m_tubes;
     // The ring and its value of each tube, in m_tubes' order.
     std::vector<const ScalarLine*> m_tubeLines;
+    KesraExamples::Extremes m_extremes;
     float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
-    int m_palette = 0;
+    KesraExamples::Palette m_palette = KesraExamples::Palette::RedBlue;
     bool m_help = false;
 };
 
