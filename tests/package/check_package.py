@@ -6,7 +6,8 @@ Each subcommand is one ctest test:
                name the source or build directory
   symbols      the shared object's dynamic symbols are the library's own
   cmake-host   configure, build and run a host through find_package
-  pkgconfig-host  build and run a host with c++ $(pkg-config ...)
+  pkgconfig-host  build a host with the README's c++ $(pkg-config ...) line
+               and run it as built, without LD_LIBRARY_PATH
   deb          make the .deb packages and check their names, fields and files
   static       a BUILD_SHARED_LIBS=OFF build: install, both hosts, packages
 """
@@ -144,15 +145,39 @@ def cmake_host(args):
         print(run([os.path.join(args.binary, host)], env=host_env).strip())
 
 
+def readme_pkgconfig_line(source_dir):
+    """The README's pkg-config build line, as a user copies it."""
+    for line in open(os.path.join(source_dir, "README.md"), encoding="utf-8"):
+        line = line.strip()
+        if line.startswith("c++ ") and "$(pkg-config" in line:
+            return line
+    raise Failure("README.md has no 'c++ ... $(pkg-config ...)' line")
+
+
 def pkgconfig_host(args):
     os.makedirs(args.binary, exist_ok=True)
     env = clean_env()
     env["PKG_CONFIG_PATH"] = os.path.join(args.prefix, args.libdir, "pkgconfig")
     host = os.path.join(args.binary, "pkgconfig-host")
-    # As a user types it: the flags come from the shell's expansion.
-    run(f"'{args.compiler}' -std=c++17 {args.cxx_flags} '{args.host_file}' "
-        f"$(pkg-config --cflags --libs kesraengine) -o '{host}'", env=env)
-    env["LD_LIBRARY_PATH"] = os.path.join(args.prefix, args.libdir)
+    # The README's line to the letter, with this build's compiler and flags
+    # (sanitizers) in front and the host's file names in place of the
+    # example's; the flags come from the shell's expansion.
+    line = readme_pkgconfig_line(args.source_dir)
+    words = line.split(" ")
+    if words[0] != "c++" or "myviewer.cpp" not in words or words[-2:] != ["-o", "myviewer"]:
+        raise Failure(f"the README's pkg-config line changed its form: {line}")
+    words = [f"'{args.compiler}' {args.cxx_flags}".strip()] + \
+        [f"'{args.host_file}'" if w == "myviewer.cpp" else w for w in words[1:-1]] + [f"'{host}'"]
+    run(" ".join(words), env=env)
+    # No LD_LIBRARY_PATH: the host must find the shared library (when the
+    # build made one) in the prefix by itself, and that very library rather
+    # than one installed elsewhere.
+    libdir = os.path.realpath(os.path.join(args.prefix, args.libdir))
+    if os.path.exists(os.path.join(libdir, "libKesraEngine.so.1")):
+        found = re.search(r"libKesraEngine\.so\.1 => (\S+)", run(["ldd", host], env=env))
+        if not found or os.path.dirname(os.path.realpath(found.group(1))) != libdir:
+            raise Failure(f"the host does not load libKesraEngine.so.1 from {libdir}: "
+                          f"{found.group(1) if found else 'not found'}")
     print(run([host], env=env).strip())
     version = run(["pkg-config", "--modversion", "kesraengine"], env=env).strip()
     if version != args.version:
