@@ -3,6 +3,10 @@
 // of the speed along the fastest line, the ruler and the axis triad, all
 // drawn by the reference SVG backend. An observer of the camera keeps the
 // triad and the ruler current, as a host's would.
+//
+// The data, its extremes and their tips, the sphere's mesh, the palettes and
+// the look are the examples' shared scene (examples/common); what is here is
+// the SVG wiring, the frame's layout, the chart and the contact sheet's key.
 #pragma once
 
 #include "Engine/Curve2D.h"

@@ -6,6 +6,10 @@
 // The host's camera observer hands every rotation to the triad and every zoom
 // to the ruler; nothing else follows the camera, so a turn or a zoom costs no
 // upload: tubes are rebuilt only when the legend's colours change.
+//
+// The data, its extremes and their tips, the sphere's mesh, the palettes and
+// the look are the examples' shared scene (examples/common); what is here is
+// the OpenGL wiring, the window's layout, the controls' effects and the help.
 #pragma once
 
 #include "Extremes.h"
