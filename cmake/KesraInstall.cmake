@@ -57,10 +57,16 @@ function(kesra_install_library)
     string(REGEX REPLACE "/$" "" up "${up}")
     set(KESRA_PC_PREFIX "\${pcfiledir}/${up}")
   endif()
+  # A host linked with the .pc file's flags finds the shared object where it
+  # was installed, in any prefix, without LD_LIBRARY_PATH: the flags carry a
+  # run path to libdir. RUNPATH (new dtags) rather than RPATH, so that an
+  # LD_LIBRARY_PATH set at run time still wins over it.
   if(BUILD_SHARED_LIBS)
     set(KESRA_PC_LIBS_PRIVATE "")
+    set(KESRA_PC_RUNPATH " -Wl,--enable-new-dtags,-rpath,\${libdir}")
   else()
     set(KESRA_PC_LIBS_PRIVATE "Libs.private: -lm")
+    set(KESRA_PC_RUNPATH "")
   endif()
   set(KESRA_PC_CFLAGS "-I\${includedir} -ffp-contract=off")
   if(NOT BUILD_SHARED_LIBS)

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace KesraDemo
+namespace KesraExamples
 {
 
 namespace
@@ -94,4 +94,4 @@ std::vector<FlowLine> TraceSphereFlow()
     return lines;
 }
 
-} // namespace KesraDemo
+} // namespace KesraExamples

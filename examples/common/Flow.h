@@ -1,4 +1,4 @@
-// The demo's result data: streamlines of the potential flow of a uniform
+// The examples' result data: streamlines of the potential flow of a uniform
 // stream past a sphere, traced by the host itself.
 //
 // The stream runs along +x at 1 m/s, the sphere of radius 1 m sits at the
@@ -10,7 +10,7 @@
 
 #include <vector>
 
-namespace KesraDemo
+namespace KesraExamples
 {
 
 using Vec3 = KesraMathKit::TKesraVector3<double>;
@@ -32,4 +32,4 @@ Vec3 Velocity(const Vec3& p);
 // resampled at equal arc lengths.
 std::vector<FlowLine> TraceSphereFlow();
 
-} // namespace KesraDemo
+} // namespace KesraExamples

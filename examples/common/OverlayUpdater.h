@@ -6,7 +6,7 @@
 #include "Engine/CameraEventHandler.h"
 #include "Engine/Ruler.h"
 
-namespace KesraDemo
+namespace KesraExamples
 {
 
 class OverlayUpdater : public KesraEngine::IKesraCameraEventHandler
@@ -37,4 +37,4 @@ private:
     KesraEngine::CKesraRuler& m_ruler;
 };
 
-} // namespace KesraDemo
+} // namespace KesraExamples

@@ -1,6 +1,6 @@
 #include "Views.h"
 
-namespace KesraDemo
+namespace KesraExamples
 {
 
 const char* ViewName(View view)
@@ -29,4 +29,4 @@ void ApplyView(KesraEngine::CKesraCamera& camera, View view, bool smooth)
     }
 }
 
-} // namespace KesraDemo
+} // namespace KesraExamples

@@ -4,7 +4,7 @@
 
 #include "Engine/Camera.h"
 
-namespace KesraDemo
+namespace KesraExamples
 {
 
 enum class View
@@ -36,4 +36,4 @@ const char* ViewName(View view);
 // Turns camera to view, at once or through a smooth rotation.
 void ApplyView(KesraEngine::CKesraCamera& camera, View view, bool smooth);
 
-} // namespace KesraDemo
+} // namespace KesraExamples

@@ -3,11 +3,17 @@
 // of the speed along the fastest line, the ruler and the axis triad, all
 // drawn by the reference SVG backend. An observer of the camera keeps the
 // triad and the ruler current, as a host's would.
+//
+// The data, its extremes and their tips, the sphere's mesh, the palettes and
+// the look are the examples' shared scene (examples/common); what is here is
+// the SVG wiring, the frame's layout, the chart and the contact sheet's key.
 #pragma once
 
 #include "Engine/Curve2D.h"
-#include "Flow.h"
+#include "Extremes.h"
 #include "OverlayUpdater.h"
+#include "Palette.h"
+#include "SceneData.h"
 #include "Views.h"
 #include "svg/SvgAxis.h"
 #include "svg/SvgCamera.h"
@@ -20,18 +26,14 @@
 #include "svg/SvgTipManager.h"
 
 #include <string>
-#include <vector>
 
 namespace KesraDemo
 {
 
-enum class Palette
-{
-    RedBlue,
-    BlueRed,
-    Gray,
-    GreenRed
-};
+using KesraExamples::Palette;
+using KesraExamples::SceneData;
+using KesraExamples::Vec3;
+using KesraExamples::View;
 
 struct SceneOptions
 {
@@ -51,7 +53,7 @@ struct SceneSummary
 class DemoScene
 {
 public:
-    DemoScene(const std::vector<FlowLine>& lines, const SceneOptions& options);
+    DemoScene(const SceneData& data, const SceneOptions& options);
     ~DemoScene();
     DemoScene(const DemoScene&) = delete;
     DemoScene& operator=(const DemoScene&) = delete;
@@ -69,11 +71,9 @@ public:
     std::string RulerText() const;
 
 private:
-    struct Extremes;
-    static Extremes FindExtremes(const std::vector<FlowLine>& lines);
-    void BuildTubes(const std::vector<FlowLine>& lines);
-    void BuildTips(const Extremes& extremes);
-    void BuildChart(const std::vector<FlowLine>& lines, std::size_t fastestLine);
+    void BuildTubes(const SceneData& data);
+    void BuildTips(const SceneData& data, const KesraExamples::Extremes& extremes);
+    void BuildChart(const KesraExamples::ScalarLine& line);
     void BuildSphere();
     void Layout(int width, int height, bool forSheet);
 
@@ -90,8 +90,9 @@ private:
     KesraEngine::CKesraTipManager* m_tips = nullptr;
     KesraEngine::CKesraCurve2D m_chart;
     KesraSvg::SurfaceMesh m_sphere;
-    OverlayUpdater m_updater;
+    KesraExamples::OverlayUpdater m_updater;
     float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
+    std::string m_title; // of the data, before the view's name
     SceneSummary m_summary;
     int m_frames = 0;
 };

@@ -4,8 +4,9 @@
 //
 // Exit codes: 0 done, 1 an output could not be written (nothing is left
 // behind), 2 a bad option or value.
-#include "Flow.h"
+#include "Palette.h"
 #include "Scene.h"
+#include "SceneData.h"
 #include "svg/SvgSheet.h"
 
 #include <algorithm>
@@ -24,22 +25,13 @@
 namespace
 {
 
-using KesraDemo::Palette;
-using KesraDemo::View;
+using KesraExamples::kPalettes;
+using KesraExamples::kViews;
+using KesraExamples::Palette;
+using KesraExamples::View;
 
 constexpr int kMinSide = 400;
 constexpr int kMaxSide = 8000;
-
-struct NamedPalette
-{
-    Palette value;
-    const char* name;
-};
-
-constexpr NamedPalette kPalettes[] = {{Palette::RedBlue, "redblue"},
-                                      {Palette::BlueRed, "bluered"},
-                                      {Palette::Gray, "gray"},
-                                      {Palette::GreenRed, "greenred"}};
 
 // The options that take a value; --help takes none.
 constexpr const char* kValueOptions[] = {"--out", "--sheet", "--size",
@@ -76,7 +68,7 @@ std::string Accepted(const std::string& option)
     }
     if (option == "--view")
     {
-        return "one of " + Names(KesraDemo::kViews);
+        return "one of " + Names(kViews);
     }
     if (option == "--palette")
     {
@@ -176,7 +168,7 @@ void ApplyOption(Options& options, const std::string& name, const std::string& v
     }
     else if (name == "--view")
     {
-        accepted = ParseName(KesraDemo::kViews, value, options.view);
+        accepted = ParseName(kViews, value, options.view);
     }
     else if (name == "--palette")
     {
@@ -360,8 +352,8 @@ void WriteOutputs(const std::vector<std::pair<std::string, std::string>>& output
 int Run(const Options& options)
 {
     const auto start = std::chrono::steady_clock::now();
-    const std::vector<KesraDemo::FlowLine> lines = KesraDemo::TraceSphereFlow();
-    KesraDemo::DemoScene scene(lines, options.scene);
+    const KesraExamples::SceneData data = KesraExamples::FlowSceneData();
+    KesraDemo::DemoScene scene(data, options.scene);
 
     std::vector<std::pair<std::string, std::string>> outputs;
     if (!options.sheet.empty())
@@ -370,7 +362,7 @@ int Run(const Options& options)
         const int cellWidth = std::max(options.width / 3, 300);
         const int cellHeight = std::max(options.height / 3, 200);
         std::vector<KesraSvg::SheetCell> cells;
-        for (const KesraDemo::NamedView& view : KesraDemo::kViews)
+        for (const KesraExamples::NamedView& view : kViews)
         {
             cells.push_back({view.name, scene.RenderFrame(view.value, cellWidth, cellHeight, true),
                              cellWidth, cellHeight});
@@ -394,7 +386,7 @@ int Run(const Options& options)
     std::printf("  ring vertices: %d\n", summary.ringVertices);
     std::printf("  speed range:   %.3f to %.3f m/s\n", summary.minSpeed, summary.maxSpeed);
     std::printf("  ruler:         %s\n", scene.RulerText().c_str());
-    std::printf("  view:          %s, %dx%d\n", KesraDemo::ViewName(options.view), options.width,
+    std::printf("  view:          %s, %dx%d\n", KesraExamples::ViewName(options.view), options.width,
                 options.height);
     std::printf("  frame:         %s\n", AbsolutePath(options.out).c_str());
     if (!options.sheet.empty())

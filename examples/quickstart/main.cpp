@@ -6,37 +6,16 @@
 #include "Engine/CameraEventHandler.h"
 #include "MathKit/Matrix4.h"
 #include "MathKit/Vector3.h"
+#include "null/NullBackend.h"
 
 #include <cstdio>
 
 namespace
 {
 
-using KesraEngine::CKesraCamera;
 using KesraEngine::IKesraCameraEventHandler;
 using Matrix = KesraMathKit::TKesraMatrix4<double>;
 using Vector = KesraMathKit::TKesraVector3<double>;
-
-// A camera of a backend that draws nothing: a console has no graphics
-// interface to load matrices into and no mouse to follow.
-class ConsoleCamera : public CKesraCamera
-{
-public:
-    ConsoleCamera(int width, int height) : CKesraCamera(width, height) {}
-
-    void ApplyViewport() override {}
-    void ApplyProjection() override {}
-    void ApplyModelView() override {}
-    void BeginRotate(int, int) override {}
-    void Rotate(int, int) override {}
-    void BeginPan(int, int) override {}
-    void Pan(int, int) override {}
-    void BeginZoom(int, int) override {}
-    void Zoom(int, int) override {}
-    void EndInteraction() override {}
-    void WheelZoom(int, int, int) override {}
-    void ZoomToRectangle(int, int, int, int) override {}
-};
 
 class PrintingObserver : public IKesraCameraEventHandler
 {
@@ -75,7 +54,10 @@ void PrintMatrix(const Matrix& m)
 
 int main()
 {
-    ConsoleCamera camera(800, 600);
+    // A console has no graphics interface to load matrices into and no mouse
+    // to follow: the null backend's camera, whose drawing operations do
+    // nothing, is all it needs.
+    KesraNull::CNullCamera camera(800, 600);
     PrintingObserver observer;
     camera.RegisterEventHandler(&observer);
 

@@ -38,7 +38,7 @@ bool ParseSize(const std::string& text, Options& options)
 
 bool ParseView(const std::string& text, Options& options)
 {
-    for (const KesraDemo::NamedView& entry : KesraDemo::kViews)
+    for (const KesraExamples::NamedView& entry : KesraExamples::kViews)
     {
         if (text == entry.name)
         {
@@ -52,7 +52,7 @@ bool ParseView(const std::string& text, Options& options)
 std::string ViewNames()
 {
     std::string names;
-    for (const KesraDemo::NamedView& entry : KesraDemo::kViews)
+    for (const KesraExamples::NamedView& entry : KesraExamples::kViews)
     {
         names += names.empty() ? "" : ", ";
         names += entry.name;

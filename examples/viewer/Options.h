@@ -15,7 +15,7 @@ struct Options
     std::string snapshot;   // PNG written after the events (headless)
     int width = 1200;
     int height = 800;
-    KesraDemo::View view = KesraDemo::View::Iso;
+    KesraExamples::View view = KesraExamples::View::Iso;
     std::string events;     // event file to replay first
     int benchFrames = 0;    // frames to time
     std::string file;       // VTK polydata; empty for the flow past a sphere

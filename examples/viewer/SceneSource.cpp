@@ -10,6 +10,9 @@ namespace KesraViewer
 namespace
 {
 
+using KesraExamples::ScalarLine;
+using KesraExamples::Vec3;
+
 // The lines of a polydata file with the scalar (or, without one, the height
 // z) at every point; the reader has checked the points, indices and the
 // scalar's length. Consecutive repeated points are dropped: a tube segment
@@ -54,7 +57,7 @@ bool LoadScene(const std::string& file, SceneData& data, std::string& error)
 {
     if (file.empty())
     {
-        data = FlowSceneData();
+        data = KesraExamples::FlowSceneData();
         return true;
     }
     try

@@ -9,6 +9,8 @@
 namespace KesraViewer
 {
 
+using KesraExamples::SceneData;
+
 // False with error set (naming the file and what is wrong) when the file
 // cannot be shown.
 bool LoadScene(const std::string& file, SceneData& data, std::string& error);

@@ -1,11 +1,15 @@
 #include "ViewerScene.h"
 
+#include "SceneLook.h"
+#include "Sphere.h"
+
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <cstdio>
-#include <vector>
+#include <cstdint>
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace KesraViewer
 {
@@ -13,33 +17,9 @@ namespace KesraViewer
 namespace
 {
 
-constexpr int kSlices = 8;          // vertices per tube ring
-constexpr int kTitleBand = 40;      // pixels at the top taken by the title
-constexpr double kRulerStart = 0.42; // the ruler's start, as a share of the width
-constexpr int kSmoothFrames = 24;   // frames of a smooth turn to a standard view
+using KesraExamples::kTitleBand;
 
-// The palettes that `p` steps through, in order. A switch rather than a table
-// of member pointers: g++'s sanitizer builds misread calls through those as
-// reading an uninitialised value.
-constexpr int kPaletteCount = 4;
-void LoadPalette(KesraEngine::CKesraScalarBar& legend, int palette)
-{
-    switch (palette)
-    {
-    case 0:
-        legend.SetColorPaletteRedBlue();
-        break;
-    case 1:
-        legend.SetColorPaletteBlueRed();
-        break;
-    case 2:
-        legend.SetColorPaletteGrayScale();
-        break;
-    default:
-        legend.SetColorPaletteGreenRed();
-        break;
-    }
-}
+constexpr int kSmoothFrames = 24; // frames of a smooth turn to a standard view
 
 const char* const kHelp[] = {
     "left drag          rotate",
@@ -56,13 +36,6 @@ const char* const kHelp[] = {
     "h                  this help",
     "q / Esc            quit"};
 
-std::string ValueText(const char* what, double value, const std::string& unit)
-{
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%s %.3g", what, value);
-    return buffer + unit;
-}
-
 } // namespace
 
 ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width, int height)
@@ -72,28 +45,16 @@ ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width
 {
     m_renderer.SetCamera(&m_camera);
     m_renderer.SetFont(&m_font);
-    m_renderer.SetBackgroundColor({214, 226, 242, 255});
-    m_renderer.SetBackgroundColor2({255, 255, 255, 255});
-    m_renderer.SetGradient(1);
-    m_renderer.SetTitleColor({32, 48, 84, 255});
+    KesraExamples::DressPaper(m_renderer);
     m_renderer.SetName(m_data.title.c_str());
     m_renderer.SetLineSmoothing(1);
     m_renderer.SetPolygonSmoothing(1);
     m_renderer.SetPolygonOffsetPara(1.0f, 1.0f);
 
-    // From the upper left, in front of the picture.
-    m_light.SetPosition(Vec3(-0.45, 0.6, 1.0));
-    m_light.SetFocalPoint(Vec3(0.0, 0.0, 0.0));
-    m_light.SetColor({255, 255, 255, 255});
-    m_light.Apply();
-
-    m_legend.SetTitle(m_data.valueName, false);
-    m_legend.SetUnit(m_data.unit);
-    m_legend.SetValueFormat(3, 2);
+    KesraExamples::PlaceLight(m_light);
+    KesraExamples::DressLegend(m_legend, m_data);
     m_legend.SetAutoTextColor(1);
-    m_ruler.SetUnit("[m]");
-    m_ruler.SetRulerHeight(12);
-    m_ruler.SetAutoBlock(true);
+    KesraExamples::DressRuler(m_ruler);
     m_area.SetColor({30, 60, 160, 200});
     m_area.SetLineWidth(1.5f);
     m_area.SetEanble(true);
@@ -130,39 +91,31 @@ bool ViewerScene::CreateContext()
 
 void ViewerScene::BuildTubes()
 {
-    float low[3] = {std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
-                    std::numeric_limits<float>::max()};
-    float high[3] = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest(),
-                     std::numeric_limits<float>::lowest()};
-    double minimum = std::numeric_limits<double>::max();
-    double maximum = std::numeric_limits<double>::lowest();
-    for (const ScalarLine& line : m_data.lines)
+    // A value that is not finite (a file's undefined point) takes the colour
+    // the legend gives it but does not stretch the range.
+    m_extremes = KesraExamples::FindExtremes(m_data.lines);
+    const bool found = m_extremes.found;
+    m_legend.SetValueRange(found ? m_extremes.smallest.value : 0.0,
+                           found ? m_extremes.largest.value : 1.0, true, true);
+    float low[3] = {0.0f, 0.0f, 0.0f};
+    float high[3] = {1.0f, 1.0f, 1.0f};
+    if (found)
     {
-        for (std::size_t i = 0; i < line.points.size(); ++i)
+        std::fill(low, low + 3, std::numeric_limits<float>::max());
+        std::fill(high, high + 3, std::numeric_limits<float>::lowest());
+        for (const ScalarLine& line : m_data.lines)
         {
-            const double xyz[3] = {line.points[i].x, line.points[i].y, line.points[i].z};
-            for (int axis = 0; axis < 3; ++axis)
+            for (const Vec3& p : line.points)
             {
-                low[axis] = std::min(low[axis], static_cast<float>(xyz[axis]));
-                high[axis] = std::max(high[axis], static_cast<float>(xyz[axis]));
-            }
-            // A value that is not finite (a file's undefined point) takes the
-            // colour the legend gives it but does not stretch the range.
-            if (std::isfinite(line.values[i]))
-            {
-                minimum = std::min(minimum, line.values[i]);
-                maximum = std::max(maximum, line.values[i]);
+                const double xyz[3] = {p.x, p.y, p.z};
+                for (int axis = 0; axis < 3; ++axis)
+                {
+                    low[axis] = std::min(low[axis], static_cast<float>(xyz[axis]));
+                    high[axis] = std::max(high[axis], static_cast<float>(xyz[axis]));
+                }
             }
         }
     }
-    if (minimum > maximum)
-    {
-        minimum = 0.0;
-        maximum = 1.0;
-        std::fill(low, low + 3, 0.0f);
-        std::fill(high, high + 3, 1.0f);
-    }
-    m_legend.SetValueRange(minimum, maximum, true, true);
     const double diagonal = std::sqrt(std::pow(high[0] - low[0], 2.0) + std::pow(high[1] - low[1], 2.0)
                                       + std::pow(high[2] - low[2], 2.0));
     const double radius = m_data.tubeRadius > 0.0 ? m_data.tubeRadius
@@ -176,7 +129,7 @@ void ViewerScene::BuildTubes()
     {
         const int nodes = static_cast<int>(line.points.size());
         KesraGl::CGlStreamline* tube = m_tubeFactory.MakeStreamline();
-        if (tube == nullptr || !tube->Create(nodes, kSlices, radius, 1.0))
+        if (tube == nullptr || !tube->Create(nodes, KesraExamples::kTubeSlices, radius, 1.0))
         {
             continue;
         }
@@ -215,41 +168,11 @@ void ViewerScene::Recolour()
 
 void ViewerScene::BuildTips()
 {
-    const ScalarLine* fastLine = nullptr;
-    const ScalarLine* slowLine = nullptr;
-    std::size_t fast = 0;
-    std::size_t slow = 0;
-    for (const ScalarLine& line : m_data.lines)
-    {
-        for (std::size_t i = 0; i < line.values.size(); ++i)
-        {
-            if (!std::isfinite(line.values[i]))
-            {
-                continue;
-            }
-            if (fastLine == nullptr || line.values[i] > fastLine->values[fast])
-            {
-                fastLine = &line;
-                fast = i;
-            }
-            if (slowLine == nullptr || line.values[i] < slowLine->values[slow])
-            {
-                slowLine = &line;
-                slow = i;
-            }
-        }
-    }
     m_tips = m_tipFactory.CreateTipManager();
-    if (m_tips == nullptr || fastLine == nullptr)
+    if (m_tips == nullptr)
     {
         return;
     }
-    const Vec3& a = fastLine->points[fast];
-    const Vec3& b = slowLine->points[slow];
-    const double high[3] = {a.x, a.y, a.z};
-    const double low[3] = {b.x, b.y, b.z};
-    m_tips->InsertTip(ValueText("max", fastLine->values[fast], m_data.tipUnit), high, high);
-    m_tips->InsertTip(ValueText("min", slowLine->values[slow], m_data.tipUnit), low, low);
     double centre[3] = {m_data.tipCentre.x, m_data.tipCentre.y, m_data.tipCentre.z};
     double distance = m_data.tipDistance;
     if (distance <= 0.0)
@@ -260,9 +183,8 @@ void ViewerScene::BuildTips()
             distance = std::max(distance, 0.6 * (m_box[2 * axis + 1] - m_box[2 * axis]));
         }
     }
-    m_tips->UpdateEffect(KesraEngine::eTipLinkRadial, 0.0, centre, distance);
-    m_tips->SetBackgroundColor(255, 252, 228);
-    m_tips->SetLinkingLineColor(90, 90, 90);
+    KesraExamples::AddExtremeTips(*m_tips, m_extremes, "%.3g", m_data.tipUnit,
+                                  Vec3(centre[0], centre[1], centre[2]), distance);
     m_tips->SetTipFontType(KesraEngine::eTipFontSmall);
 }
 
@@ -272,34 +194,27 @@ void ViewerScene::BuildSphere()
     {
         return;
     }
-    const int stacks = 24;
-    const int sectors = 48;
-    const double pi = 3.14159265358979323846;
-    // Slightly inside the sphere, so that the tubes hugging it stay in front.
-    const double radius = 0.97;
+    // Each ring repeats its first vertex at azimuth 2 pi, so that no index
+    // wraps around.
+    const KesraExamples::SphereMesh mesh = KesraExamples::UnitSphere(24, 48, true);
+    const float r = static_cast<float>(KesraExamples::kSphereDrawnRadius);
+    const unsigned char* rgba = KesraExamples::kSphereRgba;
     std::vector<KesraGl::GlVertex>& vertices = m_sphere.Vertices();
-    for (int i = 0; i <= stacks; ++i)
+    for (const Vec3& normal : mesh.normals)
     {
-        const double polar = pi * i / stacks;
-        for (int j = 0; j <= sectors; ++j)
-        {
-            const double azimuth = 2.0 * pi * j / sectors;
-            const float n[3] = {static_cast<float>(std::sin(polar) * std::cos(azimuth)),
-                                static_cast<float>(std::sin(polar) * std::sin(azimuth)),
-                                static_cast<float>(std::cos(polar))};
-            const float r = static_cast<float>(radius);
-            vertices.push_back({{r * n[0], r * n[1], r * n[2]}, {n[0], n[1], n[2]}, {205, 205, 210, 255}});
-        }
+        const float n[3] = {static_cast<float>(normal.x), static_cast<float>(normal.y),
+                            static_cast<float>(normal.z)};
+        vertices.push_back({{r * n[0], r * n[1], r * n[2]}, {n[0], n[1], n[2]},
+                            {rgba[0], rgba[1], rgba[2], rgba[3]}});
     }
     std::vector<std::uint32_t>& indices = m_sphere.Indices();
-    const std::uint32_t row = sectors + 1;
-    for (std::uint32_t i = 0; i < static_cast<std::uint32_t>(stacks); ++i)
+    for (const std::array<int, 4>& quad : mesh.quads)
     {
-        for (std::uint32_t j = 0; j < static_cast<std::uint32_t>(sectors); ++j)
-        {
-            const std::uint32_t a = i * row + j;
-            indices.insert(indices.end(), {a, a + row, a + row + 1, a, a + row + 1, a + 1});
-        }
+        const std::uint32_t a = static_cast<std::uint32_t>(quad[0]);
+        const std::uint32_t b = static_cast<std::uint32_t>(quad[1]);
+        const std::uint32_t c = static_cast<std::uint32_t>(quad[2]);
+        const std::uint32_t d = static_cast<std::uint32_t>(quad[3]);
+        indices.insert(indices.end(), {a, b, c, a, c, d});
     }
     m_sphere.MarkChanged();
     m_renderer.AddSurface(&m_sphere);
@@ -316,7 +231,8 @@ void ViewerScene::Layout(int width, int height)
     const int legendWidth = LegendWidth();
     m_legend.Create(width, std::max(height - kTitleBand, 1), width - legendWidth,
                     std::min(40, height / 8));
-    m_ruler.Create(width, height, static_cast<int>(kRulerStart * width), std::min(22, height / 10));
+    m_ruler.Create(width, height, static_cast<int>(KesraExamples::kRulerStart * width),
+                   std::min(22, height / 10));
     m_ruler.SetTextColor({30, 30, 30, 255});
     m_ruler.SetOpenGLScale(1.0f / m_camera.GetScale());
     // Create turns the triad to the identity: hand it the camera's rotation.
@@ -338,28 +254,21 @@ void ViewerScene::Resize(int width, int height)
 void ViewerScene::ZoomAll()
 {
     m_camera.ZoomAll(m_box);
-    // ZoomAll fits the model into the whole window; the legend takes the
-    // right edge and the title the top, so fit it into what is left.
-    const int width = m_renderer.GetWidth();
-    const int height = m_renderer.GetHeight();
-    const int legendWidth = LegendWidth();
-    const float fit = static_cast<float>(std::min(width, height))
-                      / static_cast<float>(std::max(std::min(width - legendWidth, height - kTitleBand), 1));
-    m_camera.SetScale(m_camera.GetScale() * fit);
-    m_camera.SetTranslation(-0.5f * static_cast<float>(legendWidth) * m_camera.GetScale(), 0.0f);
+    KesraExamples::FitBesideLegend(m_camera, m_renderer.GetWidth(), m_renderer.GetHeight(),
+                                   LegendWidth());
     m_renderer.Invalidate();
 }
 
 void ViewerScene::SetView(View view, bool smooth)
 {
-    KesraDemo::ApplyView(m_camera, view, smooth);
+    KesraExamples::ApplyView(m_camera, view, smooth);
     m_renderer.Invalidate();
 }
 
 void ViewerScene::NextPalette()
 {
-    m_palette = (m_palette + 1) % kPaletteCount;
-    LoadPalette(m_legend, m_palette);
+    m_palette = KesraExamples::NextPalette(m_palette);
+    KesraExamples::LoadPalette(m_legend, m_palette);
     Recolour();
 }
 

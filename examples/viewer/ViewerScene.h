@@ -6,9 +6,15 @@
 // The host's camera observer hands every rotation to the triad and every zoom
 // to the ruler; nothing else follows the camera, so a turn or a zoom costs no
 // upload: tubes are rebuilt only when the legend's colours change.
+//
+// The data, its extremes and their tips, the sphere's mesh, the palettes and
+// the look are the examples' shared scene (examples/common); what is here is
+// the OpenGL wiring, the window's layout, the controls' effects and the help.
 #pragma once
 
+#include "Extremes.h"
 #include "OverlayUpdater.h"
+#include "Palette.h"
 #include "SceneData.h"
 #include "Views.h"
 #include "gl/GlAxis.h"
@@ -29,7 +35,10 @@
 namespace KesraViewer
 {
 
-using KesraDemo::View;
+using KesraExamples::ScalarLine;
+using KesraExamples::SceneData;
+using KesraExamples::Vec3;
+using KesraExamples::View;
 
 class ViewerScene
 {
@@ -95,12 +104,13 @@ private:
     KesraGl::CGlTipManagerFactory m_tipFactory;
     KesraGl::CGlTipManager* m_tips = nullptr;
     KesraGl::CGlMesh m_sphere;
-    KesraDemo::OverlayUpdater m_updater;
+    KesraExamples::OverlayUpdater m_updater;
     std::vector<KesraGl::CGlStreamline*> m_tubes;
     // The ring and its value of each tube, in m_tubes' order.
     std::vector<const ScalarLine*> m_tubeLines;
+    KesraExamples::Extremes m_extremes;
     float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
-    int m_palette = 0;
+    KesraExamples::Palette m_palette = KesraExamples::Palette::RedBlue;
     bool m_help = false;
 };
 

@@ -1,16 +1,23 @@
 #!/usr/bin/env python3
-"""Checks of the installed KesraEngine as its users meet it.
+"""Checks of KesraEngine's build and of the installed library as its users meet them.
 
 Each subcommand is one ctest test:
   install      install the build into a prefix; no installed text file may
                name the source or build directory
   symbols      the shared object's dynamic symbols are the library's own
   cmake-host   configure, build and run a host through find_package
-  pkgconfig-host  build and run a host with c++ $(pkg-config ...)
+  pkgconfig-host  build a host with the README's c++ $(pkg-config ...) line
+               and run it as built, without LD_LIBRARY_PATH
   deb          make the .deb packages and check their names, fields and files
   static       a BUILD_SHARED_LIBS=OFF build: install, both hosts, packages
+  demo-workflow  the demo workflow's build step makes every example program,
+               and every program the README names under build/ is one
+  options      KESRA_BUILD_BACKENDS without the examples configures the
+               reference backends alone; the examples without the backends
+               are refused with a message that names both switches
 """
 import argparse
+import json
 import os
 import re
 import shutil
@@ -75,8 +82,12 @@ def install(args):
     shutil.rmtree(args.prefix, ignore_errors=True)
     run(["cmake", "--install", args.build_dir, "--prefix", args.prefix, "--config", args.config])
     expected = ["include/KesraEngine/Engine/Camera.h", "include/KesraEngine/MathKit/Matrix4.h",
-                "include/KesraEngine/MathKit/Export.h"]
+                "include/KesraEngine/MathKit/Export.h", "include/KesraEngine/null/NullBackend.h"]
     missing = [p for p in expected if not os.path.isfile(os.path.join(args.prefix, p))]
+    # The null backend is a component of every installation, beside the package.
+    cmake_files = {f for _b, _d, fs in os.walk(args.prefix) for f in fs if f.endswith(".cmake")}
+    missing += [f for f in ("KesraEngineConfig.cmake", "KesraEngineNullComponent.cmake",
+                            "KesraEngineNullTargets.cmake") if f not in cmake_files]
     doubles = [os.path.join(b, f) for b, _d, fs in os.walk(args.prefix) for f in fs
                if f == "TestDoubles.h" or "gtest" in f]
     found = scan_for_paths(args.prefix, forbidden_paths(args), all_files=False)
@@ -140,15 +151,39 @@ def cmake_host(args):
         print(run([os.path.join(args.binary, host)], env=host_env).strip())
 
 
+def readme_pkgconfig_line(source_dir):
+    """The README's pkg-config build line, as a user copies it."""
+    for line in open(os.path.join(source_dir, "README.md"), encoding="utf-8"):
+        line = line.strip()
+        if line.startswith("c++ ") and "$(pkg-config" in line:
+            return line
+    raise Failure("README.md has no 'c++ ... $(pkg-config ...)' line")
+
+
 def pkgconfig_host(args):
     os.makedirs(args.binary, exist_ok=True)
     env = clean_env()
     env["PKG_CONFIG_PATH"] = os.path.join(args.prefix, args.libdir, "pkgconfig")
     host = os.path.join(args.binary, "pkgconfig-host")
-    # As a user types it: the flags come from the shell's expansion.
-    run(f"'{args.compiler}' -std=c++17 {args.cxx_flags} '{args.host_file}' "
-        f"$(pkg-config --cflags --libs kesraengine) -o '{host}'", env=env)
-    env["LD_LIBRARY_PATH"] = os.path.join(args.prefix, args.libdir)
+    # The README's line to the letter, with this build's compiler and flags
+    # (sanitizers) in front and the host's file names in place of the
+    # example's; the flags come from the shell's expansion.
+    line = readme_pkgconfig_line(args.source_dir)
+    words = line.split(" ")
+    if words[0] != "c++" or "myviewer.cpp" not in words or words[-2:] != ["-o", "myviewer"]:
+        raise Failure(f"the README's pkg-config line changed its form: {line}")
+    words = [f"'{args.compiler}' {args.cxx_flags}".strip()] + \
+        [f"'{args.host_file}'" if w == "myviewer.cpp" else w for w in words[1:-1]] + [f"'{host}'"]
+    run(" ".join(words), env=env)
+    # No LD_LIBRARY_PATH: the host must find the shared library (when the
+    # build made one) in the prefix by itself, and that very library rather
+    # than one installed elsewhere.
+    libdir = os.path.realpath(os.path.join(args.prefix, args.libdir))
+    if os.path.exists(os.path.join(libdir, "libKesraEngine.so.1")):
+        found = re.search(r"libKesraEngine\.so\.1 => (\S+)", run(["ldd", host], env=env))
+        if not found or os.path.dirname(os.path.realpath(found.group(1))) != libdir:
+            raise Failure(f"the host does not load libKesraEngine.so.1 from {libdir}: "
+                          f"{found.group(1) if found else 'not found'}")
     print(run([host], env=env).strip())
     version = run(["pkg-config", "--modversion", "kesraengine"], env=env).strip()
     if version != args.version:
@@ -208,7 +243,8 @@ def deb(args):
     wanted_dev = [r"/include/KesraEngine/Engine/Camera\.h$", r"/include/KesraEngine/MathKit/Vector3\.h$",
                   r"/cmake/KesraEngine/KesraEngineConfig\.cmake$",
                   r"/cmake/KesraEngine/KesraEngineConfigVersion\.cmake$",
-                  r"/cmake/KesraEngine/KesraEngineTargets\.cmake$", r"/pkgconfig/kesraengine\.pc$"]
+                  r"/cmake/KesraEngine/KesraEngineTargets\.cmake$", r"/pkgconfig/kesraengine\.pc$",
+                  r"/include/KesraEngine/null/NullBackend\.h$", r"/KesraEngineNullComponent\.cmake$"]
     wanted_dev += [r"/libKesraEngine\.a$"] if args.static else [r"/libKesraEngine\.so$"]
     if args.with_svg:
         wanted_dev += [r"/include/KesraEngine/svg/SvgRenderer\.h$", r"/libKesraSvgBackend\.a$",
@@ -243,6 +279,7 @@ def static(args):
     run(["cmake", "-S", args.source_dir, "-B", build, "-G", args.generator,
          f"-DCMAKE_CXX_COMPILER={args.compiler}",
          "-DBUILD_SHARED_LIBS=OFF", "-DBUILD_TESTING=OFF", "-DKESRA_BUILD_EXAMPLES=OFF",
+         "-DKESRA_BUILD_BACKENDS=OFF",
          "-DKESRA_BUILD_BENCHMARKS=OFF", "-DKESRA_WARNINGS_AS_ERRORS=ON"], env=env)
     cache = open(os.path.join(build, "CMakeCache.txt")).read()
     if "CMAKE_BUILD_TYPE:STRING=Release" not in cache:
@@ -275,10 +312,92 @@ def static(args):
     print("static library: installed, found by CMake and pkg-config, packaged")
 
 
+def demo_build_targets(source_dir):
+    """The targets that `cmake --workflow --preset demo` builds."""
+    with open(os.path.join(source_dir, "CMakePresets.json"), encoding="utf-8") as f:
+        presets = json.load(f)
+    workflow = next((w for w in presets.get("workflowPresets", []) if w["name"] == "demo"), None)
+    if workflow is None:
+        raise Failure("CMakePresets.json has no demo workflow")
+    builds = [s["name"] for s in workflow["steps"] if s["type"] == "build"]
+    targets = set()
+    for preset in presets.get("buildPresets", []):
+        if preset["name"] in builds:
+            # A build preset without targets builds everything.
+            targets |= set(preset.get("targets", ["all"]))
+    return targets
+
+
+def readme_programs(source_dir):
+    """The programs the README places in a build tree, such as
+    build/demo/examples/viewer/kesra-viewer."""
+    with open(os.path.join(source_dir, "README.md"), encoding="utf-8") as f:
+        text = f.read()
+    return set(re.findall(r"build/[\w-]+/examples/[\w-]+/([\w-]+)(?![\w.-])", text))
+
+
+def demo_workflow(args):
+    programs = set(args.programs)
+    if not programs:
+        raise Failure("the build reported no example programs")
+    named = readme_programs(args.source_dir)
+    strangers = named - programs
+    if strangers:
+        raise Failure(f"the README names {sorted(strangers)} under build/, which are not example "
+                      f"programs ({sorted(programs)})")
+    targets = demo_build_targets(args.source_dir)
+    missing = set() if "all" in targets else programs - targets
+    if missing:
+        raise Failure(f"the demo workflow builds {sorted(targets)}, not {sorted(missing)}")
+    print(f"the demo workflow builds {sorted(programs)}; the README names {sorted(named)}")
+
+
+def configure(args, binary, options, expect_ok):
+    """Configures the project with options; returns the output."""
+    shutil.rmtree(binary, ignore_errors=True)
+    # Ask CMake's file API for the targets, whatever the generator.
+    query = os.path.join(binary, ".cmake", "api", "v1", "query")
+    os.makedirs(query)
+    open(os.path.join(query, "codemodel-v2"), "w").close()
+    return run(["cmake", "-S", args.source_dir, "-B", binary, "-G", args.generator,
+                f"-DCMAKE_CXX_COMPILER={args.compiler}"] + options, env=clean_env(),
+               expect_ok=expect_ok)
+
+
+def configured_targets(binary):
+    reply = os.path.join(binary, ".cmake", "api", "v1", "reply")
+    index = next(f for f in os.listdir(reply) if f.startswith("index-"))
+    with open(os.path.join(reply, index), encoding="utf-8") as f:
+        codemodel = json.load(f)["reply"]["codemodel-v2"]["jsonFile"]
+    with open(os.path.join(reply, codemodel), encoding="utf-8") as f:
+        configurations = json.load(f)["configurations"]
+    return {t["name"] for c in configurations for t in c["targets"]}
+
+
+def build_options(args):
+    common = ["-DBUILD_TESTING=OFF", "-DKESRA_BUILD_BENCHMARKS=OFF", "-DKESRA_INSTALL=OFF"]
+    backends_only = os.path.join(args.binary, "backends-only")
+    configure(args, backends_only,
+              common + ["-DKESRA_BUILD_BACKENDS=ON", "-DKESRA_BUILD_EXAMPLES=OFF"], True)
+    targets = configured_targets(backends_only)
+    # The file API lists targets that build something: the header-only ones
+    # (null backend, backend common) are not among them.
+    wanted = {"KesraEngine", "KesraSvgBackend", "KesraGlBackend"}
+    unwanted = {"kesra-demo", "kesra-viewer", "kesra-quickstart", "KesraExampleCommon"}
+    if not wanted <= targets or targets & unwanted:
+        raise Failure(f"backends without examples configured {sorted(targets)}")
+
+    refused = configure(args, os.path.join(args.binary, "examples-only"),
+                        common + ["-DKESRA_BUILD_BACKENDS=OFF", "-DKESRA_BUILD_EXAMPLES=ON"], False)
+    if not re.search(r"KESRA_BUILD_EXAMPLES(.|\n)*KESRA_BUILD_BACKENDS", refused):
+        raise Failure(f"examples without backends refused without naming both switches:\n{refused}")
+    print("backends configure without the examples; examples without backends are refused")
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("command", choices=["install", "symbols", "cmake-host", "pkgconfig-host",
-                                            "deb", "static"])
+                                            "deb", "static", "demo-workflow", "options"])
     parser.add_argument("--source-dir")
     parser.add_argument("--build-dir")
     parser.add_argument("--prefix")
@@ -301,10 +420,12 @@ def main():
     parser.add_argument("--static", action="store_true")
     parser.add_argument("--with-svg", action="store_true")
     parser.add_argument("--with-gl", action="store_true")
+    parser.add_argument("--programs", nargs="*", default=[], help="the example programs")
     args = parser.parse_args()
     try:
         {"install": install, "symbols": symbols, "cmake-host": cmake_host,
-         "pkgconfig-host": pkgconfig_host, "deb": deb, "static": static}[args.command](args)
+         "pkgconfig-host": pkgconfig_host, "deb": deb, "static": static,
+         "demo-workflow": demo_workflow, "options": build_options}[args.command](args)
     except Failure as failure:
         print(f"FAIL: {failure}", file=sys.stderr)
         return 1

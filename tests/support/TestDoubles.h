@@ -1,20 +1,18 @@
-// The null backend: one concrete class per backend base class of the library,
-// every abstract operation a no-op, the protected operations that tests need
-// made public, and read-only probes for fields that have no getter. A double
-// changes no behaviour of its base.
+// The test doubles: the null backend (backends/null) with, for each class,
+// the protected operations that tests need made public and read-only probes
+// for fields that have no getter; and the same for the two classes that are
+// not backend bases but keep fields without getters (scalar bar, ruler). A
+// double changes no behaviour of its base.
+//
+// The null backend is included by its path from here, so that a test needs
+// no include path beyond the library's and this folder's.
 #pragma once
 
-#include "Engine/Axis.h"
-#include "Engine/Camera.h"
-#include "Engine/DraggedArea.h"
-#include "Engine/Font.h"
-#include "Engine/Light.h"
-#include "Engine/Renderer.h"
+#include "../../backends/null/NullBackend.h"
+
 #include "Engine/Ruler.h"
 #include "Engine/ScalarBar.h"
-#include "Engine/Streamline.h"
 #include "Engine/StreamlineFactory.h"
-#include "Engine/TipManager.h"
 #include "MathKit/Vector3.h"
 
 #include <list>
@@ -22,10 +20,10 @@
 namespace KesraTest
 {
 
-class TestCamera : public KesraEngine::CKesraCamera
+class TestCamera : public KesraNull::CNullCamera
 {
 public:
-    TestCamera(int width, int height) : CKesraCamera(width, height) {}
+    TestCamera(int width, int height) : CNullCamera(width, height) {}
 
     using CKesraCamera::GetEulerAngleFormRotMatrix;
     using CKesraCamera::NotifyRotateMatUpdate;
@@ -35,19 +33,6 @@ public:
     using CKesraCamera::SixSidesInspectionImpl;
     using CKesraCamera::SmoothRotateImpl;
     using CKesraCamera::UpdateWorldToViewMatrix;
-
-    void ApplyViewport() override {}
-    void ApplyProjection() override {}
-    void ApplyModelView() override {}
-    void BeginRotate(int, int) override {}
-    void Rotate(int, int) override {}
-    void BeginPan(int, int) override {}
-    void Pan(int, int) override {}
-    void BeginZoom(int, int) override {}
-    void Zoom(int, int) override {}
-    void EndInteraction() override {}
-    void WheelZoom(int, int, int) override {}
-    void ZoomToRectangle(int, int, int, int) override {}
 
     int HalfWidth() const { return m_halfWidth; }
     int HalfHeight() const { return m_halfHeight; }
@@ -90,34 +75,18 @@ public:
     int deleteCalls = 0;
 };
 
-class TestTipManager : public KesraEngine::CKesraTipManager
+class TestTipManager : public KesraNull::CNullTipManager
 {
 public:
-    TestTipManager() : CKesraTipManager() {}
-
-    void DrawTips(KesraEngine::CKesraRenderer&) override {}
+    TestTipManager() = default;
 };
 
-class TestRenderer : public KesraEngine::CKesraRenderer
+class TestRenderer : public KesraNull::CNullRenderer
 {
 public:
-    TestRenderer(int width, int height) : CKesraRenderer(width, height) {}
+    TestRenderer(int width, int height) : CNullRenderer(width, height) {}
 
-    bool CreateContext() override { return false; }
-    void DestroyContext() override {}
-    bool MakeCurrent() override { return false; }
-    void InitializeState() override {}
-    void Render() override {}
-    void DrawBackground() override {}
-    void DrawScene() override {}
-    void DrawOverlays() override {}
-    void DrawTitle() override {}
-    void ApplySmoothing() override {}
-    void ApplyPolygonOffset() override {}
-    void SwapBuffers() override {}
-    void Invalidate() override {}
-    bool ReadPixels(int, int, int, int, unsigned char*) override { return false; }
-    float ReadDepth(int, int) override { return 0.0f; }
+    // Counts what Resize hands on, instead of ignoring it.
     void OnResize(int width, int height) override
     {
         ++resizeCalls;
@@ -130,42 +99,25 @@ public:
     int resizedHeight = 0;
 };
 
-class TestLight : public KesraEngine::CKesraLight
+class TestLight : public KesraNull::CNullLight
 {
 public:
     TestLight() = default;
 
-    void Apply() override {}
-    void TurnOn() override {}
-    void TurnOff() override {}
-    void DrawSymbol() override {}
-
     int BackendSlot() const { return m_backendSlot; }
 };
 
-class TestFont : public KesraEngine::CKesraFont
+class TestFont : public KesraNull::CNullFont
 {
 public:
     TestFont() = default;
     ~TestFont() = default;
 };
 
-class TestDraggedArea : public KesraEngine::CKesraDraggedArea
+class TestDraggedArea : public KesraNull::CNullDraggedArea
 {
 public:
-    TestDraggedArea(int width, int height) : CKesraDraggedArea(width, height) {}
-
-    bool OnMouseDown(int, int) override { return false; }
-    bool OnMouseMove(int, int) override { return false; }
-    bool OnMouseUp(int, int) override { return false; }
-    void CancelDrag() override {}
-    void OnAreaSelected(int, int, int, int) override {}
-    void BeginOverlay() override {}
-    void EndOverlay() override {}
-    void Draw() override {}
-    void Erase() override {}
-    void SetLineWidth(float) override {}
-    void RequestRedraw() override {}
+    TestDraggedArea(int width, int height) : CNullDraggedArea(width, height) {}
 
     // What the backend's mouse handling records during a drag.
     void SimulateDrag(int x0, int y0, int x1, int y1)
@@ -178,12 +130,10 @@ public:
     }
 };
 
-class TestAxis : public KesraEngine::CKesraAxis
+class TestAxis : public KesraNull::CNullAxis
 {
 public:
     TestAxis() = default;
-
-    void Draw() override {}
 
     float ScaleX() const { return m_scaleX; }
     float ScaleY() const { return m_scaleY; }
@@ -206,12 +156,10 @@ public:
     int ReducedHeight() const { return m_reducedHeight; }
 };
 
-class TestStreamline : public KesraEngine::CKesraStreamline
+class TestStreamline : public KesraNull::CNullStreamline
 {
 public:
     TestStreamline() = default;
-
-    void DrawStreamline(KesraEngine::CKesraRenderer&) override {}
 
     double Radius() const { return m_radius; }
     double AuxiliarySize() const { return m_auxiliarySize; }

@@ -45,7 +45,7 @@ TEST_F(ViewerFile, TubesTakeTheScalarsColoursAndTheLegendItsRange)
         + "POINTS 7 float\n0 0 0  1 0 0  2 0.5 0  0 1 1  1 1 1  1 1 1  2 1 1\n"
           "LINES 2 9\n3 0 1 2\n4 3 4 5 6\n"
           "POINT_DATA 7\nSCALARS pressure float 1\nLOOKUP_TABLE default\n10 20 30 40 50 55 60\n");
-    KesraViewer::SceneData data;
+    KesraExamples::SceneData data;
     std::string error;
     ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
     EXPECT_EQ(data.title, "lines.vtk");
@@ -93,7 +93,7 @@ TEST_F(ViewerFile, WithoutAScalarTheHeightColours)
 {
     const std::string path = Write("plain.vtk", std::string(kHeader)
         + "POINTS 3 double\n0 0 0 1 0 2 2 0 5\nLINES 1 4\n3 0 1 2\n");
-    KesraViewer::SceneData data;
+    KesraExamples::SceneData data;
     std::string error;
     ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
     EXPECT_EQ(data.valueName, "z");
@@ -120,13 +120,13 @@ TEST_F(ViewerFile, RefusalsNameTheFile)
     for (const auto& c : cases)
     {
         const std::string path = Write(c.name, c.text);
-        KesraViewer::SceneData data;
+        KesraExamples::SceneData data;
         std::string error;
         EXPECT_FALSE(KesraViewer::LoadScene(path, data, error)) << c.name;
         EXPECT_NE(error.find(c.name), std::string::npos) << error;
         EXPECT_NE(error.find(c.says), std::string::npos) << error;
     }
-    KesraViewer::SceneData data;
+    KesraExamples::SceneData data;
     std::string error;
     EXPECT_FALSE(KesraViewer::LoadScene("/no/such/lines.vtk", data, error));
     EXPECT_NE(error.find("/no/such/lines.vtk"), std::string::npos) << error;

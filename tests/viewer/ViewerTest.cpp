@@ -26,9 +26,9 @@ constexpr int kWidth = 200;
 constexpr int kHeight = 150;
 
 // The flow scene is traced once for all tests.
-const KesraViewer::SceneData& Flow()
+const KesraExamples::SceneData& Flow()
 {
-    static const KesraViewer::SceneData data = KesraViewer::FlowSceneData();
+    static const KesraExamples::SceneData data = KesraExamples::FlowSceneData();
     return data;
 }
 
@@ -81,7 +81,7 @@ TEST(ViewerViews, SmoothRotationReachesTheStandardViewAndItsPicture)
     smooth.Replay("frame");
     EXPECT_FALSE(smooth.scene.IsAnimating());
 
-    direct.scene.SetView(KesraDemo::View::Front, false);
+    direct.scene.SetView(KesraExamples::View::Front, false);
     const auto& reached = smooth.scene.Camera().GetRotateMatrix();
     const auto& target = direct.scene.Camera().GetRotateMatrix();
     for (int k = 0; k < 16; ++k)
@@ -159,7 +159,7 @@ TEST(ViewerViews, CtrlDragZoomsToTheRectangleAndKeepsItInView)
     // Window rows count from the top; the camera's from the bottom.
     const int left = 60, right = 100, top = 50, bottom = 70;
     std::vector<Vector> inside;
-    for (const KesraViewer::ScalarLine& line : Flow().lines)
+    for (const KesraExamples::ScalarLine& line : Flow().lines)
     {
         for (const Vector& p : line.points)
         {
@@ -211,7 +211,7 @@ TEST(ViewerLegend, KeysRecolourTheTubesOnceEach)
     EXPECT_EQ(viewer.scene.Legend().GetInverse(), 1);
     EXPECT_EQ(viewer.scene.UploadCount(), 4 * tubes);
     // Every node shows the legend's colour of its value.
-    const KesraViewer::ScalarLine& line = Flow().lines.front();
+    const KesraExamples::ScalarLine& line = Flow().lines.front();
     for (std::size_t i = 0; i < line.values.size(); ++i)
     {
         unsigned char expected[3];
@@ -297,7 +297,7 @@ TEST(ViewerOptions, CommandLines)
         << error;
     EXPECT_EQ(options.width, 320);
     EXPECT_EQ(options.height, 240);
-    EXPECT_EQ(options.view, KesraDemo::View::Top);
+    EXPECT_EQ(options.view, KesraExamples::View::Top);
     EXPECT_EQ(options.benchFrames, 5);
     EXPECT_EQ(options.file, "lines.vtk");
 

@@ -1,16 +1,17 @@
 #include "SceneData.h"
 
-#include "Flow.h"
+#include <utility>
 
-namespace KesraViewer
+namespace KesraExamples
 {
 
 SceneData FlowSceneData()
 {
     SceneData data;
-    for (const KesraDemo::FlowLine& flow : KesraDemo::TraceSphereFlow())
+    for (FlowLine& flow : TraceSphereFlow())
     {
-        data.lines.push_back(ScalarLine{flow.points, flow.speeds});
+        data.lines.push_back(
+            ScalarLine{std::move(flow.points), std::move(flow.speeds), std::move(flow.lengths)});
     }
     data.title = "Flow around a sphere";
     data.valueName = "Speed";
@@ -19,8 +20,9 @@ SceneData FlowSceneData()
     data.tubeRadius = 0.035;
     data.sphere = true;
     data.tipCentre = Vec3(0.0, 0.0, 0.0);
+    // Clear of the sphere and of the lines that hug it.
     data.tipDistance = 2.4;
     return data;
 }
 
-} // namespace KesraViewer
+} // namespace KesraExamples

@@ -1,22 +1,22 @@
-// What the viewer shows: polylines with a value at every point, and how to
-// name, frame and annotate them. The flow past a sphere and the user's own
-// files both come in this form.
+// What the example hosts show: polylines with a value at every point, and how
+// to name, frame and annotate them. The flow past a sphere, which the demo and
+// the viewer both show, and the viewer's own files come in this form.
 #pragma once
 
-#include "MathKit/Vector3.h"
+#include "Flow.h"
 
 #include <string>
 #include <vector>
 
-namespace KesraViewer
+namespace KesraExamples
 {
-
-using Vec3 = KesraMathKit::TKesraVector3<double>;
 
 struct ScalarLine
 {
     std::vector<Vec3> points;
-    std::vector<double> values; // one per point
+    std::vector<double> values;  // one per point
+    std::vector<double> lengths; // arc length from the first point, where the
+                                 // source knows it (the flow); else empty
 };
 
 struct SceneData
@@ -34,7 +34,7 @@ struct SceneData
     double tipDistance = 0.0;
 };
 
-// The demo's flow past a sphere, coloured by speed.
+// The flow past a sphere, coloured by speed.
 SceneData FlowSceneData();
 
-} // namespace KesraViewer
+} // namespace KesraExamples
