@@ -609,9 +609,7 @@ void CKesraScalarBar::SetColorPaletteGreenRed()
 
 // ---- Colour mapping ------------------------------------------------------------
 
-// Inline, as only this file uses it: it is then built in place by each query
-// instead of being called through the library's symbol table.
-inline CKesraColorMap CKesraScalarBar::ColorMapping(bool banded) const
+CKesraColorMap CKesraScalarBar::ColorMapping(bool banded) const
 {
     CKesraColorMap map;
     map.palette = &m_palette;

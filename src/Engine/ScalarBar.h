@@ -281,7 +281,10 @@ private:
     void SetPalette(const double (&stops)[5][3]);
     // The mapping of the current settings; banded as asked, whatever the
     // switch says. It refers to m_palette, so it must not outlive this bar.
-    CKesraColorMap ColorMapping(bool banded) const;
+    // Inline and defined in ScalarBar.cpp, the one file that uses it, so that
+    // each query builds it in place rather than calling through the shared
+    // library's symbol table.
+    inline CKesraColorMap ColorMapping(bool banded) const;
 };
 
 } // namespace KesraEngine
