@@ -3,7 +3,9 @@
 // It holds the value range of the result, a palette of five colour stops and
 // the options of the mapping, and turns a result value into 8-bit red, green
 // and blue, either smoothly along the palette or in a number of equal colour
-// blocks. It also holds what the drawing backend needs to draw the legend:
+// blocks, through CKesraColorMap (ColorMap.h), which holds the rules of the
+// mapping: positions, blocks, bytes and how the batch matches the single
+// query. It also holds what the drawing backend needs to draw the legend:
 // the window size and start position (pixels), two layout units derived from
 // them, the title, unit and note texts, and the display switches.
 //
@@ -11,8 +13,6 @@
 // - The palette's stop 0 is the colour of the minimum value, stop 4 that of
 //   the colour-scale top, which is the maximum value, or the maximum plus 1.0
 //   when the range is degenerate. Inverse walks the palette backwards.
-// - Ranges are inclusive: a value is below the range when the minimum is
-//   greater than it, above when it is greater than the maximum.
 // - Switches passed as int are stored as 0 or 1. A switch setter compares its
 //   argument, unchanged, with the stored value; when they differ it marks the
 //   bar modified and stores 1 for a non-zero argument, else 0. So SetInverse(2)
@@ -21,8 +21,6 @@
 // - Several getters answer only while the bar is created: they leave their
 //   outputs untouched otherwise, or return -1 (switches) or 0 (GetBlockNum).
 //   The colour queries answer always.
-// - Channel bytes are the float32 channel times 255.0f, truncated, so that
-//   colours match the host's own arithmetic to the last bit.
 //
 // The class is the base of a drawing backend's legend. It has no abstract
 // operation and can be used directly; its four virtual operations (Create,
@@ -33,11 +31,12 @@
 #include "MathKit/GenColor.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 
 namespace KesraEngine
 {
+
+class CKesraColorMap;
 
 class KESRA_ENGINE_API CKesraScalarBar
 {
@@ -83,6 +82,13 @@ public:
     void SetStartPosition(int x, int y);
     // Filled only when created.
     void GetStartPosition(int& x, int& y) const;
+
+    // The lowest window row (y up) of the free part that the layout units
+    // divide: the start y for direction 0; for any other direction at least
+    // 25, the rows kept at the bottom for that layout's labels. It follows
+    // the current direction and start y, even while SetDirection has not yet
+    // led to new layout units.
+    int GetLayoutBottom() const;
 
     // Switch: 0 and non-zero select the backend's two layouts. The layout
     // units keep their values until Create, SetWindowSize or SetStartPosition.
@@ -200,11 +206,11 @@ public:
     int GetOpenGLColorByValue(unsigned char& red, unsigned char& green, unsigned char& blue,
                               double value) const;
 
-    // The colours of count values at once: four bytes per value, red, green
-    // and blue as GetOpenGLColor gives them for that value, bit for bit, and
-    // alpha 255, ready for a vertex buffer; codes, unless null, receives each
-    // value's -1, 0 or 1. The per-call work (palette scale, block edges) is
-    // done once per batch. Nothing is written when values or rgba is null.
+    // GetOpenGLColor of count values at once: four bytes per value, red,
+    // green, blue and alpha 255, ready for a vertex buffer, and, unless codes
+    // is null, each value's code; CKesraColorMap::ColorsOf in ColorMap.h
+    // tells how they match the single query. Nothing is written when values
+    // or rgba is null.
     void GetOpenGLColors(const double* values, std::size_t count, unsigned char* rgba,
                          signed char* codes = nullptr) const;
     // The same for GetOpenGLColorByValue: smooth whatever the banded switch.
@@ -273,22 +279,12 @@ private:
     void SetSwitch(int& field, int value);
     void SetText(std::string& field, const std::string& text);
     void SetPalette(const double (&stops)[5][3]);
-    // -1 below the range, 1 above it, 0 inside (a value that is not a number
-    // lies inside).
-    int RangeSide(double value) const;
-    // The value the colour is taken for: clamped into the range with fill all
-    // range, else unchanged.
-    double FilledValue(double value) const;
-    int ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue, double value,
-                bool banded) const;
-    // The batch queries' common worker.
-    void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
-                  signed char* codes, bool banded) const;
-    // The smooth colours, as packed red, green, blue and alpha 255, of up to
-    // one block of values already clamped by fill all range; index is work
-    // space for as many ints.
-    void SmoothBlock(const double* filled, std::size_t n, bool inverse, int* index,
-                     std::uint32_t* mapped) const;
+    // The mapping of the current settings; banded as asked, whatever the
+    // switch says. It refers to m_palette, so it must not outlive this bar.
+    // Inline and defined in ScalarBar.cpp, the one file that uses it, so that
+    // each query builds it in place rather than calling through the shared
+    // library's symbol table.
+    inline CKesraColorMap ColorMapping(bool banded) const;
 };
 
 } // namespace KesraEngine

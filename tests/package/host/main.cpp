@@ -5,10 +5,12 @@
 // checks both answers, so that a package which compiles but links the
 // wrong library or loses a compile flag still fails.
 #include "Engine/Camera.h"
+#include "Engine/ColorMap.h"
 #include "Engine/ScalarBar.h"
 #include "null/NullBackend.h"
 
 #include <cstdio>
+#include <vector>
 
 namespace
 {
@@ -34,6 +36,9 @@ int main()
     unsigned char over[3] = {0, 0, 0};
     const int above = legend.GetOpenGLColor(over[0], over[1], over[2], 5.0);
     ok = Check(above == 1, "code above the range") && ok;
+    // The edges a backend labels the legend's blocks with.
+    const std::vector<double> edges = KesraEngine::ColorBlockEdges(0.0, 4.0, 4);
+    ok = Check(edges == std::vector<double>{0.0, 1.0, 2.0, 3.0, 4.0}, "block edges") && ok;
 
     // The centre of the fitted box lands in the middle of the window.
     // This host only asks for projections: the null backend's camera, whose

@@ -1,0 +1,563 @@
+#include "Engine/ColorMap.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+namespace KesraEngine
+{
+
+namespace
+{
+
+// ---- A value's place on the palette ----------------------------------------------
+
+// Position of value between minimum and maximum, before inversion and
+// clamping; any double, NaN and infinities included.
+double LinearPosition(double value, double minimum, double maximum)
+{
+    return (value - minimum) / (maximum - minimum);
+}
+
+double PalettePosition(double value, double minimum, double maximum, int logarithmic)
+{
+    if (logarithmic == 0)
+    {
+        return LinearPosition(value, minimum, maximum);
+    }
+    // Logarithms need positive bounds: a top that is not positive becomes 1,
+    // a bottom that is not positive four decades below the top.
+    const double top = maximum > 0.0 ? maximum : 1.0;
+    const double bottom = minimum > 0.0 ? minimum : top * 0.0001;
+    return (std::log(std::fabs(value)) - std::log(bottom)) / (std::log(top) - std::log(bottom));
+}
+
+// Clamps to [0, 1]. A position that is not a number (a value that is not a
+// number, or a range with no width) counts as 0, so that the palette index
+// stays within the five stops.
+double ClampedPosition(double p)
+{
+    // Written as selects between comparisons that are always made, so that
+    // a batch's loop needs no branch: p >= 0 is false exactly for the
+    // negative positions and NaN; -0.0 stays -0.0.
+    const bool above = p > 1.0;
+    const bool nonNegative = p >= 0.0;
+    return above ? 1.0 : (nonNegative ? p : 0.0);
+}
+
+// channel is in [0, 1] (a convex mix of stops in [0, 1]), so the truncated
+// product lies in [0, 255].
+unsigned char ChannelByte(double channel)
+{
+    return static_cast<unsigned char>(static_cast<float>(channel) * 255.0f);
+}
+
+// Where a clamped position lies on the palette: segment i from 0 to 4 and
+// the fraction f along it.
+void Locate(double clamped, int& i, double& f)
+{
+    const double x = clamped * 4.0;
+    i = static_cast<int>(x);
+    f = x - i;
+}
+
+// The stops at both ends of segment i. At the top of the scale (i = 4) there
+// is no segment; both ends are then stop 4, so that every index stays within
+// the five stops.
+void SegmentEnds(const ColorPalette& palette, int i, double* low, double* high)
+{
+    const int next = i < 4 ? i + 1 : 4;
+    for (int c = 0; c < 3; ++c)
+    {
+        low[c] = palette[i][c];
+        high[c] = palette[next][c];
+    }
+}
+
+// One channel at fraction f between the ends of a segment, in double.
+double Mix(double f, double low, double high)
+{
+    return (1.0 - f) * low + f * high;
+}
+
+// The channel at fraction f of segment i. At the top of the scale it is
+// stop 4 itself, not a mix.
+double MixedChannel(int i, double f, double low, double high)
+{
+    return i == 4 ? low : Mix(f, low, high);
+}
+
+// ---- Range tests --------------------------------------------------------------------
+
+// The helpers below make every comparison unconditionally and then select,
+// so that the batch loops built from them need no branch (a comparison made
+// only on one path could not be moved ahead of the choice).
+
+// -1 below [minimum, maximum], 1 above, 0 inside; NaN lies inside.
+int SideOfRange(double value, double minimum, double maximum)
+{
+    const bool below = minimum > value;
+    const bool above = value > maximum;
+    return below ? -1 : (above ? 1 : 0);
+}
+
+// value raised to minimum, then lowered to maximum; NaN stays NaN.
+double ClampedValue(double value, double minimum, double maximum)
+{
+    const double raised = minimum > value ? minimum : value;
+    return raised > maximum ? maximum : raised;
+}
+
+// ---- Block edges ------------------------------------------------------------------
+
+// The one rule of the block edges, for the single walk, the batch's table and
+// ColorBlockEdges alike: each edge is the one before plus the step, except
+// that the last of two or more blocks ends at the maximum itself.
+class BlockEdgeRule
+{
+public:
+    BlockEdgeRule(double minimum, double maximum, int blocks)
+        : m_maximum(maximum), m_step((maximum - minimum) / blocks), m_blocks(blocks)
+    {
+    }
+
+    // Edge k + 1 from edge k, for 0 <= k < blocks.
+    double Next(int k, double edge) const
+    {
+        return k > 0 && k == m_blocks - 1 ? m_maximum : edge + m_step;
+    }
+
+private:
+    double m_maximum;
+    double m_step;
+    int m_blocks;
+};
+
+// Writes the blocks + 1 edges (blocks >= 0) into edges.
+void FillBlockEdges(double minimum, double maximum, int blocks, double* edges)
+{
+    const BlockEdgeRule rule(minimum, maximum, blocks);
+    edges[0] = minimum;
+    for (int k = 0; k < blocks; ++k)
+    {
+        edges[k + 1] = rule.Next(k, edges[k]);
+    }
+}
+
+// The lower edge of value's block, walked edge by edge without storing them;
+// the last edge for a value in no block (the maximum, one outside the range
+// or not a number).
+double LowerEdge(double minimum, double maximum, int blocks, double value)
+{
+    const BlockEdgeRule rule(minimum, maximum, blocks);
+    double lower = minimum;
+    for (int k = 0; k < blocks; ++k)
+    {
+        const double upper = rule.Next(k, lower);
+        if (upper > value && value >= lower)
+        {
+            break;
+        }
+        lower = upper;
+    }
+    return lower;
+}
+
+constexpr int kMaxTabledBlocks = 30;
+
+// Values a batch query takes at a time: its work arrays stay on the stack
+// and in the first-level cache.
+constexpr std::size_t kBatchBlock = 256;
+
+// Adds 1 to counts[v] for every value at or above edge.
+void CountAtOrAbove(double edge, const double* values, std::size_t n, double* counts)
+{
+    for (std::size_t v = 0; v < n; ++v)
+    {
+        counts[v] += edge <= values[v] ? 1.0 : 0.0;
+    }
+}
+
+// The batch's copy of the block edges, for up to kMaxTabledBlocks blocks:
+// the lower edge of a value's block by index, without walking per value.
+struct BlockEdgeTable
+{
+    BlockEdgeTable(double minimum, double maximum, int n) : count(n)
+    {
+        FillBlockEdges(minimum, maximum, n, edge);
+        for (int k = 0; k < n; ++k)
+        {
+            // Not a number, or an edge below the one before (edges of an
+            // infinite range): only the literal walk finds the block.
+            sorted = sorted && edge[k] <= edge[k + 1];
+        }
+    }
+
+    // The index of the lower edge of value's block; n for a value in no
+    // block (the maximum, outside the range, not a number).
+    int LowerIndex(double value) const
+    {
+        for (int k = 1; k <= count; ++k)
+        {
+            if (edge[k] > value && value >= edge[k - 1])
+            {
+                return k - 1;
+            }
+        }
+        return count;
+    }
+
+    // LowerIndex of n values at once; counts is work space for n doubles.
+    void LowerIndices(const double* values, std::size_t n, double* counts, int* index) const
+    {
+        if (!sorted)
+        {
+            std::transform(values, values + n, index,
+                           [this](double value) { return LowerIndex(value); });
+            return;
+        }
+        // With rising edges the first block whose upper edge lies above a
+        // value is found by counting the edges at or below it: edge by edge
+        // over all values, and in doubles, as wide as the values, so that
+        // the count runs on vectors.
+        const double none = count;
+        const double minimum = edge[0];
+        for (std::size_t v = 0; v < n; ++v)
+        {
+            counts[v] = values[v] >= minimum ? 0.0 : none;
+        }
+        // A value below the minimum or not a number lies at or above no
+        // rising edge: its count stays n.
+        for (int k = 1; k <= count; ++k)
+        {
+            CountAtOrAbove(edge[k], values, n, counts);
+        }
+        for (std::size_t v = 0; v < n; ++v)
+        {
+            index[v] = static_cast<int>(counts[v]);
+        }
+    }
+
+    int count;
+    bool sorted = true;
+    double edge[kMaxTabledBlocks + 1] = {};
+};
+
+// The batch's work space for one block of values. The values and the edge
+// counts lie side by side, exactly half of 4 KiB apart: a load of one then
+// never shares the low twelve address bits with a recent store to the other,
+// which the processor would otherwise make wait (4K aliasing), whatever the
+// stack frame around them looks like.
+struct BatchWork
+{
+    double filled[kBatchBlock];
+    double counts[kBatchBlock];
+    int index[kBatchBlock];
+    std::uint32_t mapped[kBatchBlock];
+};
+
+// ---- Packed colours ------------------------------------------------------------
+
+// Where byte b (0 red, 1 green, 2 blue, 3 alpha) of a colour lands in the
+// 32 bits that PackedColor makes of it, whatever the byte order.
+int ByteShift(int b)
+{
+    unsigned char bytes[4] = {0, 0, 0, 0};
+    bytes[b] = 1;
+    std::uint32_t packed = 0;
+    std::memcpy(&packed, bytes, sizeof packed);
+    int shift = 0;
+    while ((packed >> shift) != 1)
+    {
+        shift += 8;
+    }
+    return shift;
+}
+
+// Red, green, blue and alpha 255 as four bytes in that order, held as one
+// 32-bit value to be copied out whole.
+std::uint32_t PackedColor(const unsigned char* rgb)
+{
+    const unsigned char rgba[4] = {rgb[0], rgb[1], rgb[2], 255};
+    std::uint32_t packed = 0;
+    std::memcpy(&packed, rgba, sizeof packed);
+    return packed;
+}
+
+std::uint32_t PackedColor(unsigned char red, unsigned char green, unsigned char blue)
+{
+    const unsigned char rgb[3] = {red, green, blue};
+    return PackedColor(rgb);
+}
+
+void CopyRgb(const unsigned char* rgb, unsigned char& red, unsigned char& green,
+             unsigned char& blue)
+{
+    red = rgb[0];
+    green = rgb[1];
+    blue = rgb[2];
+}
+
+// The smooth colours of n values already clamped by fill all range, in steps
+// over the whole block: position, segment, the segment's stops (looked up one
+// value at a time), and the channels. Only the lookup is not run on vectors.
+// index is work space for n ints.
+void SmoothBlock(const ColorPalette& palette, double minimum, double top, bool inverse,
+                 const double* filled, std::size_t n, int* index, std::uint32_t* mapped)
+{
+    double fraction[kBatchBlock];
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const double p = LinearPosition(filled[k], minimum, top);
+        const double inverted = 1.0 - p;
+        fraction[k] = ClampedPosition(inverse ? inverted : p);
+    }
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        Locate(fraction[k], index[k], fraction[k]);
+    }
+    // The ends of the five segments, low red, green, blue then high.
+    double segments[5][6];
+    for (int i = 0; i < 5; ++i)
+    {
+        SegmentEnds(palette, i, segments[i], segments[i] + 3);
+    }
+    double low[3][kBatchBlock];
+    double high[3][kBatchBlock];
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const double* const ends = segments[index[k]];
+        for (int c = 0; c < 3; ++c)
+        {
+            low[c][k] = ends[c];
+            high[c][k] = ends[3 + c];
+        }
+    }
+    // Channel bytes held in 32 bits, as wide as the packed colour, so that
+    // packing runs on vectors too.
+    std::uint32_t channel[3][kBatchBlock];
+    for (int c = 0; c < 3; ++c)
+    {
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            channel[c][k] = ChannelByte(Mix(fraction[k], low[c][k], high[c][k]));
+        }
+    }
+    // At the top of the scale the colour is stop 4 itself: chosen on the
+    // bytes, after the mix that has no segment there.
+    const std::uint32_t topColor = PackedColor(
+        ChannelByte(palette[4][0]), ChannelByte(palette[4][1]), ChannelByte(palette[4][2]));
+    const int red = ByteShift(0);
+    const int green = ByteShift(1);
+    const int blue = ByteShift(2);
+    const std::uint32_t alpha = std::uint32_t{255} << ByteShift(3);
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const std::uint32_t mixed =
+            channel[0][k] << red | channel[1][k] << green | channel[2][k] << blue | alpha;
+        mapped[k] = index[k] == 4 ? topColor : mixed;
+    }
+}
+
+// ---- The single query -------------------------------------------------------------
+
+// The rules of the single query, in this file's own functions, so that they
+// are compiled into one another rather than called through the library's
+// symbol table.
+
+void Place(const CKesraColorMap& map, double value, double low, double high, int logarithmic,
+           unsigned char* rgb)
+{
+    double p = PalettePosition(value, low, high, logarithmic);
+    if (map.inverse)
+    {
+        p = 1.0 - p;
+    }
+    int i = 0;
+    double f = 0.0;
+    Locate(ClampedPosition(p), i, f);
+    double lowEnd[3];
+    double highEnd[3];
+    SegmentEnds(*map.palette, i, lowEnd, highEnd);
+    for (int c = 0; c < 3; ++c)
+    {
+        rgb[c] = ChannelByte(MixedChannel(i, f, lowEnd[c], highEnd[c]));
+    }
+}
+
+// The value the colour is taken for: clamped into the range with fill all
+// range, else unchanged.
+double Filled(const CKesraColorMap& map, double value)
+{
+    return map.fillAllRange ? ClampedValue(value, map.minimum, map.maximum) : value;
+}
+
+void Smooth(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    Place(map, Filled(map, value), map.minimum, map.scaleTop, 0, rgb);
+}
+
+void Banded(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    const double lower = LowerEdge(map.minimum, map.maximum, map.blocks, Filled(map, value));
+    Place(map, lower, map.minimum, map.scaleTop, 0, rgb);
+}
+
+int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    const int side = SideOfRange(value, map.minimum, map.maximum);
+    if (map.useSingleColor)
+    {
+        CopyRgb(map.singleColor, rgb[0], rgb[1], rgb[2]);
+        return map.fillAllRange ? 0 : side;
+    }
+    if (!map.fillAllRange && side != 0)
+    {
+        CopyRgb(map.overRangeColor, rgb[0], rgb[1], rgb[2]);
+        return side;
+    }
+    if (map.banded)
+    {
+        Banded(map, value, rgb);
+    }
+    else
+    {
+        Smooth(map, value, rgb);
+    }
+    return 0;
+}
+
+} // namespace
+
+std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks)
+{
+    // Fewer than one block walks no edge beyond the minimum.
+    const int n = std::max(blocks, 0);
+    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
+    FillBlockEdges(minimum, maximum, n, edges.data());
+    return edges;
+}
+
+void CKesraColorMap::PaletteColor(unsigned char& red, unsigned char& green, unsigned char& blue,
+                                  double value, double low, double high, int logarithmic) const
+{
+    unsigned char rgb[3];
+    Place(*this, value, low, high, logarithmic, rgb);
+    CopyRgb(rgb, red, green, blue);
+}
+
+void CKesraColorMap::SmoothColor(unsigned char& red, unsigned char& green, unsigned char& blue,
+                                 double value) const
+{
+    unsigned char rgb[3];
+    Smooth(*this, value, rgb);
+    CopyRgb(rgb, red, green, blue);
+}
+
+void CKesraColorMap::BandedColor(unsigned char& red, unsigned char& green, unsigned char& blue,
+                                 double value) const
+{
+    unsigned char rgb[3];
+    Banded(*this, value, rgb);
+    CopyRgb(rgb, red, green, blue);
+}
+
+int CKesraColorMap::ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue,
+                            double value) const
+{
+    unsigned char rgb[3];
+    const int code = Single(*this, value, rgb);
+    CopyRgb(rgb, red, green, blue);
+    return code;
+}
+
+// ---- The batch --------------------------------------------------------------------
+
+void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                              signed char* codes) const
+{
+    if (values == nullptr || rgba == nullptr)
+    {
+        return;
+    }
+    const double low = minimum;
+    const double high = maximum;
+    const double top = scaleTop;
+    const bool fill = fillAllRange;
+    const bool single = useSingleColor;
+    const std::uint32_t fixedColor = PackedColor(single ? singleColor : overRangeColor);
+
+    const bool inverted = inverse;
+    const ColorPalette& stops = *palette;
+
+    // The banded colour takes only the colours of the n + 1 block edges.
+    const bool tabled = banded && blocks >= 1 && blocks <= kMaxTabledBlocks;
+    // Too many blocks for the table, or none: walked value by value.
+    const bool walked = banded && !tabled;
+    const BlockEdgeTable edges(low, high, tabled ? blocks : 1);
+    std::uint32_t edgeColor[kMaxTabledBlocks + 1] = {};
+    for (int k = 0; tabled && k <= edges.count; ++k)
+    {
+        unsigned char rgb[3];
+        Place(*this, edges.edge[k], low, top, 0, rgb);
+        edgeColor[k] = PackedColor(rgb);
+    }
+
+    // Values go through in blocks, each step over a whole block at a time,
+    // so that the compiler can run the arithmetic steps on vectors.
+    BatchWork work;
+    double* const filled = work.filled;
+    int* const index = work.index;
+    std::uint32_t* const mapped = work.mapped;
+    for (std::size_t start = 0; start < count; start += kBatchBlock)
+    {
+        const std::size_t n = std::min(kBatchBlock, count - start);
+        const double* const block = values + start;
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const double clamped = ClampedValue(block[k], low, high);
+            filled[k] = fill ? clamped : block[k];
+        }
+        if (tabled)
+        {
+            edges.LowerIndices(filled, n, work.counts, index);
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                mapped[k] = edgeColor[index[k]];
+            }
+        }
+        else if (walked)
+        {
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                unsigned char rgb[3];
+                Banded(*this, block[k], rgb);
+                mapped[k] = PackedColor(rgb);
+            }
+        }
+        else
+        {
+            SmoothBlock(stops, low, top, inverted, filled, n, index, mapped);
+        }
+        // Outside the range without fill, and always in single-colour mode,
+        // the fixed colour replaces the mapped one.
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const int side = SideOfRange(block[k], low, high);
+            const bool fixed = single || (!fill && side != 0);
+            const std::uint32_t color = fixed ? fixedColor : mapped[k];
+            std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
+        }
+        if (codes != nullptr)
+        {
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                const int side = SideOfRange(block[k], low, high);
+                codes[start + k] = static_cast<signed char>(fill ? 0 : side);
+            }
+        }
+    }
+}
+
+} // namespace KesraEngine

@@ -1,0 +1,115 @@
+// Colour mapping: how a result value becomes 8-bit red, green and blue on a
+// palette of five stops, smoothly or in equal blocks, and where the blocks'
+// edges lie. CKesraScalarBar keeps the settings and maps through
+// CKesraColorMap; a backend's legend takes its labels' and swatches' edges
+// from ColorBlockEdges, so that they fall where the colours change.
+//
+// The single query (CKesraColorMap::ColorOf) and the batch
+// (CKesraColorMap::ColorsOf) answer alike: for every value and every setting
+// the batch writes exactly the red, green and blue bytes and the code that
+// the single query gives for that value, bit for bit, with alpha 255. The
+// single query is the reference; the batch may reorder its work in any way
+// that keeps this.
+//
+// Conventions:
+// - A position on the palette runs from 0 (stop 0) to 1 (stop 4); inverse
+//   walks the palette backwards. The smooth and banded colours place values
+//   between the minimum and the colour-scale top, which is the maximum, or
+//   lies above it when the legend's range is degenerate.
+// - Ranges are inclusive: a value is below the range when the minimum is
+//   greater than it, above when it is greater than the maximum. A value that
+//   is not a number lies inside.
+// - Channel bytes are the double channel converted to float, times 255.0f in
+//   float, truncated, so that colours match the host's own arithmetic to the
+//   last bit.
+#pragma once
+
+#include "MathKit/Export.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace KesraEngine
+{
+
+// Five colour stops, red, green and blue each from 0.0 to 1.0: the colours at
+// positions 0, 1/4, 2/4, 3/4 and 1.
+using ColorPalette = double[5][3];
+
+// The legend's four palettes.
+inline constexpr ColorPalette kColorPaletteRedBlue = {
+    {1.0, 0.0, 0.0}, {1.0, 1.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 1.0, 1.0}, {0.0, 0.0, 1.0}};
+inline constexpr ColorPalette kColorPaletteBlueRed = {
+    {0.0, 0.0, 1.0}, {0.0, 1.0, 1.0}, {0.0, 1.0, 0.0}, {1.0, 1.0, 0.0}, {1.0, 0.0, 0.0}};
+inline constexpr ColorPalette kColorPaletteGrayScale = {
+    {0.0, 0.0, 0.0}, {0.25, 0.25, 0.25}, {0.5, 0.5, 0.5}, {0.75, 0.75, 0.75}, {1.0, 1.0, 1.0}};
+inline constexpr ColorPalette kColorPaletteGreenRed = {
+    {1.0, 0.0, 0.0}, {0.945, 0.47, 0.0}, {0.882, 0.898, 0.0}, {0.58, 0.933, 0.0}, {0.0, 1.0, 0.0}};
+
+// The edges of the banded mapping's blocks from minimum to maximum, exactly as
+// the mapping walks them: edge[0] = minimum and edge[k] = edge[k - 1] + step,
+// step = (maximum - minimum) / blocks, accumulated (not minimum + k * step),
+// except that with two blocks or more the last edge is the maximum itself.
+// Block k holds the values v with edge[k] <= v < edge[k + 1] and takes the
+// colour of edge[k]; a value in no block (the maximum above all) takes the
+// colour of the last edge.
+// - One block: the walk never replaces an edge by the maximum, so edge[1] is
+//   minimum + (maximum - minimum), which rounding may put a hair off the
+//   maximum.
+// - Fewer than one block (the legend's setter keeps 2 to 30; a derived class
+//   may store any number): no block, and the single edge minimum, whose
+//   colour the mapping then gives every value.
+// An infinite or not-a-number range yields the edges its arithmetic gives.
+KESRA_ENGINE_API std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks);
+
+// The settings of one mapping as plain values. The palette is referred to,
+// not copied: it must outlive the map. The defaults are a new legend's.
+class KESRA_ENGINE_API CKesraColorMap
+{
+public:
+    // The colour of value: -1 below the range, 1 above, 0 inside; always 0
+    // with fill all range. In single-colour mode the single colour, else
+    // outside the range (without fill all range) the over-range colour, else
+    // the banded or the smooth colour as banded says.
+    int ColorOf(unsigned char& red, unsigned char& green, unsigned char& blue, double value) const;
+    // ColorOf of count values: four bytes per value (red, green, blue, alpha
+    // 255) into rgba and, unless codes is null, each value's code. Nothing is
+    // written when values or rgba is null.
+    void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                  signed char* codes = nullptr) const;
+
+    // Smooth colour: value (clamped into the range with fill all range)
+    // placed linearly between the minimum and the colour-scale top.
+    void SmoothColor(unsigned char& red, unsigned char& green, unsigned char& blue,
+                     double value) const;
+    // Banded colour: value (clamped as above) takes the colour of the lower
+    // edge of its block, a value in no block that of the last edge (see
+    // ColorBlockEdges), placed as a smooth colour.
+    void BandedColor(unsigned char& red, unsigned char& green, unsigned char& blue,
+                     double value) const;
+    // Places value on the palette between low and high, linearly, or by
+    // natural logarithms of |value| when logarithmic is non-zero (a high that
+    // is not positive counts as 1, a low that is not positive as high *
+    // 0.0001), inverted when inverse is set. Positions are clamped to [0, 1];
+    // a position that is not a number counts as 0.
+    void PaletteColor(unsigned char& red, unsigned char& green, unsigned char& blue, double value,
+                      double low, double high, int logarithmic) const;
+
+    const ColorPalette* palette = &kColorPaletteRedBlue;
+    double minimum = 0.0;
+    double maximum = 1.0;
+    // The value placed at stop 4 (stop 0 when inverse).
+    double scaleTop = 1.0;
+    // Any number: the mapping walks whatever it is given (see ColorBlockEdges).
+    int blocks = 8;
+    bool inverse = false;
+    bool banded = false;
+    // Values outside the range take the colour of the nearest end.
+    bool fillAllRange = false;
+    // Every value takes the single colour.
+    bool useSingleColor = false;
+    unsigned char singleColor[3] = {255, 96, 0};
+    unsigned char overRangeColor[3] = {255, 255, 255};
+};
+
+} // namespace KesraEngine
