@@ -2,11 +2,12 @@
 //
 // The renderer shows the camera set with SetCamera and the objects the host
 // attaches to it (tubes, surfaces, tips, legend, ruler, axis triad, dragged
-// area, an inset curve), none of which it owns. Render draws, in this order: the
-// background; the tubes, whose quadrilaterals the streamlines hand back
-// through AddQuad, together with the surfaces, painted back to front by view
-// depth over all of them, since SVG has no depth buffer; the overlays; the title. The
-// finished document is read with GetDocument.
+// area, an inset curve), none of which it owns. What a frame is made of, the
+// overlays' order and what follows a resize are every backend's
+// (COverlayRenderer). The scene is the tubes, whose quadrilaterals the
+// streamlines hand back through AddQuad, together with the surfaces, painted
+// back to front by view depth over all of them, since SVG has no depth
+// buffer. The finished document is read with GetDocument.
 //
 // The "graphics context" of SVG is the document under construction: there is
 // no driver, thread binding or pixel buffer, so the operations that deal with
@@ -15,9 +16,9 @@
 #pragma once
 
 #include "Engine/Font.h"
-#include "Engine/Renderer.h"
 #include "MathKit/Matrix4.h"
 #include "MathKit/Vector3.h"
+#include "common/OverlayRenderer.h"
 #include "svg/SvgCanvas.h"
 
 #include <array>
@@ -79,7 +80,7 @@ struct CurveInset
     const KesraEngine::CKesraScalarBar* legend = nullptr;
 };
 
-class CSvgRenderer : public KesraEngine::CKesraRenderer
+class CSvgRenderer : public KesraBackend::COverlayRenderer
 {
 public:
     using Vector = KesraMathKit::TKesraVector3<double>;
@@ -98,18 +99,12 @@ public:
     bool MakeCurrent() override;
     // Hands the stored smoothing and polygon offset settings to the context.
     void InitializeState() override;
-    // Writes one frame: background, tubes, overlays, title; then presents it.
-    // Does nothing without a context.
-    void Render() override;
     // The first background colour at the top fading into the second at the
     // bottom while the gradient switch is on, else the first colour.
     void DrawBackground() override;
     // Asks every attached streamline to draw itself, adds the surfaces, then
     // paints the quadrilaterals of all of them back to front.
     void DrawScene() override;
-    // Tips, inset curve, legend, ruler, axis triad, the light's symbol when
-    // asked for, and the dragged rectangle on top.
-    void DrawOverlays() override;
     // The name in the title colour in the top-left corner, in the font a size
     // larger and bold.
     void DrawTitle() override;
@@ -131,9 +126,6 @@ public:
     // Not applicable: there is no depth buffer. Always 1, the depth where
     // nothing is drawn.
     float ReadDepth(int x, int y) override;
-    // The next frame has the new size; the camera and the attached overlays
-    // are given the new window size.
-    void OnResize(int width, int height) override;
 
     // ---- The picture -------------------------------------------------------------
 
@@ -182,17 +174,33 @@ public:
     // The font's face, size and style, the size changed by sizeChange pixels,
     // in color.
     TextStyle GetTextStyle(int sizeChange, const Color& color) const;
-    // Black or white, whichever reads better on the background.
-    Color ContrastingTextColor() const;
+    // A line of a layout in color, into the frame under way.
+    void DrawText(const KesraBackend::TextLine& line, const Color& color);
+    // SVG leaves measuring to the viewer: EstimateTextWidth, and the font
+    // size as the height.
+    double TextWidth(const std::string& text, int sizeChange) const override;
+    double TextHeight(int sizeChange) const override;
     // SVG's shape-rendering for faces and lines, as ApplySmoothing chose.
     const char* FaceRendering() const { return m_faceRendering; }
     const char* LineRendering() const { return m_lineRendering; }
     // Draws a marked point at window pixel (x, y) with the point smoothing.
     void DrawPoint(double x, double y, double size, const Color& color);
 
+protected:
+    // A new document of the window's size; false without a context.
+    bool BeginFrame() override;
+    // The finished document goes to the back buffer (double buffering) or
+    // straight to the front one; the picture is up to date.
+    void EndFrame() override;
+    bool BeginOverlays() override { return m_canvas != nullptr; }
+    void EndOverlays() override {}
+    void DrawOverlay(KesraBackend::Overlay overlay) override;
+    KesraBackend::WindowFollowers Followers() const override;
+    // Nothing to resize: the next document has the new size.
+    void ResizeSurface(int, int) override {}
+
 private:
     void AddSurfaceQuads(const SurfaceMesh& surface);
-    void DrawCurveInset();
 
     bool m_contextCreated = false;
     std::unique_ptr<CSvgCanvas> m_canvas;
