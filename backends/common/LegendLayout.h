@@ -20,6 +20,7 @@
 // renderer's font, the title is its size and bold, the note italic.
 #pragma once
 
+#include "Engine/Renderer.h"
 #include "Engine/ScalarBar.h"
 #include "common/LegendLabels.h"
 #include "common/OverlayText.h"
@@ -172,7 +173,9 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
         layout.ticks.clear();
     }
 
-    const double unitY = bar.bottom + bar.height + kLegendGap + 4.0;
+    // A vertical bar's top label is centred on the bar's top edge, half of it
+    // above the bar: the unit line stands half a line higher there.
+    const double unitY = bar.bottom + bar.height + kLegendGap + 4.0 + (in.vertical ? 0.5 * h : 0.0);
     layout.unit = TextLine{bar.left, unitY, in.unit, "", "", kLegendLabelSize};
     if (in.exponent != 0)
     {
@@ -191,6 +194,10 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
 class CLegendBar : public KesraEngine::CKesraScalarBar
 {
 public:
+    // Draws into the frame that renderer, a renderer of the same backend, is
+    // drawing, while the legend is shown; then clears the modified flag.
+    virtual void Draw(KesraEngine::CKesraRenderer& renderer) = 0;
+
     // Drawn only while created and visible.
     bool IsShown() const { return m_created != 0 && m_visibility != 0; }
 

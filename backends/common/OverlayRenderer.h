@@ -12,11 +12,13 @@
 
 #include "Engine/Axis.h"
 #include "Engine/DraggedArea.h"
+#include "Engine/Light.h"
 #include "Engine/Renderer.h"
-#include "Engine/Ruler.h"
-#include "Engine/ScalarBar.h"
+#include "Engine/TipManager.h"
+#include "common/LegendLayout.h"
 #include "common/NavigatedCamera.h"
 #include "common/OverlayText.h"
+#include "common/RulerLayout.h"
 
 #include <array>
 
@@ -46,39 +48,44 @@ inline constexpr std::array<Overlay, 8> kOverlayOrder{
     Overlay::AxisTriad, Overlay::Tips,        Overlay::CurveInset,  Overlay::Legend,
     Overlay::Ruler,     Overlay::LightSymbol, Overlay::HostOverlay, Overlay::DraggedArea};
 
-// What follows the window's size when a renderer is resized; null for what is
-// not attached.
-struct WindowFollowers
+// The overlays attached to a renderer, through the classes every backend
+// shares; null for what is not attached.
+struct AttachedOverlays
 {
-    KesraEngine::CKesraCamera* camera = nullptr;
     KesraEngine::CKesraAxis* axis = nullptr;
-    KesraEngine::CKesraScalarBar* legend = nullptr;
-    KesraEngine::CKesraRuler* ruler = nullptr;
+    KesraEngine::CKesraTipManager* tips = nullptr;
+    CLegendBar* legend = nullptr;
+    CScaleRuler* ruler = nullptr;
     KesraEngine::CKesraDraggedArea* area = nullptr;
+    // The light that shades the scene; its symbol is drawn on request.
+    KesraEngine::CKesraLight* light = nullptr;
 };
 
-// Each follower, in the order of the struct, takes the new size.
-inline void FollowWindowSize(const WindowFollowers& followers, int width, int height)
+// What follows the window's size when a renderer is resized: the camera, then
+// the axis triad, the legend, the ruler and the rubber band. The tips and the
+// light have no window size.
+inline void FollowWindowSize(KesraEngine::CKesraCamera* camera, const AttachedOverlays& attached,
+                             int width, int height)
 {
-    if (followers.camera != nullptr)
+    if (camera != nullptr)
     {
-        followers.camera->SetWindowSize(width, height);
+        camera->SetWindowSize(width, height);
     }
-    if (followers.axis != nullptr)
+    if (attached.axis != nullptr)
     {
-        followers.axis->SetWindowSize(width, height);
+        attached.axis->SetWindowSize(width, height);
     }
-    if (followers.legend != nullptr)
+    if (attached.legend != nullptr)
     {
-        followers.legend->SetWindowSize(width, height);
+        attached.legend->SetWindowSize(width, height);
     }
-    if (followers.ruler != nullptr)
+    if (attached.ruler != nullptr)
     {
-        followers.ruler->SetWindowSize(width, height);
+        attached.ruler->SetWindowSize(width, height);
     }
-    if (followers.area != nullptr)
+    if (attached.area != nullptr)
     {
-        followers.area->SetWindowSize(width, height);
+        attached.area->SetWindowSize(width, height);
     }
 }
 
@@ -120,16 +127,18 @@ public:
         EndFrame();
     }
 
-    // Each overlay in kOverlayOrder, between BeginOverlays and EndOverlays.
+    // Each attached overlay in kOverlayOrder, between BeginOverlays and
+    // EndOverlays.
     void DrawOverlays() override
     {
         if (!BeginOverlays())
         {
             return;
         }
+        const AttachedOverlays attached = Attached();
         for (const Overlay overlay : kOverlayOrder)
         {
-            DrawOverlay(overlay);
+            DrawOverlay(overlay, attached);
         }
         EndOverlays();
     }
@@ -139,11 +148,12 @@ public:
     void OnResize(int width, int height) override
     {
         ResizeSurface(width, height);
-        WindowFollowers followers = Followers();
-        followers.camera = m_camera;
-        FollowWindowSize(followers, width, height);
+        FollowWindowSize(m_camera, Attached(), width, height);
         Invalidate();
     }
+
+    // Draws the light's symbol in every frame.
+    void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
 
     // Black or white, whichever reads better on the background.
     Color ContrastingTextColor() const { return KesraBackend::ContrastingTextColor(m_backgroundColor); }
@@ -162,30 +172,72 @@ public:
 protected:
     COverlayRenderer(int width, int height) : CKesraRenderer(width, height) {}
 
-    // The rubber band only while a drag is under way, inside its overlay.
-    static void DrawDraggedArea(KesraEngine::CKesraDraggedArea* area)
-    {
-        if (area != nullptr && area->IsDragged())
-        {
-            area->BeginOverlay();
-            area->Draw();
-            area->EndOverlay();
-        }
-    }
-
     // Starts a frame; false, and nothing is drawn, without a context.
     virtual bool BeginFrame() = 0;
     virtual void EndFrame() = 0;
     // Around the overlays; false, and none is drawn, without a frame.
     virtual bool BeginOverlays() = 0;
     virtual void EndOverlays() = 0;
-    // Draws the overlay if it is attached; nothing for one the backend has not.
-    virtual void DrawOverlay(Overlay overlay) = 0;
-    // The attached objects that follow the window's size; the camera is the
-    // renderer's own.
-    virtual WindowFollowers Followers() const = 0;
+    virtual AttachedOverlays Attached() const = 0;
+    // The triad; a backend whose triad needs state of its own sets it here.
+    virtual void DrawAxisTriad(KesraEngine::CKesraAxis& axis) { axis.Draw(); }
+    // The overlays only some backends have (the curve inset, the host's own).
+    virtual void DrawOwnOverlay(Overlay overlay) = 0;
     // What the window system must resize before anything else.
     virtual void ResizeSurface(int width, int height) = 0;
+
+private:
+    void DrawOverlay(Overlay overlay, const AttachedOverlays& attached)
+    {
+        switch (overlay)
+        {
+        case Overlay::AxisTriad:
+            if (attached.axis != nullptr)
+            {
+                DrawAxisTriad(*attached.axis);
+            }
+            break;
+        case Overlay::Tips:
+            if (attached.tips != nullptr)
+            {
+                attached.tips->DrawTips(*this);
+            }
+            break;
+        case Overlay::Legend:
+            if (attached.legend != nullptr)
+            {
+                attached.legend->Draw(*this);
+            }
+            break;
+        case Overlay::Ruler:
+            if (attached.ruler != nullptr)
+            {
+                attached.ruler->Draw(*this);
+            }
+            break;
+        case Overlay::LightSymbol:
+            if (m_showLightSymbol && attached.light != nullptr)
+            {
+                attached.light->DrawSymbol();
+            }
+            break;
+        case Overlay::DraggedArea:
+            // Only while a drag is under way, inside the area's own overlay.
+            if (attached.area != nullptr && attached.area->IsDragged())
+            {
+                attached.area->BeginOverlay();
+                attached.area->Draw();
+                attached.area->EndOverlay();
+            }
+            break;
+        case Overlay::CurveInset:
+        case Overlay::HostOverlay:
+            DrawOwnOverlay(overlay);
+            break;
+        }
+    }
+
+    bool m_showLightSymbol = false;
 };
 
 } // namespace KesraBackend

@@ -16,6 +16,7 @@
 // 1 to 10 and "x10" with the power raised, as the legend writes one.
 #pragma once
 
+#include "Engine/Renderer.h"
 #include "Engine/Ruler.h"
 #include "common/OverlayText.h"
 
@@ -120,6 +121,10 @@ inline RulerLayout MakeRulerLayout(const RulerInput& in, const ITextMeasure& mea
 class CScaleRuler : public KesraEngine::CKesraRuler
 {
 public:
+    // Draws into the frame that renderer, a renderer of the same backend, is
+    // drawing, while the ruler is shown.
+    virtual void Draw(KesraEngine::CKesraRenderer& renderer) = 0;
+
     // Drawn only while created, to be drawn and with a length.
     bool IsShown() const { return m_created != 0 && m_drawRuler != 0 && m_rulerPixelWidth > 0; }
 

@@ -253,56 +253,18 @@ void CGlRenderer::EndOverlays()
     m_canvas->End();
 }
 
-void CGlRenderer::DrawOverlay(KesraBackend::Overlay overlay)
+void CGlRenderer::DrawAxisTriad(KesraEngine::CKesraAxis& axis)
 {
-    using KesraBackend::Overlay;
-    switch (overlay)
+    m_canvas->End();
+    axis.Draw();
+    m_canvas->Begin(m_width, m_height);
+}
+
+void CGlRenderer::DrawOwnOverlay(KesraBackend::Overlay overlay)
+{
+    if (overlay == KesraBackend::Overlay::HostOverlay && m_extraOverlay)
     {
-    case Overlay::AxisTriad:
-        if (m_axis != nullptr)
-        {
-            // The triad's 3D arrows bring a program and depth state of their
-            // own: the canvas's batch is closed around them.
-            m_canvas->End();
-            m_axis->Draw();
-            m_canvas->Begin(m_width, m_height);
-        }
-        break;
-    case Overlay::Tips:
-        if (m_tips != nullptr)
-        {
-            m_tips->DrawTips(*this);
-        }
-        break;
-    case Overlay::Legend:
-        if (m_legend != nullptr)
-        {
-            m_legend->Draw(*this);
-        }
-        break;
-    case Overlay::Ruler:
-        if (m_ruler != nullptr)
-        {
-            m_ruler->Draw(*this);
-        }
-        break;
-    case Overlay::LightSymbol:
-        if (m_showLightSymbol && m_light != nullptr)
-        {
-            m_light->DrawSymbol();
-        }
-        break;
-    case Overlay::HostOverlay:
-        if (m_extraOverlay)
-        {
-            m_extraOverlay(*this);
-        }
-        break;
-    case Overlay::DraggedArea:
-        DrawDraggedArea(m_area);
-        break;
-    case Overlay::CurveInset:
-        break;
+        m_extraOverlay(*this);
     }
 }
 
@@ -387,14 +349,16 @@ void CGlRenderer::ResizeSurface(int width, int height)
     m_surface.Resize(width, height);
 }
 
-KesraBackend::WindowFollowers CGlRenderer::Followers() const
+KesraBackend::AttachedOverlays CGlRenderer::Attached() const
 {
-    KesraBackend::WindowFollowers followers;
-    followers.axis = m_axis;
-    followers.legend = m_legend;
-    followers.ruler = m_ruler;
-    followers.area = m_area;
-    return followers;
+    KesraBackend::AttachedOverlays attached;
+    attached.axis = m_axis;
+    attached.tips = m_tips;
+    attached.legend = m_legend;
+    attached.ruler = m_ruler;
+    attached.area = m_area;
+    attached.light = m_light;
+    return attached;
 }
 
 void CGlRenderer::AddStreamline(CGlStreamline* streamline)

@@ -91,7 +91,6 @@ public:
     void SetAxis(CGlAxis* axis) { m_axis = axis; }
     void SetDraggedArea(CGlDraggedArea* area) { m_area = area; }
     void SetFont(const CGlFont* font) { m_font = font; }
-    void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
     // The host's own overlay (KesraBackend::Overlay::HostOverlay).
     void SetExtraOverlay(std::function<void(CGlRenderer&)> draw) { m_extraOverlay = std::move(draw); }
 
@@ -125,8 +124,12 @@ protected:
     // One canvas batch over the window for all overlays.
     bool BeginOverlays() override;
     void EndOverlays() override;
-    void DrawOverlay(KesraBackend::Overlay overlay) override;
-    KesraBackend::WindowFollowers Followers() const override;
+    KesraBackend::AttachedOverlays Attached() const override;
+    // The triad's 3D arrows bring a program and depth state of their own:
+    // the canvas's batch is closed around them.
+    void DrawAxisTriad(KesraEngine::CKesraAxis& axis) override;
+    // The host's own overlay.
+    void DrawOwnOverlay(KesraBackend::Overlay overlay) override;
     // The surface's drawable.
     void ResizeSurface(int width, int height) override;
 
@@ -151,7 +154,6 @@ private:
     CGlDraggedArea* m_area = nullptr;
     const CGlFont* m_font = nullptr;
     CGlLight* m_light = nullptr;
-    bool m_showLightSymbol = false;
     std::function<void(CGlRenderer&)> m_extraOverlay;
     CGlFont m_defaultFont;
 };

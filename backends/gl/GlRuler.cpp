@@ -5,12 +5,14 @@
 namespace KesraGl
 {
 
-void CGlRuler::Draw(CGlRenderer& renderer)
+void CGlRuler::Draw(KesraEngine::CKesraRenderer& target)
 {
-    if (!IsShown() || !renderer.HasContext())
+    auto* gl = dynamic_cast<CGlRenderer*>(&target);
+    if (!IsShown() || gl == nullptr || !gl->HasContext())
     {
         return;
     }
+    CGlRenderer& renderer = *gl;
     const KesraBackend::RulerLayout layout = Layout(renderer);
     CGlCanvas& canvas = renderer.Canvas();
     const Color ink = InkColor();

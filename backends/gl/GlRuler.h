@@ -7,13 +7,11 @@
 namespace KesraGl
 {
 
-class CGlRenderer;
-
 class CGlRuler : public KesraBackend::CScaleRuler
 {
 public:
-    // Draws while created, to be drawn and with a length.
-    void Draw(CGlRenderer& renderer);
+    // Nothing unless renderer is an OpenGL renderer with a context.
+    void Draw(KesraEngine::CKesraRenderer& renderer) override;
 };
 
 } // namespace KesraGl

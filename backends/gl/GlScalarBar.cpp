@@ -9,12 +9,14 @@
 namespace KesraGl
 {
 
-void CGlScalarBar::Draw(CGlRenderer& renderer)
+void CGlScalarBar::Draw(KesraEngine::CKesraRenderer& target)
 {
-    if (!IsShown() || !renderer.HasContext())
+    auto* gl = dynamic_cast<CGlRenderer*>(&target);
+    if (!IsShown() || gl == nullptr || !gl->HasContext())
     {
         return;
     }
+    CGlRenderer& renderer = *gl;
     const KesraBackend::LegendLayout layout = Layout(renderer);
     const Color color = TextColor(renderer.GetBackgroundColor());
     DrawBar(renderer, layout, color);

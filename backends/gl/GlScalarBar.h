@@ -15,8 +15,8 @@ class CGlRenderer;
 class CGlScalarBar : public KesraBackend::CLegendBar
 {
 public:
-    // Draws while created and visible, then clears the modified flag.
-    void Draw(CGlRenderer& renderer);
+    // Nothing unless renderer is an OpenGL renderer with a context.
+    void Draw(KesraEngine::CKesraRenderer& renderer) override;
 
 private:
     void DrawBar(CGlRenderer& renderer, const KesraBackend::LegendLayout& layout,

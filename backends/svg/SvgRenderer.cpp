@@ -191,52 +191,11 @@ void CSvgRenderer::DrawScene()
     m_canvas->EndGroup();
 }
 
-void CSvgRenderer::DrawOverlay(KesraBackend::Overlay overlay)
+void CSvgRenderer::DrawOwnOverlay(KesraBackend::Overlay overlay)
 {
-    using KesraBackend::Overlay;
-    switch (overlay)
+    if (overlay == KesraBackend::Overlay::CurveInset && m_curveInset.curve != nullptr)
     {
-    case Overlay::AxisTriad:
-        if (m_axis != nullptr)
-        {
-            m_axis->Draw();
-        }
-        break;
-    case Overlay::Tips:
-        if (m_tipManager != nullptr)
-        {
-            m_tipManager->DrawTips(*this);
-        }
-        break;
-    case Overlay::CurveInset:
-        if (m_curveInset.curve != nullptr)
-        {
-            DrawCurveChart(*this, m_curveInset);
-        }
-        break;
-    case Overlay::Legend:
-        if (m_scalarBar != nullptr)
-        {
-            m_scalarBar->Draw(*this);
-        }
-        break;
-    case Overlay::Ruler:
-        if (m_ruler != nullptr)
-        {
-            m_ruler->Draw(*this);
-        }
-        break;
-    case Overlay::LightSymbol:
-        if (m_showLightSymbol && m_light != nullptr)
-        {
-            m_light->DrawSymbol();
-        }
-        break;
-    case Overlay::DraggedArea:
-        DrawDraggedArea(m_draggedArea);
-        break;
-    case Overlay::HostOverlay:
-        break;
+        DrawCurveChart(*this, m_curveInset);
     }
 }
 
@@ -287,14 +246,16 @@ float CSvgRenderer::ReadDepth(int, int)
     return 1.0f;
 }
 
-KesraBackend::WindowFollowers CSvgRenderer::Followers() const
+KesraBackend::AttachedOverlays CSvgRenderer::Attached() const
 {
-    KesraBackend::WindowFollowers followers;
-    followers.axis = m_axis;
-    followers.legend = m_scalarBar;
-    followers.ruler = m_ruler;
-    followers.area = m_draggedArea;
-    return followers;
+    KesraBackend::AttachedOverlays attached;
+    attached.axis = m_axis;
+    attached.tips = m_tipManager;
+    attached.legend = m_scalarBar;
+    attached.ruler = m_ruler;
+    attached.area = m_draggedArea;
+    attached.light = m_light;
+    return attached;
 }
 
 void CSvgRenderer::AddStreamline(KesraEngine::CKesraStreamline* streamline)

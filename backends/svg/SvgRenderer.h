@@ -148,8 +148,6 @@ public:
     void SetCurveInset(const CurveInset& inset) { m_curveInset = inset; }
     // The font of every text; null for a 14-pixel sans-serif.
     void SetFont(const KesraEngine::CKesraFont* font) { m_font = font; }
-    // Draws the applied light's symbol in every frame.
-    void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
 
     // ---- For the backend's drawing classes ---------------------------------------
 
@@ -194,8 +192,9 @@ protected:
     void EndFrame() override;
     bool BeginOverlays() override { return m_canvas != nullptr; }
     void EndOverlays() override {}
-    void DrawOverlay(KesraBackend::Overlay overlay) override;
-    KesraBackend::WindowFollowers Followers() const override;
+    KesraBackend::AttachedOverlays Attached() const override;
+    // The curve inset.
+    void DrawOwnOverlay(KesraBackend::Overlay overlay) override;
     // Nothing to resize: the next document has the new size.
     void ResizeSurface(int, int) override {}
 
@@ -223,7 +222,6 @@ private:
     CurveInset m_curveInset;
     const KesraEngine::CKesraFont* m_font = nullptr;
     CSvgLight* m_light = nullptr;
-    bool m_showLightSymbol = false;
 };
 
 } // namespace KesraSvg

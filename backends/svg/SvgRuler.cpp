@@ -5,13 +5,15 @@
 namespace KesraSvg
 {
 
-void CSvgRuler::Draw(CSvgRenderer& renderer) const
+void CSvgRuler::Draw(KesraEngine::CKesraRenderer& target)
 {
-    CSvgCanvas* canvas = renderer.GetCanvas();
+    auto* svg = dynamic_cast<CSvgRenderer*>(&target);
+    CSvgCanvas* canvas = svg != nullptr ? svg->GetCanvas() : nullptr;
     if (canvas == nullptr || !IsShown())
     {
         return;
     }
+    CSvgRenderer& renderer = *svg;
     const KesraBackend::RulerLayout layout = Layout(renderer);
     const Color ink = InkColor();
     const Color paper = KesraBackend::PaperColor(renderer.GetBackgroundColor());

@@ -7,14 +7,11 @@
 namespace KesraSvg
 {
 
-class CSvgRenderer;
-
 class CSvgRuler : public KesraBackend::CScaleRuler
 {
 public:
-    // Draws the ruler into the renderer's frame under way while it is created
-    // and to be drawn and its pixel width is positive.
-    void Draw(CSvgRenderer& renderer) const;
+    // Nothing unless renderer is an SVG renderer with a frame under way.
+    void Draw(KesraEngine::CKesraRenderer& renderer) override;
 };
 
 } // namespace KesraSvg

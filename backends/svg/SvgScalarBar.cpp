@@ -26,13 +26,15 @@ std::string ExactNumber(double value)
 
 } // namespace
 
-void CSvgScalarBar::Draw(CSvgRenderer& renderer)
+void CSvgScalarBar::Draw(KesraEngine::CKesraRenderer& target)
 {
-    CSvgCanvas* canvas = renderer.GetCanvas();
+    auto* svg = dynamic_cast<CSvgRenderer*>(&target);
+    CSvgCanvas* canvas = svg != nullptr ? svg->GetCanvas() : nullptr;
     if (canvas == nullptr || !IsShown())
     {
         return;
     }
+    CSvgRenderer& renderer = *svg;
     const KesraBackend::LegendLayout layout = Layout(renderer);
     const Color color = TextColor(renderer.GetBackgroundColor());
     canvas->BeginGroup("legend");

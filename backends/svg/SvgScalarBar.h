@@ -17,10 +17,9 @@ class CSvgRenderer;
 class CSvgScalarBar : public KesraBackend::CLegendBar
 {
 public:
-    // Draws the legend into the renderer's frame under way while the legend
-    // is created and visible, then clears the modified flag: the frame shows
-    // every change.
-    void Draw(CSvgRenderer& renderer);
+    // Nothing unless renderer is an SVG renderer with a frame under way; the
+    // frame then shows every change.
+    void Draw(KesraEngine::CKesraRenderer& renderer) override;
 
 private:
     // Swatches (banded) or the gradient (smooth) over the bar, the minimum at
