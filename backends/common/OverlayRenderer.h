@@ -135,10 +135,9 @@ public:
         {
             return;
         }
-        const AttachedOverlays attached = Attached();
         for (const Overlay overlay : kOverlayOrder)
         {
-            DrawOverlay(overlay, attached);
+            DrawOverlay(overlay, m_attached);
         }
         EndOverlays();
     }
@@ -148,7 +147,7 @@ public:
     void OnResize(int width, int height) override
     {
         ResizeSurface(width, height);
-        FollowWindowSize(m_camera, Attached(), width, height);
+        FollowWindowSize(m_camera, m_attached, width, height);
         Invalidate();
     }
 
@@ -172,13 +171,16 @@ public:
 protected:
     COverlayRenderer(int width, int height) : CKesraRenderer(width, height) {}
 
+    // What is drawn over the scene, not owned; the backend's setters fill it
+    // with its own classes.
+    AttachedOverlays m_attached;
+
     // Starts a frame; false, and nothing is drawn, without a context.
     virtual bool BeginFrame() = 0;
     virtual void EndFrame() = 0;
     // Around the overlays; false, and none is drawn, without a frame.
     virtual bool BeginOverlays() = 0;
     virtual void EndOverlays() = 0;
-    virtual AttachedOverlays Attached() const = 0;
     // The triad; a backend whose triad needs state of its own sets it here.
     virtual void DrawAxisTriad(KesraEngine::CKesraAxis& axis) { axis.Draw(); }
     // The overlays only some backends have (the curve inset, the host's own).

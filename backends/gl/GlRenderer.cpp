@@ -349,16 +349,36 @@ void CGlRenderer::ResizeSurface(int width, int height)
     m_surface.Resize(width, height);
 }
 
-KesraBackend::AttachedOverlays CGlRenderer::Attached() const
+void CGlRenderer::SetTipManager(CGlTipManager* tips)
 {
-    KesraBackend::AttachedOverlays attached;
-    attached.axis = m_axis;
-    attached.tips = m_tips;
-    attached.legend = m_legend;
-    attached.ruler = m_ruler;
-    attached.area = m_area;
-    attached.light = m_light;
-    return attached;
+    m_attached.tips = tips;
+}
+
+void CGlRenderer::SetScalarBar(CGlScalarBar* legend)
+{
+    m_attached.legend = legend;
+}
+
+void CGlRenderer::SetRuler(CGlRuler* ruler)
+{
+    m_attached.ruler = ruler;
+}
+
+void CGlRenderer::SetAxis(CGlAxis* axis)
+{
+    m_axis = axis;
+    m_attached.axis = axis;
+}
+
+void CGlRenderer::SetDraggedArea(CGlDraggedArea* area)
+{
+    m_attached.area = area;
+}
+
+void CGlRenderer::SetShadingLight(CGlLight* light)
+{
+    m_light = light;
+    m_attached.light = light;
 }
 
 void CGlRenderer::AddStreamline(CGlStreamline* streamline)

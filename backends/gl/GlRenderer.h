@@ -85,11 +85,11 @@ public:
     void AddStreamline(CGlStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(CGlMesh* mesh);
-    void SetTipManager(CGlTipManager* tips) { m_tips = tips; }
-    void SetScalarBar(CGlScalarBar* legend) { m_legend = legend; }
-    void SetRuler(CGlRuler* ruler) { m_ruler = ruler; }
-    void SetAxis(CGlAxis* axis) { m_axis = axis; }
-    void SetDraggedArea(CGlDraggedArea* area) { m_area = area; }
+    void SetTipManager(CGlTipManager* tips);
+    void SetScalarBar(CGlScalarBar* legend);
+    void SetRuler(CGlRuler* ruler);
+    void SetAxis(CGlAxis* axis);
+    void SetDraggedArea(CGlDraggedArea* area);
     void SetFont(const CGlFont* font) { m_font = font; }
     // The host's own overlay (KesraBackend::Overlay::HostOverlay).
     void SetExtraOverlay(std::function<void(CGlRenderer&)> draw) { m_extraOverlay = std::move(draw); }
@@ -100,7 +100,7 @@ public:
     // Valid between CreateContext and DestroyContext.
     CGlCanvas& Canvas() { return *m_canvas; }
     // The applied light (CGlLight::Apply); null draws unlit colours.
-    void SetShadingLight(CGlLight* light) { m_light = light; }
+    void SetShadingLight(CGlLight* light);
     const CGlLight* GetShadingLight() const { return m_light; }
     // Puts the mesh program in use with these matrices and the light.
     void UseMeshProgram(const Mat4& projection, const Mat4& modelView, const float (&normal)[9],
@@ -124,7 +124,6 @@ protected:
     // One canvas batch over the window for all overlays.
     bool BeginOverlays() override;
     void EndOverlays() override;
-    KesraBackend::AttachedOverlays Attached() const override;
     // The triad's 3D arrows bring a program and depth state of their own:
     // the canvas's batch is closed around them.
     void DrawAxisTriad(KesraEngine::CKesraAxis& axis) override;
@@ -147,11 +146,8 @@ private:
 
     std::vector<CGlStreamline*> m_streamlines;
     std::vector<CGlMesh*> m_surfaces;
-    CGlTipManager* m_tips = nullptr;
-    CGlScalarBar* m_legend = nullptr;
-    CGlRuler* m_ruler = nullptr;
+    // The triad again, for its buffers.
     CGlAxis* m_axis = nullptr;
-    CGlDraggedArea* m_area = nullptr;
     const CGlFont* m_font = nullptr;
     CGlLight* m_light = nullptr;
     std::function<void(CGlRenderer&)> m_extraOverlay;

@@ -246,16 +246,20 @@ float CSvgRenderer::ReadDepth(int, int)
     return 1.0f;
 }
 
-KesraBackend::AttachedOverlays CSvgRenderer::Attached() const
+void CSvgRenderer::SetScalarBar(CSvgScalarBar* legend)
 {
-    KesraBackend::AttachedOverlays attached;
-    attached.axis = m_axis;
-    attached.tips = m_tipManager;
-    attached.legend = m_scalarBar;
-    attached.ruler = m_ruler;
-    attached.area = m_draggedArea;
-    attached.light = m_light;
-    return attached;
+    m_attached.legend = legend;
+}
+
+void CSvgRenderer::SetRuler(CSvgRuler* ruler)
+{
+    m_attached.ruler = ruler;
+}
+
+void CSvgRenderer::SetShadingLight(CSvgLight* light)
+{
+    m_light = light;
+    m_attached.light = light;
 }
 
 void CSvgRenderer::AddStreamline(KesraEngine::CKesraStreamline* streamline)

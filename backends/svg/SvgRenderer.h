@@ -140,11 +140,11 @@ public:
     void AddStreamline(KesraEngine::CKesraStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(const SurfaceMesh* surface);
-    void SetTipManager(KesraEngine::CKesraTipManager* tips) { m_tipManager = tips; }
-    void SetScalarBar(CSvgScalarBar* legend) { m_scalarBar = legend; }
-    void SetRuler(CSvgRuler* ruler) { m_ruler = ruler; }
-    void SetAxis(KesraEngine::CKesraAxis* axis) { m_axis = axis; }
-    void SetDraggedArea(KesraEngine::CKesraDraggedArea* area) { m_draggedArea = area; }
+    void SetTipManager(KesraEngine::CKesraTipManager* tips) { m_attached.tips = tips; }
+    void SetScalarBar(CSvgScalarBar* legend);
+    void SetRuler(CSvgRuler* ruler);
+    void SetAxis(KesraEngine::CKesraAxis* axis) { m_attached.axis = axis; }
+    void SetDraggedArea(KesraEngine::CKesraDraggedArea* area) { m_attached.area = area; }
     void SetCurveInset(const CurveInset& inset) { m_curveInset = inset; }
     // The font of every text; null for a 14-pixel sans-serif.
     void SetFont(const KesraEngine::CKesraFont* font) { m_font = font; }
@@ -162,7 +162,7 @@ public:
     void AddQuad(const Vector (&corners)[4], const Vector& normalSum, const Color& base);
     // The light that shades the tubes (CSvgLight::Apply); null for unlit
     // colours.
-    void SetShadingLight(CSvgLight* light) { m_light = light; }
+    void SetShadingLight(CSvgLight* light);
     const CSvgLight* GetShadingLight() const { return m_light; }
     // The colour of a surface of colour base whose unit normal, in view space
     // (x right, y up, z toward the viewer), is normal: Lambert shading with a
@@ -192,7 +192,6 @@ protected:
     void EndFrame() override;
     bool BeginOverlays() override { return m_canvas != nullptr; }
     void EndOverlays() override {}
-    KesraBackend::AttachedOverlays Attached() const override;
     // The curve inset.
     void DrawOwnOverlay(KesraBackend::Overlay overlay) override;
     // Nothing to resize: the next document has the new size.
@@ -214,11 +213,6 @@ private:
 
     std::vector<KesraEngine::CKesraStreamline*> m_streamlines;
     std::vector<const SurfaceMesh*> m_surfaces;
-    KesraEngine::CKesraTipManager* m_tipManager = nullptr;
-    CSvgScalarBar* m_scalarBar = nullptr;
-    CSvgRuler* m_ruler = nullptr;
-    KesraEngine::CKesraAxis* m_axis = nullptr;
-    KesraEngine::CKesraDraggedArea* m_draggedArea = nullptr;
     CurveInset m_curveInset;
     const KesraEngine::CKesraFont* m_font = nullptr;
     CSvgLight* m_light = nullptr;
