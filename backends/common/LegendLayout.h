@@ -92,8 +92,9 @@ inline Box LegendBar(const LegendInput& in)
 
 // Which of the labels at n + 1 equally spaced edges, spacing pixels apart,
 // show so that shown labels stand at least needed pixels apart: every step-th
-// from the first, and the last, which wins over a neighbour that would touch
-// it. The first and the last always show.
+// from the first, and the last. When the last is not a step-th, the step-th
+// before it stands less than a step from it and gives way. The first and the
+// last always show.
 inline std::vector<bool> ShownLabels(int n, double spacing, double needed)
 {
     std::vector<bool> shown(static_cast<std::size_t>(std::max(n, 0)) + 1, false);
@@ -110,10 +111,7 @@ inline std::vector<bool> ShownLabels(int n, double spacing, double needed)
     }
     if (last != n)
     {
-        if (last > 0 && (n - last) * spacing < needed)
-        {
-            shown[static_cast<std::size_t>(last)] = false;
-        }
+        shown[static_cast<std::size_t>(last)] = last == 0;
         shown[static_cast<std::size_t>(n)] = true;
     }
     return shown;
