@@ -151,7 +151,13 @@ public:
         Invalidate();
     }
 
-    // Draws the light's symbol in every frame.
+    // What is drawn over the scene; not owned, null detaches. Each draws
+    // only for a renderer of its own backend.
+    void SetTipManager(KesraEngine::CKesraTipManager* tips) { m_attached.tips = tips; }
+    void SetScalarBar(CLegendBar* legend) { m_attached.legend = legend; }
+    void SetRuler(CScaleRuler* ruler) { m_attached.ruler = ruler; }
+    void SetDraggedArea(KesraEngine::CKesraDraggedArea* area) { m_attached.area = area; }
+    // Draws the shading light's symbol in every frame.
     void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
 
     // Black or white, whichever reads better on the background.
@@ -171,8 +177,8 @@ public:
 protected:
     COverlayRenderer(int width, int height) : CKesraRenderer(width, height) {}
 
-    // What is drawn over the scene, not owned; the backend's setters fill it
-    // with its own classes.
+    // What is drawn over the scene, not owned; the axis triad and the light
+    // are the backend's own to set.
     AttachedOverlays m_attached;
 
     // Starts a frame; false, and nothing is drawn, without a context.

@@ -349,30 +349,10 @@ void CGlRenderer::ResizeSurface(int width, int height)
     m_surface.Resize(width, height);
 }
 
-void CGlRenderer::SetTipManager(CGlTipManager* tips)
-{
-    m_attached.tips = tips;
-}
-
-void CGlRenderer::SetScalarBar(CGlScalarBar* legend)
-{
-    m_attached.legend = legend;
-}
-
-void CGlRenderer::SetRuler(CGlRuler* ruler)
-{
-    m_attached.ruler = ruler;
-}
-
 void CGlRenderer::SetAxis(CGlAxis* axis)
 {
     m_axis = axis;
     m_attached.axis = axis;
-}
-
-void CGlRenderer::SetDraggedArea(CGlDraggedArea* area)
-{
-    m_attached.area = area;
 }
 
 void CGlRenderer::SetShadingLight(CGlLight* light)

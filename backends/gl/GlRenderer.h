@@ -25,14 +25,10 @@ namespace KesraGl
 
 class CGlAxis;
 class CGlCamera;
-class CGlDraggedArea;
 class CGlLight;
 class CGlMesh;
 class CGlProgram;
-class CGlRuler;
-class CGlScalarBar;
 class CGlStreamline;
-class CGlTipManager;
 
 class CGlRenderer : public KesraBackend::COverlayRenderer
 {
@@ -80,16 +76,13 @@ public:
     const std::string& LastError() const { return m_error; }
     bool HasContext() const { return m_canvas != nullptr; }
 
-    // ---- What is drawn (not owned; null detaches) ------------------------------
+    // ---- What is drawn (not owned; null detaches; the overlays' setters are
+    // COverlayRenderer's) --------------------------------------------------------
 
     void AddStreamline(CGlStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(CGlMesh* mesh);
-    void SetTipManager(CGlTipManager* tips);
-    void SetScalarBar(CGlScalarBar* legend);
-    void SetRuler(CGlRuler* ruler);
     void SetAxis(CGlAxis* axis);
-    void SetDraggedArea(CGlDraggedArea* area);
     void SetFont(const CGlFont* font) { m_font = font; }
     // The host's own overlay (KesraBackend::Overlay::HostOverlay).
     void SetExtraOverlay(std::function<void(CGlRenderer&)> draw) { m_extraOverlay = std::move(draw); }

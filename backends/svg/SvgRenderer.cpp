@@ -246,16 +246,6 @@ float CSvgRenderer::ReadDepth(int, int)
     return 1.0f;
 }
 
-void CSvgRenderer::SetScalarBar(CSvgScalarBar* legend)
-{
-    m_attached.legend = legend;
-}
-
-void CSvgRenderer::SetRuler(CSvgRuler* ruler)
-{
-    m_attached.ruler = ruler;
-}
-
 void CSvgRenderer::SetShadingLight(CSvgLight* light)
 {
     m_light = light;

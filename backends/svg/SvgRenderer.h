@@ -30,18 +30,14 @@ namespace KesraEngine
 {
 class CKesraAxis;
 class CKesraCurve2D;
-class CKesraDraggedArea;
 class CKesraScalarBar;
 class CKesraStreamline;
-class CKesraTipManager;
 } // namespace KesraEngine
 
 namespace KesraSvg
 {
 
 class CSvgLight;
-class CSvgRuler;
-class CSvgScalarBar;
 
 // One quadrilateral of the scene: corners in window pixels (y up) in outline
 // order, the mean view depth (larger is nearer) and the shaded colour.
@@ -135,16 +131,13 @@ public:
     // Prefix of the element ids of every frame, for documents nested in one.
     void SetIdPrefix(std::string prefix) { m_idPrefix = std::move(prefix); }
 
-    // ---- What is drawn (not owned; null detaches) ------------------------------
+    // ---- What is drawn (not owned; null detaches; the overlays' setters are
+    // COverlayRenderer's) --------------------------------------------------------
 
     void AddStreamline(KesraEngine::CKesraStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(const SurfaceMesh* surface);
-    void SetTipManager(KesraEngine::CKesraTipManager* tips) { m_attached.tips = tips; }
-    void SetScalarBar(CSvgScalarBar* legend);
-    void SetRuler(CSvgRuler* ruler);
     void SetAxis(KesraEngine::CKesraAxis* axis) { m_attached.axis = axis; }
-    void SetDraggedArea(KesraEngine::CKesraDraggedArea* area) { m_attached.area = area; }
     void SetCurveInset(const CurveInset& inset) { m_curveInset = inset; }
     // The font of every text; null for a 14-pixel sans-serif.
     void SetFont(const KesraEngine::CKesraFont* font) { m_font = font; }

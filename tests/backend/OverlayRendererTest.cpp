@@ -7,6 +7,7 @@
 #include "common/Factories.h"
 #include "common/OverlayRenderer.h"
 #include "common/RubberBand.h"
+#include "common/ShadingLight.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
@@ -288,6 +289,47 @@ TEST(RubberBand, ErasingAsksForAFrameAndKeepsTheDrawnCorner)
     EXPECT_EQ(x, 50);
     EXPECT_EQ(y, 60);
     EXPECT_EQ(scene.log, (Log{"invalidate"}));
+}
+
+class TestShadingLight : public KesraBackend::CShadingLight
+{
+public:
+    explicit TestShadingLight(KesraEngine::CKesraRenderer& renderer) : CShadingLight(renderer) {}
+    void Apply() override {}
+    void DrawSymbol() override {}
+};
+
+TEST(ShadingLight, SwitchingAsksForAFrame)
+{
+    Scene scene;
+    TestShadingLight light(scene.renderer);
+    scene.log.clear();
+    light.TurnOff();
+    EXPECT_EQ(light.GetSwitch(), 0);
+    light.TurnOn();
+    EXPECT_EQ(light.GetSwitch(), 1);
+    EXPECT_EQ(scene.log, (Log{"invalidate", "invalidate"}));
+}
+
+TEST(ShadingLight, TheSymbolStandsWhereTheLightComesFromSeenFromTheFront)
+{
+    Scene scene; // 400 x 300: the rim is 135 pixels out
+    TestShadingLight light(scene.renderer);
+    double x = 0.0;
+    double y = 0.0;
+    light.SetPosition({0.0, 0.0, 0.0});
+    light.SetFocalPoint({0.0, 0.0, 0.0});
+    EXPECT_EQ(light.DirectionToLight(), (KesraBackend::CShadingLight::Vector{0.0, 0.0, 1.0}));
+    light.SymbolPlace(x, y);
+    EXPECT_EQ(x, 200.0) << "a headlight: the middle";
+    EXPECT_EQ(y, 150.0);
+    light.SetPosition({-3.0, 0.0, 4.0});
+    light.SymbolPlace(x, y);
+    EXPECT_DOUBLE_EQ(x, 200.0 - 0.6 * 135.0) << "from the left, in front: foreshortened";
+    EXPECT_DOUBLE_EQ(y, 150.0);
+    light.SetPosition({0.0, 2.0, 0.0});
+    light.SymbolPlace(x, y);
+    EXPECT_DOUBLE_EQ(y, 285.0) << "beside the view: at the rim";
 }
 
 TEST(Factories, OwnWhatTheyMakeAtStableAddresses)
