@@ -15,8 +15,9 @@
 // on. A label is value / 10^e with the second value-format number as its
 // decimals, e = GetExponentialBase(minimum, maximum, first number); when e is
 // not 0 the unit line ends in "x10" with e raised. The unit line stands above
-// the bar and the title line above that: each text has a line of its own, so
-// none can run into another. Labels and unit are two pixels smaller than the
+// the bar (half a line higher over a vertical bar, whose top label straddles
+// its top edge) and the title line above that: each text has a line of its
+// own, so none can run into another. Labels and unit are two pixels smaller than the
 // renderer's font, the title is its size and bold, the note italic.
 #pragma once
 
