@@ -1,13 +1,15 @@
-// CRubberBand: the mouse bookkeeping that every backend's dragged area
-// shares. It records the drag in the fields the library reads back
-// (IsDragged, GetMouseStart, GetMouseEnd), keeps the previous end as the
-// further point while the mouse moves, asks for a redraw whenever the
-// rectangle changes, and hands the finished rectangle to the host's handler.
-// Drawing, the overlay and the redraw request stay the backend's.
+// CRubberBand: what every backend's dragged area does apart from drawing.
+// It records the drag in the fields the library reads back (IsDragged,
+// GetMouseStart, GetMouseEnd), keeps the previous end as the further point
+// while the mouse moves, asks its renderer for a redraw whenever the rectangle
+// changes, and hands the finished rectangle to the host's handler. Every
+// backend draws each frame anew, so erasing is asking for a frame without the
+// rectangle. Drawing and the overlay around it stay the backend's.
 // Header-only, so that each backend's archive carries its own copy.
 #pragma once
 
 #include "Engine/DraggedArea.h"
+#include "Engine/Renderer.h"
 
 #include <functional>
 #include <utility>
@@ -83,14 +85,42 @@ public:
         }
     }
 
+    // The further point keeps the corner that was drawn; the next frame is
+    // drawn without the rectangle once the drag is over.
+    void Erase() override
+    {
+        m_furtherPointX = m_mouseEndX;
+        m_furtherPointY = m_mouseEndY;
+        RequestRedraw();
+    }
+
+    // Outline width in pixels; refused unless > 0.
+    void SetLineWidth(float width) override
+    {
+        if (width > 0.0f)
+        {
+            m_lineWidth = width;
+        }
+    }
+    float GetLineWidth() const { return m_lineWidth; }
+
+    // The renderer's redraw request.
+    void RequestRedraw() override { m_renderer->Invalidate(); }
+
     // Receives every finished rectangle; empty to receive none.
     void SetAreaHandler(AreaHandler handler) { m_handler = std::move(handler); }
 
 protected:
-    CRubberBand(int width, int height) : CKesraDraggedArea(width, height) {}
+    // renderer is not owned and must outlive the area.
+    CRubberBand(int width, int height, KesraEngine::CKesraRenderer& renderer)
+        : CKesraDraggedArea(width, height), m_renderer(&renderer)
+    {
+    }
 
 private:
+    KesraEngine::CKesraRenderer* m_renderer;
     AreaHandler m_handler;
+    float m_lineWidth = 1.5f;
 };
 
 } // namespace KesraBackend

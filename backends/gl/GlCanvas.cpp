@@ -162,21 +162,45 @@ float CGlCanvas::TextWidth(const std::string& text, const TextStyle& style)
 }
 
 void CGlCanvas::Text(float x, float y, const std::string& text, const TextStyle& style,
-                     const Color& color, Anchor anchor)
+                     const Color& color, Anchor anchor, const std::string& superscript,
+                     const std::string& tail)
 {
     CGlyphAtlas& atlas = AtlasFor(style);
-    UseAtlas(atlas);
+    const TextStyle small{style.file,
+                          static_cast<int>(std::lround(KesraBackend::kSuperscriptScale * style.size))};
+    float width = atlas.TextWidth(text) + atlas.TextWidth(tail);
+    if (!superscript.empty())
+    {
+        width += AtlasFor(small).TextWidth(superscript);
+    }
     float penX = x;
     if (anchor != Anchor::Start)
     {
-        penX -= atlas.TextWidth(text) * (anchor == Anchor::Middle ? 0.5f : 1.0f);
+        penX -= width * (anchor == Anchor::Middle ? 0.5f : 1.0f);
     }
     // Whole pixels keep the glyphs' coverage as FreeType rendered it.
     penX = std::round(penX);
     const float baseline = std::round(y);
-    for (const char c : text)
+    penX = Run(atlas, penX, baseline, text, color);
+    if (!superscript.empty())
     {
-        const GlGlyph* glyph = atlas.Find(c);
+        const float raise = std::round(static_cast<float>(KesraBackend::kSuperscriptRaise * style.size));
+        penX = std::round(Run(AtlasFor(small), penX, baseline + raise, superscript, color));
+    }
+    if (!tail.empty())
+    {
+        Run(atlas, penX, baseline, tail, color);
+    }
+}
+
+float CGlCanvas::Run(CGlyphAtlas& atlas, float x, float baseline, const std::string& text,
+                     const Color& color)
+{
+    UseAtlas(atlas);
+    float penX = x;
+    for (std::size_t at = 0; at < text.size();)
+    {
+        const GlGlyph* glyph = atlas.FindCode(CGlyphAtlas::NextCode(text, at));
         if (glyph == nullptr)
         {
             continue;
@@ -196,6 +220,7 @@ void CGlCanvas::Text(float x, float y, const std::string& text, const TextStyle&
         }
         penX += glyph->advance;
     }
+    return penX;
 }
 
 } // namespace KesraGl

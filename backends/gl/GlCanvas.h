@@ -6,6 +6,7 @@
 // one size share a draw call. Needs a current context for its whole life.
 #pragma once
 
+#include "common/OverlayText.h"
 #include "gl/GlApi.h"
 #include "gl/GlFont.h"
 #include "gl/GlProgram.h"
@@ -19,12 +20,7 @@
 namespace KesraGl
 {
 
-enum class Anchor
-{
-    Start,
-    Middle,
-    End
-};
+using Anchor = KesraBackend::Anchor;
 
 // A text's face file and pixel size.
 struct TextStyle
@@ -55,9 +51,13 @@ public:
     // A segment drawn as a quadrilateral width pixels wide.
     void Line(float x0, float y0, float x1, float y1, float width, const Color& color);
     void Triangle(const float (&xy)[6], const Color& color);
-    // One line of printable ASCII text with its baseline at y.
+    // One line of text (UTF-8, see CGlyphAtlas) with its baseline at y. A
+    // superscript (the exponent of a power of ten) is raised after it, in the
+    // smaller size, and tail follows back on the baseline; the anchor places
+    // the whole line.
     void Text(float x, float y, const std::string& text, const TextStyle& style,
-              const Color& color, Anchor anchor = Anchor::Start);
+              const Color& color, Anchor anchor = Anchor::Start,
+              const std::string& superscript = std::string(), const std::string& tail = std::string());
     float TextWidth(const std::string& text, const TextStyle& style);
     int Ascender(const TextStyle& style) { return AtlasFor(style).Ascender(); }
 
@@ -73,6 +73,8 @@ private:
     void Quad(const Vertex (&corners)[4]);
     void Solid(const float (&xy)[8], const Color (&colors)[4]);
     void Flush();
+    // Glyphs from the pen at (x, baseline), both whole pixels; the pen after.
+    float Run(CGlyphAtlas& atlas, float x, float baseline, const std::string& text, const Color& color);
 
     CGlProgram m_program;
     GLuint m_vertexArray = 0;

@@ -8,7 +8,7 @@ namespace KesraGl
 {
 
 CGlDraggedArea::CGlDraggedArea(int width, int height, CGlRenderer& renderer)
-    : CRubberBand(width, height), m_renderer(renderer)
+    : CRubberBand(width, height, renderer), m_renderer(renderer)
 {
 }
 
@@ -41,27 +41,7 @@ void CGlDraggedArea::Draw()
     CGlCanvas& canvas = m_renderer.Canvas();
     canvas.Rect(x0, y0, x1, y1, Color{m_color.red, m_color.green, m_color.blue,
                                       static_cast<unsigned char>(m_color.alpha / 4)});
-    canvas.Frame(x0, y0, x1, y1, m_lineWidth, Color{m_color.red, m_color.green, m_color.blue, 255});
-}
-
-void CGlDraggedArea::Erase()
-{
-    m_furtherPointX = m_mouseEndX;
-    m_furtherPointY = m_mouseEndY;
-    RequestRedraw();
-}
-
-void CGlDraggedArea::SetLineWidth(float width)
-{
-    if (width > 0.0f)
-    {
-        m_lineWidth = width;
-    }
-}
-
-void CGlDraggedArea::RequestRedraw()
-{
-    m_renderer.Invalidate();
+    canvas.Frame(x0, y0, x1, y1, GetLineWidth(), Color{m_color.red, m_color.green, m_color.blue, 255});
 }
 
 } // namespace KesraGl

@@ -97,9 +97,11 @@ CGlyphAtlas::CGlyphAtlas(const std::string& file, int pixelSize)
     int penX = kWhiteBlock + 1;
     int penY = 0;
     int rowHeight = kWhiteBlock;
-    for (char c = kFirst; c <= kLast; ++c)
+    // ASCII first, so that adding Latin-1 left every ASCII glyph in its place.
+    for (unsigned code = kFirst; code <= kLatinLast; ++code)
     {
-        if (FT_Load_Char(face, static_cast<FT_ULong>(c), FT_LOAD_RENDER) != 0)
+        const int slot = Slot(code);
+        if (slot < 0 || FT_Load_Char(face, static_cast<FT_ULong>(code), FT_LOAD_RENDER) != 0)
         {
             continue;
         }
@@ -121,7 +123,7 @@ CGlyphAtlas::CGlyphAtlas(const std::string& file, int pixelSize)
             const unsigned char* source = bitmap.buffer + row * bitmap.pitch;
             std::copy_n(source, width, pixels.begin() + (penY + row) * kAtlasWidth + penX);
         }
-        GlGlyph& glyph = m_glyphs[c - kFirst];
+        GlGlyph& glyph = m_glyphs[slot];
         glyph.u0 = static_cast<float>(penX) / kAtlasWidth;
         glyph.v0 = static_cast<float>(penY) / kAtlasWidth;
         glyph.u1 = static_cast<float>(penX + width) / kAtlasWidth;
@@ -152,21 +154,52 @@ CGlyphAtlas::~CGlyphAtlas()
     glDeleteTextures(1, &m_texture);
 }
 
+int CGlyphAtlas::Slot(unsigned code)
+{
+    if (code >= kFirst && code <= kLast)
+    {
+        return static_cast<int>(code - kFirst);
+    }
+    if (code >= kLatinFirst && code <= kLatinLast)
+    {
+        return static_cast<int>(kLast - kFirst + 1 + code - kLatinFirst);
+    }
+    return -1;
+}
+
 const GlGlyph* CGlyphAtlas::Find(char c) const
 {
-    if (c < kFirst || c > kLast)
+    const unsigned code = static_cast<unsigned char>(c);
+    return code <= kLast ? FindCode(code) : nullptr;
+}
+
+const GlGlyph* CGlyphAtlas::FindCode(unsigned code) const
+{
+    const int slot = Slot(code);
+    return slot >= 0 ? &m_glyphs[slot] : nullptr;
+}
+
+unsigned CGlyphAtlas::NextCode(const std::string& text, std::size_t& at)
+{
+    const unsigned lead = static_cast<unsigned char>(text[at++]);
+    if ((lead & 0xE0u) == 0xC0u && at < text.size())
     {
-        return nullptr;
+        const unsigned next = static_cast<unsigned char>(text[at]);
+        if ((next & 0xC0u) == 0x80u)
+        {
+            ++at;
+            return ((lead & 0x1Fu) << 6) | (next & 0x3Fu);
+        }
     }
-    return &m_glyphs[c - kFirst];
+    return lead;
 }
 
 float CGlyphAtlas::TextWidth(const std::string& text) const
 {
     float width = 0.0f;
-    for (const char c : text)
+    for (std::size_t at = 0; at < text.size();)
     {
-        const GlGlyph* glyph = Find(c);
+        const GlGlyph* glyph = FindCode(NextCode(text, at));
         width += glyph != nullptr ? glyph->advance : 0.0f;
     }
     return std::ceil(width);

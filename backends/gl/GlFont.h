@@ -9,6 +9,7 @@
 #include "Engine/Font.h"
 #include "gl/GlApi.h"
 
+#include <cstddef>
 #include <string>
 
 namespace KesraGl
@@ -35,8 +36,11 @@ struct GlGlyph
     float advance;        // pen move in pixels
 };
 
-// The printable ASCII characters of one file at one pixel size, with a white
-// block at the texture's origin for solid shapes. Needs a current context.
+// The printable ASCII and Latin-1 characters (U+00A0 ... U+00FF, among them
+// the times sign of a power of ten) of one file at one pixel size, with a
+// white block at the texture's origin for solid shapes. Texts are UTF-8; a
+// byte above 127 that does not start a two-byte sequence is read as Latin-1.
+// Needs a current context.
 class CGlyphAtlas
 {
 public:
@@ -49,6 +53,10 @@ public:
     GLuint Texture() const { return m_texture; }
     // Null for characters outside the printable ASCII range.
     const GlGlyph* Find(char c) const;
+    // Null for code points the atlas does not hold.
+    const GlGlyph* FindCode(unsigned code) const;
+    // The code point at text[at], at moved past it.
+    static unsigned NextCode(const std::string& text, std::size_t& at);
     float TextWidth(const std::string& text) const;
     int Ascender() const { return m_ascender; }
     int Descender() const { return m_descender; }
@@ -57,11 +65,16 @@ public:
     float WhiteV() const { return m_white; }
 
 private:
-    static constexpr char kFirst = ' ';
-    static constexpr char kLast = '~';
+    static constexpr unsigned kFirst = 0x20;
+    static constexpr unsigned kLast = 0x7E;
+    static constexpr unsigned kLatinFirst = 0xA0;
+    static constexpr unsigned kLatinLast = 0xFF;
+    static constexpr int kGlyphs = (kLast - kFirst + 1) + (kLatinLast - kLatinFirst + 1);
+    // The glyph's place in m_glyphs; -1 for a code point the atlas does not hold.
+    static int Slot(unsigned code);
 
     GLuint m_texture = 0;
-    GlGlyph m_glyphs[kLast - kFirst + 1] = {};
+    GlGlyph m_glyphs[kGlyphs] = {};
     int m_ascender = 0;
     int m_descender = 0;
     float m_white = 0.0f;

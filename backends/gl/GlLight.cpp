@@ -2,13 +2,12 @@
 
 #include "gl/GlRenderer.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace KesraGl
 {
 
-CGlLight::CGlLight(CGlRenderer& renderer) : m_renderer(renderer)
+CGlLight::CGlLight(CGlRenderer& renderer) : CShadingLight(renderer), m_renderer(renderer)
 {
 }
 
@@ -18,31 +17,19 @@ void CGlLight::Apply()
     m_renderer.SetShadingLight(this);
 }
 
-void CGlLight::TurnOn()
-{
-    SetSwitch(1);
-    m_renderer.Invalidate();
-}
-
-void CGlLight::TurnOff()
-{
-    SetSwitch(0);
-    m_renderer.Invalidate();
-}
-
 void CGlLight::DrawSymbol()
 {
     if (!m_renderer.HasContext())
     {
         return;
     }
-    const Vector toLight = m_position - m_focalPoint;
-    const double length = std::sqrt(toLight.x * toLight.x + toLight.y * toLight.y);
-    const float reach = 0.4f * static_cast<float>(std::min(m_renderer.GetWidth(), m_renderer.GetHeight()));
+    double symbolX = 0.0;
+    double symbolY = 0.0;
+    SymbolPlace(symbolX, symbolY);
+    const float x = static_cast<float>(symbolX);
+    const float y = static_cast<float>(symbolY);
     const float middleX = 0.5f * static_cast<float>(m_renderer.GetWidth());
     const float middleY = 0.5f * static_cast<float>(m_renderer.GetHeight());
-    const float x = length > 1e-8 ? middleX + reach * static_cast<float>(toLight.x / length) : middleX;
-    const float y = length > 1e-8 ? middleY + reach * static_cast<float>(toLight.y / length) : middleY;
     const Color color{m_color.red, m_color.green, m_color.blue, 255};
     CGlCanvas& canvas = m_renderer.Canvas();
     canvas.Line(x, y, middleX, middleY, 1.0f, Color{color.red, color.green, color.blue, 128});

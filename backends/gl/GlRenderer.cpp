@@ -31,7 +31,7 @@ float Channel(unsigned char byte)
 } // namespace
 
 CGlRenderer::CGlRenderer(int width, int height, CGlSurface& surface)
-    : CKesraRenderer(width, height), m_surface(surface)
+    : COverlayRenderer(width, height), m_surface(surface)
 {
 }
 
@@ -123,35 +123,15 @@ void CGlRenderer::InitializeState()
     ApplyPolygonOffset();
 }
 
-void CGlRenderer::Render()
+bool CGlRenderer::BeginFrame()
 {
     if (!MakeCurrent())
     {
-        return;
-    }
-    DrawFrame();
-    SwapBuffers();
-}
-
-void CGlRenderer::DrawFrame()
-{
-    if (!MakeCurrent())
-    {
-        return;
+        return false;
     }
     glBindFramebuffer(GL_FRAMEBUFFER, m_surface.Framebuffer());
     glViewport(0, 0, m_width, m_height);
-    if (CGlCamera* camera = GetGlCamera())
-    {
-        camera->StepAnimation();
-        camera->ApplyViewport();
-        camera->ApplyProjection();
-        camera->ApplyModelView();
-    }
-    DrawBackground();
-    DrawScene();
-    DrawOverlays();
-    DrawTitle();
+    return true;
 }
 
 void CGlRenderer::DrawBackground()
@@ -258,42 +238,34 @@ void CGlRenderer::DrawScene()
     m_sceneProgramReady = false;
 }
 
-void CGlRenderer::DrawOverlays()
+bool CGlRenderer::BeginOverlays()
 {
     if (!MakeCurrent())
     {
-        return;
-    }
-    if (m_axis != nullptr)
-    {
-        m_axis->Draw();
+        return false;
     }
     m_canvas->Begin(m_width, m_height);
-    if (m_tips != nullptr)
-    {
-        m_tips->DrawTips(*this);
-    }
-    if (m_legend != nullptr)
-    {
-        m_legend->Draw(*this);
-    }
-    if (m_ruler != nullptr)
-    {
-        m_ruler->Draw(*this);
-    }
-    if (m_showLightSymbol && m_light != nullptr)
-    {
-        m_light->DrawSymbol();
-    }
-    if (m_extraOverlay)
+    return true;
+}
+
+void CGlRenderer::EndOverlays()
+{
+    m_canvas->End();
+}
+
+void CGlRenderer::DrawAxisTriad(KesraEngine::CKesraAxis& axis)
+{
+    m_canvas->End();
+    axis.Draw();
+    m_canvas->Begin(m_width, m_height);
+}
+
+void CGlRenderer::DrawOwnOverlay(KesraBackend::Overlay overlay)
+{
+    if (overlay == KesraBackend::Overlay::HostOverlay && m_extraOverlay)
     {
         m_extraOverlay(*this);
     }
-    if (m_area != nullptr)
-    {
-        m_area->Draw();
-    }
-    m_canvas->End();
 }
 
 void CGlRenderer::DrawTitle()
@@ -302,10 +274,8 @@ void CGlRenderer::DrawTitle()
     {
         return;
     }
-    const TextStyle style = Style(4, true);
     m_canvas->Begin(m_width, m_height);
-    m_canvas->Text(12.0f, static_cast<float>(m_height - 10 - m_canvas->Ascender(style)), m_name,
-                   style, Color{m_titleColor.red, m_titleColor.green, m_titleColor.blue, 255});
+    DrawText(TitleLine(), Color{m_titleColor.red, m_titleColor.green, m_titleColor.blue, 255});
     m_canvas->End();
 }
 
@@ -374,29 +344,21 @@ float CGlRenderer::ReadDepth(int x, int y)
     return depth;
 }
 
-void CGlRenderer::OnResize(int width, int height)
+void CGlRenderer::ResizeSurface(int width, int height)
 {
     m_surface.Resize(width, height);
-    if (m_camera != nullptr)
-    {
-        m_camera->SetWindowSize(width, height);
-    }
-    if (m_axis != nullptr)
-    {
-        m_axis->SetWindowSize(width, height);
-    }
-    if (m_ruler != nullptr)
-    {
-        m_ruler->SetWindowSize(width, height);
-    }
-    if (m_legend != nullptr)
-    {
-        m_legend->SetWindowSize(width, height);
-    }
-    if (m_area != nullptr)
-    {
-        m_area->SetWindowSize(width, height);
-    }
+}
+
+void CGlRenderer::SetAxis(CGlAxis* axis)
+{
+    m_axis = axis;
+    m_attached.axis = axis;
+}
+
+void CGlRenderer::SetShadingLight(CGlLight* light)
+{
+    m_light = light;
+    m_attached.light = light;
 }
 
 void CGlRenderer::AddStreamline(CGlStreamline* streamline)
@@ -415,21 +377,39 @@ void CGlRenderer::AddSurface(CGlMesh* mesh)
     }
 }
 
-TextStyle CGlRenderer::Style(int sizeChange, bool bold) const
+TextStyle CGlRenderer::Style(int sizeChange, bool bold, bool italic) const
 {
     CGlFont font = m_font != nullptr ? *m_font : m_defaultFont;
     if (bold)
     {
         font.SetBold(1);
     }
-    return TextStyle{font.FontFile(), std::max(font.GetSize() + sizeChange, 4)};
+    if (italic)
+    {
+        font.SetItalic(1);
+    }
+    return TextStyle{font.FontFile(), KesraBackend::TextSize(&font, sizeChange)};
 }
 
-Color CGlRenderer::ContrastingTextColor() const
+void CGlRenderer::DrawText(const KesraBackend::TextLine& line, const Color& color)
 {
-    const Color& b = m_backgroundColor;
-    const double luminance = 0.299 * b.red + 0.587 * b.green + 0.114 * b.blue;
-    return luminance > 140.0 ? Color{20, 20, 20, 255} : Color{240, 240, 240, 255};
+    if (line.text.empty() && line.superscript.empty() && line.tail.empty())
+    {
+        return;
+    }
+    m_canvas->Text(static_cast<float>(line.x), static_cast<float>(line.y), line.text,
+                   Style(line.sizeChange, line.bold, line.italic), color, line.anchor, line.superscript,
+                   line.tail);
+}
+
+double CGlRenderer::TextWidth(const std::string& text, int sizeChange) const
+{
+    return m_canvas != nullptr ? m_canvas->TextWidth(text, Style(sizeChange)) : 0.0;
+}
+
+double CGlRenderer::TextHeight(int sizeChange) const
+{
+    return m_canvas != nullptr ? m_canvas->Ascender(Style(sizeChange)) : 0.0;
 }
 
 } // namespace KesraGl

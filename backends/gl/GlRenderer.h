@@ -2,14 +2,14 @@
 //
 // The renderer shows the camera set with SetCamera and the objects the host
 // attaches (tubes, surfaces, tips, legend, ruler, axis triad, dragged area,
-// light), none of which it owns. A frame is: the camera's animation step,
-// background, scene (depth tested), overlays, title; Render then presents it.
-// The surface (headless EGL or a window) only supplies the context and the
-// framebuffer; everything drawn is made here, in CreateContext, and freed in
-// DestroyContext.
+// light), none of which it owns. What a frame is made of, the overlays' order
+// and what follows a resize are every backend's (COverlayRenderer); the scene
+// is depth tested. The surface (headless EGL or a window) only supplies the
+// context and the framebuffer; everything drawn is made here, in
+// CreateContext, and freed in DestroyContext.
 #pragma once
 
-#include "Engine/Renderer.h"
+#include "common/OverlayRenderer.h"
 #include "gl/GlApi.h"
 #include "gl/GlCanvas.h"
 #include "gl/GlFont.h"
@@ -25,16 +25,12 @@ namespace KesraGl
 
 class CGlAxis;
 class CGlCamera;
-class CGlDraggedArea;
 class CGlLight;
 class CGlMesh;
 class CGlProgram;
-class CGlRuler;
-class CGlScalarBar;
 class CGlStreamline;
-class CGlTipManager;
 
-class CGlRenderer : public KesraEngine::CKesraRenderer
+class CGlRenderer : public KesraBackend::COverlayRenderer
 {
 public:
     // surface is not owned and must outlive the context.
@@ -53,16 +49,11 @@ public:
     bool MakeCurrent() override;
     // Depth test, smoothing switches and polygon offset into the new context.
     void InitializeState() override;
-    // DrawFrame, then SwapBuffers. Nothing without a context.
-    void Render() override;
     // The background colour, or the first colour at the top fading into the
     // second at the bottom while the gradient switch is on; clears the depth.
     void DrawBackground() override;
     // Surfaces and tubes through the camera, lit by the applied light.
     void DrawScene() override;
-    // Axis triad, then tips, legend, ruler, the light's symbol when asked,
-    // the host's extra overlay and the dragged rectangle on top.
-    void DrawOverlays() override;
     // The name in the title colour, bold and larger, in the top-left corner.
     void DrawTitle() override;
     // Line smoothing: GL_LINE_SMOOTH. Polygon smoothing: multisampling, which
@@ -81,30 +72,19 @@ public:
     bool ReadPixels(int x, int y, int width, int height, unsigned char* rgba) override;
     // 1 outside the surface or without a context.
     float ReadDepth(int x, int y) override;
-    // The surface's drawable, the camera, triad, ruler, legend and dragged
-    // area follow the new size.
-    void OnResize(int width, int height) override;
-
-    // Everything of Render but the presentation, so that a host can read the
-    // frame back before a window's swap leaves the back buffer undefined.
-    void DrawFrame();
 
     const std::string& LastError() const { return m_error; }
     bool HasContext() const { return m_canvas != nullptr; }
 
-    // ---- What is drawn (not owned; null detaches) ------------------------------
+    // ---- What is drawn (not owned; null detaches; the overlays' setters are
+    // COverlayRenderer's) --------------------------------------------------------
 
     void AddStreamline(CGlStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(CGlMesh* mesh);
-    void SetTipManager(CGlTipManager* tips) { m_tips = tips; }
-    void SetScalarBar(CGlScalarBar* legend) { m_legend = legend; }
-    void SetRuler(CGlRuler* ruler) { m_ruler = ruler; }
-    void SetAxis(CGlAxis* axis) { m_axis = axis; }
-    void SetDraggedArea(CGlDraggedArea* area) { m_area = area; }
+    void SetAxis(CGlAxis* axis);
     void SetFont(const CGlFont* font) { m_font = font; }
-    void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
-    // Drawn over the other overlays, under the dragged rectangle.
+    // The host's own overlay (KesraBackend::Overlay::HostOverlay).
     void SetExtraOverlay(std::function<void(CGlRenderer&)> draw) { m_extraOverlay = std::move(draw); }
 
     // ---- For the backend's drawing classes ---------------------------------------
@@ -113,7 +93,7 @@ public:
     // Valid between CreateContext and DestroyContext.
     CGlCanvas& Canvas() { return *m_canvas; }
     // The applied light (CGlLight::Apply); null draws unlit colours.
-    void SetShadingLight(CGlLight* light) { m_light = light; }
+    void SetShadingLight(CGlLight* light);
     const CGlLight* GetShadingLight() const { return m_light; }
     // Puts the mesh program in use with these matrices and the light.
     void UseMeshProgram(const Mat4& projection, const Mat4& modelView, const float (&normal)[9],
@@ -122,10 +102,28 @@ public:
     // DrawScene the program is already set up and the call costs nothing.
     bool UseSceneProgram();
     // The font's face and size, the size changed by sizeChange pixels.
-    TextStyle Style(int sizeChange, bool bold = false) const;
-    // Black or white, whichever reads better on the background.
-    Color ContrastingTextColor() const;
+    TextStyle Style(int sizeChange, bool bold = false, bool italic = false) const;
+    // A line of a layout in color; inside the overlays.
+    void DrawText(const KesraBackend::TextLine& line, const Color& color);
+    // The overlay canvas's measures of the font; 0 without a context.
+    double TextWidth(const std::string& text, int sizeChange) const override;
+    double TextHeight(int sizeChange) const override;
     bool RoundPoints() const { return m_roundPoints; }
+
+protected:
+    // The surface current, its framebuffer bound, the viewport over it.
+    bool BeginFrame() override;
+    void EndFrame() override {}
+    // One canvas batch over the window for all overlays.
+    bool BeginOverlays() override;
+    void EndOverlays() override;
+    // The triad's 3D arrows bring a program and depth state of their own:
+    // the canvas's batch is closed around them.
+    void DrawAxisTriad(KesraEngine::CKesraAxis& axis) override;
+    // The host's own overlay.
+    void DrawOwnOverlay(KesraBackend::Overlay overlay) override;
+    // The surface's drawable.
+    void ResizeSurface(int width, int height) override;
 
 private:
     void ReleaseBuffers();
@@ -141,14 +139,10 @@ private:
 
     std::vector<CGlStreamline*> m_streamlines;
     std::vector<CGlMesh*> m_surfaces;
-    CGlTipManager* m_tips = nullptr;
-    CGlScalarBar* m_legend = nullptr;
-    CGlRuler* m_ruler = nullptr;
+    // The triad again, for its buffers.
     CGlAxis* m_axis = nullptr;
-    CGlDraggedArea* m_area = nullptr;
     const CGlFont* m_font = nullptr;
     CGlLight* m_light = nullptr;
-    bool m_showLightSymbol = false;
     std::function<void(CGlRenderer&)> m_extraOverlay;
     CGlFont m_defaultFont;
 };

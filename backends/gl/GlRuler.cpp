@@ -2,56 +2,40 @@
 
 #include "gl/GlRenderer.h"
 
-#include <algorithm>
-#include <cstdio>
-
 namespace KesraGl
 {
 
-std::string CGlRuler::FormatLength(double length) const
+void CGlRuler::Draw(KesraEngine::CKesraRenderer& target)
 {
-    const int decimals = std::clamp(m_labelFormat2, 0, 9);
-    const bool scientific = GetExponentialBase(0.0, length, m_labelFormat1) != 0 && length > 0.0;
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, scientific ? "%.*e" : "%.*f", decimals, length);
-    return buffer;
-}
-
-void CGlRuler::Draw(CGlRenderer& renderer)
-{
-    if (m_created == 0 || m_drawRuler == 0 || m_rulerPixelWidth <= 0 || !renderer.HasContext())
+    auto* gl = dynamic_cast<CGlRenderer*>(&target);
+    if (!IsShown() || gl == nullptr || !gl->HasContext())
     {
         return;
     }
+    CGlRenderer& renderer = *gl;
+    const KesraBackend::RulerLayout layout = Layout(renderer);
     CGlCanvas& canvas = renderer.Canvas();
-    const float left = static_cast<float>(m_startX);
-    const float bottom = static_cast<float>(m_startY);
-    const float width = static_cast<float>(m_rulerPixelWidth);
-    const float height = static_cast<float>(std::max(m_reducedHeight, 4));
-    const int blocks = std::max(m_blockCount, 1);
-    const Color text{m_textColor.red, m_textColor.green, m_textColor.blue, 255};
-    for (int k = 0; k < blocks; ++k)
+    const Color ink = InkColor();
+    const Color paper = KesraBackend::PaperColor(renderer.GetBackgroundColor());
+    for (std::size_t k = 0; k < layout.blocks.size(); ++k)
     {
-        const float x0 = left + width * static_cast<float>(k) / blocks;
-        const float x1 = left + width * static_cast<float>(k + 1) / blocks;
-        canvas.Rect(x0, bottom, x1, bottom + height,
-                    k % 2 == 0 ? Color{20, 20, 20, 255} : Color{250, 250, 250, 255});
+        const KesraBackend::Box& block = layout.blocks[k];
+        const float x0 = static_cast<float>(block.left);
+        const float y0 = static_cast<float>(block.bottom);
+        const float x1 = static_cast<float>(block.left + block.width);
+        const float y1 = static_cast<float>(block.bottom + block.height);
+        canvas.Rect(x0, y0, x1, y1, k % 2 == 0 ? ink : paper);
+        canvas.Frame(x0, y0, x1, y1, 1.0f, ink);
     }
-    canvas.Frame(left, bottom, left + width, bottom + height, 1.0f, Color{20, 20, 20, 255});
-    const TextStyle style = renderer.Style(-2);
-    const float labelY = bottom + height + 4.0f;
-    canvas.Text(left, labelY, "0", style, text, Anchor::Middle);
-    if (blocks == 4)
+    for (const KesraBackend::Segment& tick : layout.ticks)
     {
-        canvas.Text(left + 0.5f * width, labelY, FormatLength(0.5 * m_rulerLength), style, text,
-                    Anchor::Middle);
+        canvas.Line(static_cast<float>(tick.x0), static_cast<float>(tick.y0),
+                    static_cast<float>(tick.x1), static_cast<float>(tick.y1), 1.0f, ink);
     }
-    const std::string end = FormatLength(m_rulerLength) + " " + m_unit;
-    // Centred on the bar's end unless that pushes it out of the window.
-    const float endWidth = canvas.TextWidth(end, style);
-    const bool fits = left + width + 0.5f * endWidth <= static_cast<float>(m_windowWidth);
-    canvas.Text(fits ? left + width : static_cast<float>(m_windowWidth) - 2.0f, labelY, end, style,
-                text, fits ? Anchor::Middle : Anchor::End);
+    for (const KesraBackend::TextLine& label : layout.labels)
+    {
+        renderer.DrawText(label, ink);
+    }
 }
 
 } // namespace KesraGl

@@ -142,9 +142,4 @@ void CGlStreamline::DrawStreamline(KesraEngine::CKesraRenderer& renderer)
     m_mesh.Draw();
 }
 
-CGlStreamline* CGlStreamlineFactory::MakeStreamline()
-{
-    return &m_made.emplace_back();
-}
-
 } // namespace KesraGl

@@ -12,10 +12,8 @@
 #pragma once
 
 #include "Engine/Streamline.h"
-#include "Engine/StreamlineFactory.h"
+#include "common/Factories.h"
 #include "gl/GlMesh.h"
-
-#include <list>
 
 namespace KesraGl
 {
@@ -55,15 +53,6 @@ private:
     bool m_changed = true;
 };
 
-class CGlStreamlineFactory : public KesraEngine::IKesraStreamlineFactory
-{
-public:
-    // A new tube, owned by the factory and destroyed with it.
-    CGlStreamline* MakeStreamline() override;
-
-private:
-    // A list keeps every tube at its address while more are made.
-    std::list<CGlStreamline> m_made;
-};
+using CGlStreamlineFactory = KesraBackend::TStreamlineFactory<CGlStreamline>;
 
 } // namespace KesraGl

@@ -1,25 +1,9 @@
 #include "gl/GlTipManager.h"
 
-#include "Engine/Camera.h"
 #include "gl/GlRenderer.h"
-
-#include <algorithm>
 
 namespace KesraGl
 {
-
-namespace
-{
-
-constexpr int kFontSizes[] = {10, 12, 14, 16, 20};
-constexpr float kPadding = 4.0f;
-
-Color Opaque(const Color& color)
-{
-    return Color{color.red, color.green, color.blue, 255};
-}
-
-} // namespace
 
 void CGlTipManager::DrawTips(KesraEngine::CKesraRenderer& renderer)
 {
@@ -30,41 +14,24 @@ void CGlTipManager::DrawTips(KesraEngine::CKesraRenderer& renderer)
         return;
     }
     CGlCanvas& canvas = gl->Canvas();
-    const int fontIndex = std::clamp(static_cast<int>(m_fontType), 0, 4);
-    const TextStyle style{gl->Style(0).file, kFontSizes[fontIndex]};
-    const float ascent = static_cast<float>(canvas.Ascender(style));
-    for (int i = 0; i < GetTipsNum(); ++i)
+    const Color line = LineColor();
+    const Color background = BackgroundColor();
+    const Color text = TextColor();
+    for (const KesraBackend::TipPlacement& tip :
+         Place(*camera, *gl, gl->GetWidth(), gl->GetHeight()))
     {
-        const KesraEngine::CKesraTip* tip = GetTip(i);
-        double original[3];
-        double effect[3];
-        tip->GetOriginalCoord(original);
-        tip->GetEffectCoord(effect);
-        KesraEngine::CKesraCamera::Vector at;
-        KesraEngine::CKesraCamera::Vector label;
-        camera->ProjectPointWorldToView({original[0], original[1], original[2]}, at);
-        camera->ProjectPointWorldToView({effect[0], effect[1], effect[2]}, label);
-        const float ax = static_cast<float>(at.x);
-        const float ay = static_cast<float>(at.y);
-        const float lx = static_cast<float>(label.x);
-        const float ly = static_cast<float>(label.y);
-        const std::string text = tip->GetContext();
-        const float width = canvas.TextWidth(text, style) + 2.0f * kPadding;
-        const float height = ascent + 2.0f * kPadding + 2.0f;
-        // The label is centred on the effect point.
-        const float left = lx - 0.5f * width;
-        const float bottom = ly - 0.5f * height;
-        canvas.Line(lx, ly, ax, ay, 1.5f, Opaque(m_linkingLineColor));
-        canvas.Rect(ax - 2.5f, ay - 2.5f, ax + 2.5f, ay + 2.5f, Opaque(m_linkingLineColor));
-        canvas.Rect(left, bottom, left + width, bottom + height, Opaque(m_backgroundColor));
-        canvas.Frame(left, bottom, left + width, bottom + height, 1.0f, Opaque(m_linkingLineColor));
-        canvas.Text(left + kPadding, bottom + kPadding + 2.0f, text, style, Opaque(m_textColor));
+        const float ax = static_cast<float>(tip.pointX);
+        const float ay = static_cast<float>(tip.pointY);
+        const float left = static_cast<float>(tip.label.left);
+        const float bottom = static_cast<float>(tip.label.bottom);
+        const float right = static_cast<float>(tip.label.left + tip.label.width);
+        const float top = static_cast<float>(tip.label.bottom + tip.label.height);
+        canvas.Line(0.5f * (left + right), 0.5f * (bottom + top), ax, ay, 1.5f, line);
+        canvas.Rect(ax - 2.5f, ay - 2.5f, ax + 2.5f, ay + 2.5f, line);
+        canvas.Rect(left, bottom, right, top, background);
+        canvas.Frame(left, bottom, right, top, 1.0f, line);
+        gl->DrawText(tip.text, text);
     }
-}
-
-CGlTipManager* CGlTipManagerFactory::CreateTipManager()
-{
-    return &m_made.emplace_back();
 }
 
 } // namespace KesraGl

@@ -1,18 +1,16 @@
-// CGlTipManager: tips drawn over an OpenGL view: a leader line from the
-// label to the annotated point, a dot there, and the text on a framed label
-// at the effect coordinate, all projected through the renderer's camera.
-// The font type picks 10, 12, 14, 16 or 20 pixels.
+// CGlTipManager: tips drawn over an OpenGL view, placed as every backend
+// places them (CTipLabels): a leader line from the label to the annotated
+// point, a dot there, and the text on a framed label, all projected through
+// the renderer's camera.
 #pragma once
 
-#include "Engine/TipManager.h"
-#include "Engine/TipMagFactory.h"
-
-#include <list>
+#include "common/Factories.h"
+#include "common/TipLayout.h"
 
 namespace KesraGl
 {
 
-class CGlTipManager : public KesraEngine::CKesraTipManager
+class CGlTipManager : public KesraBackend::CTipLabels
 {
 public:
     CGlTipManager() = default;
@@ -22,13 +20,6 @@ public:
     void DrawTips(KesraEngine::CKesraRenderer& renderer) override;
 };
 
-class CGlTipManagerFactory : public KesraEngine::IKesraTipMagFactory
-{
-public:
-    CGlTipManager* CreateTipManager() override;
-
-private:
-    std::list<CGlTipManager> m_made;
-};
+using CGlTipManagerFactory = KesraBackend::TTipManagerFactory<CGlTipManager>;
 
 } // namespace KesraGl

@@ -7,7 +7,7 @@
 // documents can be nested in one (a contact sheet) without clashing ids.
 #pragma once
 
-#include "MathKit/GenColor.h"
+#include "common/OverlayText.h"
 #include "svg/SvgWriter.h"
 
 #include <string>
@@ -15,15 +15,8 @@
 namespace KesraSvg
 {
 
-using Color = KesraMathKit::TKesraGenColor<unsigned char>;
-
-// How a text is placed relative to its position.
-enum class Anchor
-{
-    Start,
-    Middle,
-    End
-};
+using Color = KesraBackend::Color;
+using Anchor = KesraBackend::Anchor;
 
 struct TextStyle
 {

@@ -9,7 +9,7 @@ namespace KesraSvg
 {
 
 CSvgDraggedArea::CSvgDraggedArea(CSvgRenderer& renderer, int width, int height)
-    : CRubberBand(width, height), m_renderer(&renderer)
+    : CRubberBand(width, height, renderer), m_renderer(&renderer)
 {
 }
 
@@ -52,27 +52,9 @@ void CSvgDraggedArea::Draw()
     svg.Attribute("height", height, 0);
     svg.Attribute("fill", "none");
     svg.Attribute("stroke", HexColor(m_color.red, m_color.green, m_color.blue));
-    svg.Attribute("stroke-width", m_lineWidth, 2);
+    svg.Attribute("stroke-width", GetLineWidth(), 2);
     svg.Attribute("stroke-dasharray", "6 4");
     svg.Close();
-}
-
-void CSvgDraggedArea::Erase()
-{
-    RequestRedraw();
-}
-
-void CSvgDraggedArea::SetLineWidth(float width)
-{
-    if (width > 0.0f)
-    {
-        m_lineWidth = width;
-    }
-}
-
-void CSvgDraggedArea::RequestRedraw()
-{
-    m_renderer->Invalidate();
 }
 
 } // namespace KesraSvg

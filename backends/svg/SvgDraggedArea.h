@@ -1,10 +1,7 @@
-// CSvgDraggedArea: the rubber-band rectangle of one SVG renderer.
-//
-// The host forwards the mouse (window pixels, y up) to OnMouseDown,
-// OnMouseMove and OnMouseUp, which CRubberBand handles as every backend
-// does; a redraw request marks the renderer's picture out of date. The
-// renderer draws the rectangle, dashed in the area's colour,
-// in every frame written while a drag is under way.
+// CSvgDraggedArea: the rubber-band rectangle of one SVG renderer, dashed in
+// the area's colour. The host forwards the mouse (window pixels, y up) to
+// OnMouseDown, OnMouseMove and OnMouseUp; the bookkeeping, redraw requests
+// and line width are every backend's (CRubberBand).
 #pragma once
 
 #include "common/RubberBand.h"
@@ -27,18 +24,9 @@ public:
     void EndOverlay() override;
     // The rectangle between the two mouse positions, dashed, in its colour.
     void Draw() override;
-    // Not applicable: SVG frames are written whole, so there is nothing to
-    // paint over; the area asks for a redraw, whose frame lacks the rectangle
-    // once the drag is over.
-    void Erase() override;
-    // Outline width in pixels; refused unless > 0.
-    void SetLineWidth(float width) override;
-    // Marks the renderer's picture as out of date.
-    void RequestRedraw() override;
 
 private:
     CSvgRenderer* m_renderer;
-    float m_lineWidth = 1.5f;
     bool m_overlayOpen = false;
 };
 

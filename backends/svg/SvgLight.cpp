@@ -7,7 +7,7 @@
 namespace KesraSvg
 {
 
-CSvgLight::CSvgLight(CSvgRenderer& renderer) : m_renderer(&renderer)
+CSvgLight::CSvgLight(CSvgRenderer& renderer) : CShadingLight(renderer), m_renderer(&renderer)
 {
 }
 
@@ -17,16 +17,6 @@ void CSvgLight::Apply()
     m_renderer->SetShadingLight(this);
 }
 
-void CSvgLight::TurnOn()
-{
-    SetSwitch(1);
-}
-
-void CSvgLight::TurnOff()
-{
-    SetSwitch(0);
-}
-
 void CSvgLight::DrawSymbol()
 {
     CSvgCanvas* canvas = m_renderer->GetCanvas();
@@ -34,10 +24,9 @@ void CSvgLight::DrawSymbol()
     {
         return;
     }
-    const Vector toLight = DirectionToLight();
-    const double rim = 0.45 * std::fmin(canvas->Width(), canvas->Height());
-    const double x = 0.5 * canvas->Width() + rim * toLight.x;
-    const double y = 0.5 * canvas->Height() + rim * toLight.y;
+    double x = 0.0;
+    double y = 0.0;
+    SymbolPlace(x, y);
     const Color color{m_color.red, m_color.green, m_color.blue, 255};
     canvas->BeginGroup("light");
     for (int ray = 0; ray < 8; ++ray)
@@ -49,17 +38,6 @@ void CSvgLight::DrawSymbol()
     }
     m_renderer->DrawPoint(x, y, 10.0, color);
     canvas->EndGroup();
-}
-
-CSvgLight::Vector CSvgLight::DirectionToLight() const
-{
-    Vector direction = m_position - m_focalPoint;
-    direction.Normalize();
-    if (direction.x == 0.0 && direction.y == 0.0 && direction.z == 0.0)
-    {
-        return Vector(0.0, 0.0, 1.0);
-    }
-    return direction;
 }
 
 } // namespace KesraSvg

@@ -49,7 +49,7 @@ std::string CssFaceName(std::string face)
 
 } // namespace
 
-CSvgRenderer::CSvgRenderer(int width, int height) : CKesraRenderer(width, height)
+CSvgRenderer::CSvgRenderer(int width, int height) : COverlayRenderer(width, height)
 {
 }
 
@@ -81,34 +81,21 @@ void CSvgRenderer::InitializeState()
     ApplyPolygonOffset();
 }
 
-void CSvgRenderer::Render()
+bool CSvgRenderer::BeginFrame()
 {
     if (!m_contextCreated)
     {
-        return;
+        return false;
     }
     m_canvas = std::make_unique<CSvgCanvas>(m_width, m_height, m_idPrefix);
-    if (m_camera != nullptr)
-    {
-        m_camera->ApplyViewport();
-        m_camera->ApplyProjection();
-        m_camera->ApplyModelView();
-    }
-    DrawBackground();
-    DrawScene();
-    DrawOverlays();
-    DrawTitle();
+    return true;
+}
+
+void CSvgRenderer::EndFrame()
+{
     std::string frame = m_canvas->Finish();
     m_canvas.reset();
-    if (m_doubleBuffer)
-    {
-        m_backDocument.swap(frame);
-        SwapBuffers();
-    }
-    else
-    {
-        m_frontDocument.swap(frame);
-    }
+    (m_doubleBuffer ? m_backDocument : m_frontDocument).swap(frame);
     m_redrawRequested = false;
 }
 
@@ -204,38 +191,11 @@ void CSvgRenderer::DrawScene()
     m_canvas->EndGroup();
 }
 
-void CSvgRenderer::DrawOverlays()
+void CSvgRenderer::DrawOwnOverlay(KesraBackend::Overlay overlay)
 {
-    if (m_canvas == nullptr)
+    if (overlay == KesraBackend::Overlay::CurveInset && m_curveInset.curve != nullptr)
     {
-        return;
-    }
-    if (m_tipManager != nullptr)
-    {
-        m_tipManager->DrawTips(*this);
-    }
-    DrawCurveInset();
-    if (m_scalarBar != nullptr)
-    {
-        m_scalarBar->Draw(*this);
-    }
-    if (m_ruler != nullptr)
-    {
-        m_ruler->Draw(*this);
-    }
-    if (m_axis != nullptr)
-    {
-        m_axis->Draw();
-    }
-    if (m_showLightSymbol && m_light != nullptr)
-    {
-        m_light->DrawSymbol();
-    }
-    if (m_draggedArea != nullptr && m_draggedArea->IsDragged())
-    {
-        m_draggedArea->BeginOverlay();
-        m_draggedArea->Draw();
-        m_draggedArea->EndOverlay();
+        DrawCurveChart(*this, m_curveInset);
     }
 }
 
@@ -245,10 +205,8 @@ void CSvgRenderer::DrawTitle()
     {
         return;
     }
-    TextStyle style = GetTextStyle(4, m_titleColor);
-    style.bold = true;
     m_canvas->BeginGroup("title");
-    m_canvas->Text(14.0, m_canvas->Height() - 14.0 - style.size, m_name, style, Anchor::Start);
+    DrawText(TitleLine(), m_titleColor);
     m_canvas->EndGroup();
 }
 
@@ -288,29 +246,10 @@ float CSvgRenderer::ReadDepth(int, int)
     return 1.0f;
 }
 
-void CSvgRenderer::OnResize(int width, int height)
+void CSvgRenderer::SetShadingLight(CSvgLight* light)
 {
-    if (m_camera != nullptr)
-    {
-        m_camera->SetWindowSize(width, height);
-    }
-    if (m_scalarBar != nullptr)
-    {
-        m_scalarBar->SetWindowSize(width, height);
-    }
-    if (m_ruler != nullptr)
-    {
-        m_ruler->SetWindowSize(width, height);
-    }
-    if (m_axis != nullptr)
-    {
-        m_axis->SetWindowSize(width, height);
-    }
-    if (m_draggedArea != nullptr)
-    {
-        m_draggedArea->SetWindowSize(width, height);
-    }
-    Invalidate();
+    m_light = light;
+    m_attached.light = light;
 }
 
 void CSvgRenderer::AddStreamline(KesraEngine::CKesraStreamline* streamline)
@@ -435,27 +374,37 @@ Color CSvgRenderer::Shade(const Vector& normal, const Color& base) const
 TextStyle CSvgRenderer::GetTextStyle(int sizeChange, const Color& color) const
 {
     TextStyle style;
-    int size = 14;
     if (m_font != nullptr)
     {
         style.face = CssFaceName(m_font->GetFace());
-        size = m_font->GetSize();
         style.bold = m_font->GetBold() != 0;
         style.italic = m_font->GetItalic() != 0;
     }
-    // A size the viewer cannot show falls back to the default.
-    size = (size >= 1 && size <= 400) ? size : 14;
-    style.size = std::clamp(size + sizeChange, 4, 400);
+    style.size = KesraBackend::TextSize(m_font, sizeChange);
     style.color = color;
     return style;
 }
 
-Color CSvgRenderer::ContrastingTextColor() const
+void CSvgRenderer::DrawText(const KesraBackend::TextLine& line, const Color& color)
 {
-    const Color& background = m_backgroundColor;
-    const double luminance =
-        0.299 * background.red + 0.587 * background.green + 0.114 * background.blue;
-    return luminance >= 128.0 ? Color{0, 0, 0, 255} : Color{255, 255, 255, 255};
+    if (m_canvas == nullptr || (line.text.empty() && line.superscript.empty() && line.tail.empty()))
+    {
+        return;
+    }
+    TextStyle style = GetTextStyle(line.sizeChange, color);
+    style.bold = style.bold || line.bold;
+    style.italic = style.italic || line.italic;
+    m_canvas->Text(line.x, line.y, line.text, style, line.anchor, line.superscript, line.tail);
+}
+
+double CSvgRenderer::TextWidth(const std::string& text, int sizeChange) const
+{
+    return EstimateTextWidth(text, KesraBackend::TextSize(m_font, sizeChange));
+}
+
+double CSvgRenderer::TextHeight(int sizeChange) const
+{
+    return KesraBackend::TextSize(m_font, sizeChange);
 }
 
 void CSvgRenderer::DrawPoint(double x, double y, double size, const Color& color)
@@ -485,14 +434,6 @@ void CSvgRenderer::DrawPoint(double x, double y, double size, const Color& color
     svg.Attribute("stroke", "#333333");
     svg.Attribute("stroke-width", "1");
     svg.Close();
-}
-
-void CSvgRenderer::DrawCurveInset()
-{
-    if (m_curveInset.curve != nullptr)
-    {
-        DrawCurveChart(*this, m_curveInset);
-    }
 }
 
 } // namespace KesraSvg

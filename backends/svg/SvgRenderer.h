@@ -2,11 +2,12 @@
 //
 // The renderer shows the camera set with SetCamera and the objects the host
 // attaches to it (tubes, surfaces, tips, legend, ruler, axis triad, dragged
-// area, an inset curve), none of which it owns. Render draws, in this order: the
-// background; the tubes, whose quadrilaterals the streamlines hand back
-// through AddQuad, together with the surfaces, painted back to front by view
-// depth over all of them, since SVG has no depth buffer; the overlays; the title. The
-// finished document is read with GetDocument.
+// area, an inset curve), none of which it owns. What a frame is made of, the
+// overlays' order and what follows a resize are every backend's
+// (COverlayRenderer). The scene is the tubes, whose quadrilaterals the
+// streamlines hand back through AddQuad, together with the surfaces, painted
+// back to front by view depth over all of them, since SVG has no depth
+// buffer. The finished document is read with GetDocument.
 //
 // The "graphics context" of SVG is the document under construction: there is
 // no driver, thread binding or pixel buffer, so the operations that deal with
@@ -15,9 +16,9 @@
 #pragma once
 
 #include "Engine/Font.h"
-#include "Engine/Renderer.h"
 #include "MathKit/Matrix4.h"
 #include "MathKit/Vector3.h"
+#include "common/OverlayRenderer.h"
 #include "svg/SvgCanvas.h"
 
 #include <array>
@@ -29,18 +30,14 @@ namespace KesraEngine
 {
 class CKesraAxis;
 class CKesraCurve2D;
-class CKesraDraggedArea;
 class CKesraScalarBar;
 class CKesraStreamline;
-class CKesraTipManager;
 } // namespace KesraEngine
 
 namespace KesraSvg
 {
 
 class CSvgLight;
-class CSvgRuler;
-class CSvgScalarBar;
 
 // One quadrilateral of the scene: corners in window pixels (y up) in outline
 // order, the mean view depth (larger is nearer) and the shaded colour.
@@ -79,7 +76,7 @@ struct CurveInset
     const KesraEngine::CKesraScalarBar* legend = nullptr;
 };
 
-class CSvgRenderer : public KesraEngine::CKesraRenderer
+class CSvgRenderer : public KesraBackend::COverlayRenderer
 {
 public:
     using Vector = KesraMathKit::TKesraVector3<double>;
@@ -98,18 +95,12 @@ public:
     bool MakeCurrent() override;
     // Hands the stored smoothing and polygon offset settings to the context.
     void InitializeState() override;
-    // Writes one frame: background, tubes, overlays, title; then presents it.
-    // Does nothing without a context.
-    void Render() override;
     // The first background colour at the top fading into the second at the
     // bottom while the gradient switch is on, else the first colour.
     void DrawBackground() override;
     // Asks every attached streamline to draw itself, adds the surfaces, then
     // paints the quadrilaterals of all of them back to front.
     void DrawScene() override;
-    // Tips, inset curve, legend, ruler, axis triad, the light's symbol when
-    // asked for, and the dragged rectangle on top.
-    void DrawOverlays() override;
     // The name in the title colour in the top-left corner, in the font a size
     // larger and bold.
     void DrawTitle() override;
@@ -131,9 +122,6 @@ public:
     // Not applicable: there is no depth buffer. Always 1, the depth where
     // nothing is drawn.
     float ReadDepth(int x, int y) override;
-    // The next frame has the new size; the camera and the attached overlays
-    // are given the new window size.
-    void OnResize(int width, int height) override;
 
     // ---- The picture -------------------------------------------------------------
 
@@ -143,21 +131,16 @@ public:
     // Prefix of the element ids of every frame, for documents nested in one.
     void SetIdPrefix(std::string prefix) { m_idPrefix = std::move(prefix); }
 
-    // ---- What is drawn (not owned; null detaches) ------------------------------
+    // ---- What is drawn (not owned; null detaches; the overlays' setters are
+    // COverlayRenderer's) --------------------------------------------------------
 
     void AddStreamline(KesraEngine::CKesraStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(const SurfaceMesh* surface);
-    void SetTipManager(KesraEngine::CKesraTipManager* tips) { m_tipManager = tips; }
-    void SetScalarBar(CSvgScalarBar* legend) { m_scalarBar = legend; }
-    void SetRuler(CSvgRuler* ruler) { m_ruler = ruler; }
-    void SetAxis(KesraEngine::CKesraAxis* axis) { m_axis = axis; }
-    void SetDraggedArea(KesraEngine::CKesraDraggedArea* area) { m_draggedArea = area; }
+    void SetAxis(KesraEngine::CKesraAxis* axis) { m_attached.axis = axis; }
     void SetCurveInset(const CurveInset& inset) { m_curveInset = inset; }
     // The font of every text; null for a 14-pixel sans-serif.
     void SetFont(const KesraEngine::CKesraFont* font) { m_font = font; }
-    // Draws the applied light's symbol in every frame.
-    void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
 
     // ---- For the backend's drawing classes ---------------------------------------
 
@@ -172,7 +155,7 @@ public:
     void AddQuad(const Vector (&corners)[4], const Vector& normalSum, const Color& base);
     // The light that shades the tubes (CSvgLight::Apply); null for unlit
     // colours.
-    void SetShadingLight(CSvgLight* light) { m_light = light; }
+    void SetShadingLight(CSvgLight* light);
     const CSvgLight* GetShadingLight() const { return m_light; }
     // The colour of a surface of colour base whose unit normal, in view space
     // (x right, y up, z toward the viewer), is normal: Lambert shading with a
@@ -182,17 +165,33 @@ public:
     // The font's face, size and style, the size changed by sizeChange pixels,
     // in color.
     TextStyle GetTextStyle(int sizeChange, const Color& color) const;
-    // Black or white, whichever reads better on the background.
-    Color ContrastingTextColor() const;
+    // A line of a layout in color, into the frame under way.
+    void DrawText(const KesraBackend::TextLine& line, const Color& color);
+    // SVG leaves measuring to the viewer: EstimateTextWidth, and the font
+    // size as the height.
+    double TextWidth(const std::string& text, int sizeChange) const override;
+    double TextHeight(int sizeChange) const override;
     // SVG's shape-rendering for faces and lines, as ApplySmoothing chose.
     const char* FaceRendering() const { return m_faceRendering; }
     const char* LineRendering() const { return m_lineRendering; }
     // Draws a marked point at window pixel (x, y) with the point smoothing.
     void DrawPoint(double x, double y, double size, const Color& color);
 
+protected:
+    // A new document of the window's size; false without a context.
+    bool BeginFrame() override;
+    // The finished document goes to the back buffer (double buffering) or
+    // straight to the front one; the picture is up to date.
+    void EndFrame() override;
+    bool BeginOverlays() override { return m_canvas != nullptr; }
+    void EndOverlays() override {}
+    // The curve inset.
+    void DrawOwnOverlay(KesraBackend::Overlay overlay) override;
+    // Nothing to resize: the next document has the new size.
+    void ResizeSurface(int, int) override {}
+
 private:
     void AddSurfaceQuads(const SurfaceMesh& surface);
-    void DrawCurveInset();
 
     bool m_contextCreated = false;
     std::unique_ptr<CSvgCanvas> m_canvas;
@@ -207,15 +206,9 @@ private:
 
     std::vector<KesraEngine::CKesraStreamline*> m_streamlines;
     std::vector<const SurfaceMesh*> m_surfaces;
-    KesraEngine::CKesraTipManager* m_tipManager = nullptr;
-    CSvgScalarBar* m_scalarBar = nullptr;
-    CSvgRuler* m_ruler = nullptr;
-    KesraEngine::CKesraAxis* m_axis = nullptr;
-    KesraEngine::CKesraDraggedArea* m_draggedArea = nullptr;
     CurveInset m_curveInset;
     const KesraEngine::CKesraFont* m_font = nullptr;
     CSvgLight* m_light = nullptr;
-    bool m_showLightSymbol = false;
 };
 
 } // namespace KesraSvg

@@ -105,9 +105,4 @@ std::vector<Color> CSvgStreamline::QuadColors() const
     return colors;
 }
 
-CSvgStreamline* CSvgStreamlineFactory::MakeStreamline()
-{
-    return &m_made.emplace_back();
-}
-
 } // namespace KesraSvg

@@ -14,10 +14,9 @@
 #pragma once
 
 #include "Engine/Streamline.h"
-#include "Engine/StreamlineFactory.h"
+#include "common/Factories.h"
 #include "svg/SvgCanvas.h"
 
-#include <list>
 #include <vector>
 
 namespace KesraEngine
@@ -53,15 +52,6 @@ private:
     const KesraEngine::CKesraScalarBar* m_legend = nullptr;
 };
 
-class CSvgStreamlineFactory : public KesraEngine::IKesraStreamlineFactory
-{
-public:
-    // A new tube, owned by the factory and destroyed with it.
-    CSvgStreamline* MakeStreamline() override;
-
-private:
-    // A list keeps every tube at its address while more are made.
-    std::list<CSvgStreamline> m_made;
-};
+using CSvgStreamlineFactory = KesraBackend::TStreamlineFactory<CSvgStreamline>;
 
 } // namespace KesraSvg

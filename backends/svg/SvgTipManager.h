@@ -1,25 +1,18 @@
-// CSvgTipManager: annotation tips drawn into SVG frames, and the factory
-// that makes such managers.
-//
-// Each tip is a line in the linking-line colour from its label to the point
-// it annotates, a marked point there, and a label box in the background
-// colour, outlined in the linking-line colour, centred at the projected
-// effect coordinate, with the text in the text colour. Labels whose boxes
-// would overlap in the picture are moved apart vertically, and labels are
-// kept inside the window; the linking lines follow. The font type moves
-// the renderer's font size: small -4, medium -2, normal 0, large +3, huge +6
-// pixels.
+// CSvgTipManager: annotation tips drawn into SVG frames, placed as every
+// backend places them (CTipLabels), and the factory that makes such
+// managers. Each tip is a line in the linking-line colour from its label to
+// the point it annotates, a marked point there, and a label box in the
+// background colour, outlined in the linking-line colour, with the text in
+// the text colour.
 #pragma once
 
-#include "Engine/TipMagFactory.h"
-#include "Engine/TipManager.h"
-
-#include <list>
+#include "common/Factories.h"
+#include "common/TipLayout.h"
 
 namespace KesraSvg
 {
 
-class CSvgTipManager : public KesraEngine::CKesraTipManager
+class CSvgTipManager : public KesraBackend::CTipLabels
 {
 public:
     CSvgTipManager() = default;
@@ -29,14 +22,6 @@ public:
     void DrawTips(KesraEngine::CKesraRenderer& renderer) override;
 };
 
-class CSvgTipManagerFactory : public KesraEngine::IKesraTipMagFactory
-{
-public:
-    // A new manager, owned by the factory and destroyed with it.
-    KesraEngine::CKesraTipManager* CreateTipManager() override;
-
-private:
-    std::list<CSvgTipManager> m_made;
-};
+using CSvgTipManagerFactory = KesraBackend::TTipManagerFactory<CSvgTipManager>;
 
 } // namespace KesraSvg

@@ -372,11 +372,13 @@ TEST(GlCamera, MouseOperationsInPixels)
     camera.ZoomToRectangle(x, y, x + 30, y); // no area: refused
     EXPECT_FLOAT_EQ(camera.GetScale(), static_cast<float>(scale * (40.0 / kWidth)));
 
-    // A horizontal drag turns about the view's y axis, 0.4 degree a pixel.
+    // A horizontal drag turns about the view's y axis, 0.5 degree a pixel
+    // from where it began, whatever the moves on the way.
     LookDownZ(camera, 0.05f);
     camera.BeginRotate(100, 75);
     camera.Rotate(100, 75);
-    camera.Rotate(325, 75);
+    camera.Rotate(400, 20);
+    camera.Rotate(280, 75);
     camera.EndInteraction();
     const KesraMathKit::TKesraMatrix4<double>& turned = camera.GetRotateMatrix();
     // Column 0 is where the model's x axis points in view: turned by 90 degrees

@@ -10,6 +10,7 @@
 #include "gl/GlRuler.h"
 #include "gl/GlTipManager.h"
 
+#include <cmath>
 #include <string>
 
 namespace
@@ -181,6 +182,12 @@ TEST(GlFont, FacesPickTheirFilesAndTheAtlasMeasures)
     ASSERT_NE(atlas.Find('g'), nullptr);
     EXPECT_GT(atlas.Find('g')->height, atlas.Find('g')->top) << "g descends";
     EXPECT_GT(atlas.Ascender(), 10);
+    // Latin-1 too, as UTF-8 or as a lone byte: the times sign of a power of ten.
+    EXPECT_GT(atlas.TextWidth("\xC3\x97"), 0.0f);
+    EXPECT_EQ(atlas.TextWidth("\xD7"), atlas.TextWidth("\xC3\x97"));
+    EXPECT_NE(atlas.FindCode(0xE9), nullptr);
+    EXPECT_EQ(atlas.FindCode(0x100), nullptr);
+    EXPECT_EQ(atlas.TextWidth("a\xC4\x80"), atlas.TextWidth("a")) << "beyond Latin-1: nothing";
     try
     {
         const KesraGl::CGlyphAtlas missing("/no/such/font.ttf", 12);
@@ -190,6 +197,41 @@ TEST(GlFont, FacesPickTheirFilesAndTheAtlasMeasures)
     {
         EXPECT_NE(std::string(error.what()).find("/no/such/font.ttf"), std::string::npos);
     }
+}
+
+TEST(GlText, ASuperscriptIsRaisedAfterItsTextAndTheAnchorPlacesTheWholeLine)
+{
+    HeadlessRenderer gl(kWidth, kHeight);
+    ASSERT_TRUE(gl.created);
+    const KesraGl::TextStyle style{KesraGl::CGlFont().FontFile(), 20};
+    float base = 0.0f;
+    float whole = 0.0f;
+    gl.renderer.SetExtraOverlay([&](KesraGl::CGlRenderer& renderer) {
+        KesraGl::CGlCanvas& canvas = renderer.Canvas();
+        base = canvas.TextWidth("10", style);
+        whole = base + canvas.TextWidth("3", {style.file, 15});
+        canvas.Text(100.0f, 60.0f, "10", style, Color{0, 0, 0, 255}, KesraGl::Anchor::Middle, "3");
+    });
+    gl.renderer.Render();
+    const auto darkIn = [&gl](int x0, int x1, int y0, int y1) {
+        int dark = 0;
+        for (int y = y0; y <= y1; ++y)
+        {
+            for (int x = x0; x <= x1; ++x)
+            {
+                dark += PixelAt(gl.renderer, x, y).red < 128 ? 1 : 0;
+            }
+        }
+        return dark;
+    };
+    const int left = static_cast<int>(std::round(100.0f - 0.5f * whole));
+    const int exponent = left + static_cast<int>(base);
+    // The exponent stands right of "10", its foot 8 pixels up; nothing of it
+    // at the baseline, and nothing right of the whole line.
+    EXPECT_GT(darkIn(exponent, exponent + 10, 70, 80), 10);
+    EXPECT_EQ(darkIn(exponent + 1, exponent + 10, 58, 66), 0);
+    EXPECT_GT(darkIn(left, exponent - 1, 60, 70), 10);
+    EXPECT_EQ(darkIn(left + static_cast<int>(whole) + 2, kWidth - 1, 50, 90), 0);
 }
 
 TEST(GlContext, RefusesWithAReason)

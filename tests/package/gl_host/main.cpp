@@ -19,6 +19,8 @@ int main()
     }
     renderer.SetBackgroundColor({10, 20, 30, 255});
     renderer.SetGradient(0);
+    // The default title would reach the middle of a window this small.
+    renderer.SetName("");
     renderer.Render();
     unsigned char rgba[4] = {0, 0, 0, 0};
     if (!renderer.ReadPixels(32, 24, 1, 1, rgba) || rgba[0] != 10 || rgba[1] != 20 || rgba[2] != 30)

@@ -1,0 +1,258 @@
+// The colour legend's layout, the same in every backend, and CLegendBar, the
+// legend class the backends' legends derive from.
+//
+// The layout reads the library's two layout units (window pixels, y up):
+// - direction 0, a vertical bar from 2 to 10 units x right of the start and
+//   from 1.2 to 8.4 units y above it; the labels stand to its right, the note
+//   below it.
+// - otherwise a horizontal bar from 2 to 14 units x and from 1.6 to 2.6 units
+//   y above the layout's base line; the labels stand below it and the note
+//   below them.
+// The bar is rounded to whole pixels, so that each pixel row (column) of a
+// smooth bar stands for one value and edges fall on pixel borders. There are
+// block number + 1 labels, at the block edges, thinned out where neighbours
+// would touch (the two ends always show), each with a tick while show node is
+// on. A label is value / 10^e with the second value-format number as its
+// decimals, e = GetExponentialBase(minimum, maximum, first number); when e is
+// not 0 the unit line ends in "x10" with e raised. The unit line stands above
+// the bar (half a line higher over a vertical bar, whose top label straddles
+// its top edge) and the title line above that: each text has a line of its
+// own, so none can run into another. Labels and unit are two pixels smaller than the
+// renderer's font, the title is its size and bold, the note italic.
+#pragma once
+
+#include "Engine/Renderer.h"
+#include "Engine/ScalarBar.h"
+#include "common/LegendLabels.h"
+#include "common/OverlayText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace KesraBackend
+{
+
+// What the layout reads from a legend.
+struct LegendInput
+{
+    bool vertical = true;
+    int startX = 0;
+    // The base line the bar stands on, window pixels.
+    int bottom = 0;
+    float unitX = 0.0f;
+    float unitY = 0.0f;
+    double minimum = 0.0;
+    double maximum = 1.0;
+    int blocks = 1;
+    // The power of ten taken out of the labels, and their decimals.
+    int exponent = 0;
+    int decimals = 2;
+    bool ticks = true;
+    std::string title;
+    std::string unit;
+    std::string note;
+};
+
+struct LegendLayout
+{
+    bool vertical = true;
+    Box bar;
+    // The block edges from minimum to maximum; edge k lies at k / blocks of
+    // the bar's length.
+    std::vector<double> edges;
+    std::vector<Segment> ticks;
+    // Only the labels that show.
+    std::vector<TextLine> labels;
+    // An empty text is not drawn.
+    TextLine unit;
+    TextLine title;
+    TextLine note;
+};
+
+constexpr int kLegendLabelSize = -2;
+constexpr int kLegendTitleSize = 0;
+// Pixels: the ticks' length, and the space between lines of text.
+constexpr double kLegendTick = 5.0;
+constexpr double kLegendGap = 6.0;
+
+// The bar's rectangle, in float as the layout units are, rounded to whole
+// pixels and at least one pixel each way.
+inline Box LegendBar(const LegendInput& in)
+{
+    const float startX = static_cast<float>(in.startX);
+    const float base = static_cast<float>(in.bottom);
+    const float left = std::round(startX + 2.0f * in.unitX);
+    const float bottom = std::round(base + (in.vertical ? 1.2f : 1.6f) * in.unitY);
+    const float width = std::round((in.vertical ? 8.0f : 12.0f) * in.unitX);
+    const float height = std::round((in.vertical ? 7.2f : 1.0f) * in.unitY);
+    return Box{left, bottom, std::max(width, 1.0f), std::max(height, 1.0f)};
+}
+
+// Which of the labels at n + 1 equally spaced edges, spacing pixels apart,
+// show so that shown labels stand at least needed pixels apart: every step-th
+// from the first, and the last. When the last is not a step-th, the step-th
+// before it stands less than a step from it and gives way. The first and the
+// last always show.
+inline std::vector<bool> ShownLabels(int n, double spacing, double needed)
+{
+    std::vector<bool> shown(static_cast<std::size_t>(std::max(n, 0)) + 1, false);
+    int step = 1;
+    if (spacing > 0.0 && spacing < needed)
+    {
+        step = static_cast<int>(std::ceil(needed / spacing));
+    }
+    int last = 0;
+    for (int k = 0; k <= n; k += step)
+    {
+        shown[static_cast<std::size_t>(k)] = true;
+        last = k;
+    }
+    if (last != n)
+    {
+        shown[static_cast<std::size_t>(last)] = last == 0;
+        shown[static_cast<std::size_t>(n)] = true;
+    }
+    return shown;
+}
+
+inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& measure)
+{
+    LegendLayout layout;
+    layout.vertical = in.vertical;
+    layout.bar = LegendBar(in);
+    layout.edges = BlockEdges(in.minimum, in.maximum, in.blocks);
+    const Box& bar = layout.bar;
+    const int n = static_cast<int>(layout.edges.size()) - 1;
+    const double h = measure.TextHeight(kLegendLabelSize);
+    std::vector<std::string> texts;
+    double widest = 0.0;
+    for (const double edge : layout.edges)
+    {
+        texts.push_back(ScaledLabel(edge, in.exponent, in.decimals));
+        widest = std::max(widest, measure.TextWidth(texts.back(), kLegendLabelSize));
+    }
+    const double length = in.vertical ? bar.height : bar.width;
+    const double needed = in.vertical ? h + 4.0 : widest + 10.0;
+    const std::vector<bool> shown = ShownLabels(n, length / n, needed);
+    // Below a horizontal bar: the labels' baseline, under their ticks.
+    const double labelBaseline = bar.bottom - kLegendTick - 2.0 - h;
+    for (int k = 0; k <= n; ++k)
+    {
+        const double along = static_cast<double>(k) / n * length;
+        TextLine label;
+        label.sizeChange = kLegendLabelSize;
+        label.text = texts[static_cast<std::size_t>(k)];
+        if (in.vertical)
+        {
+            const double x = bar.left + bar.width;
+            const double y = bar.bottom + along;
+            layout.ticks.push_back(Segment{x, y, x + kLegendTick, y});
+            label.x = x + kLegendTick + 4.0;
+            // Centred on the edge: the middle of a digit's height.
+            label.y = y - 0.35 * h;
+        }
+        else
+        {
+            const double x = bar.left + along;
+            layout.ticks.push_back(Segment{x, bar.bottom, x, bar.bottom - kLegendTick});
+            label.x = x;
+            label.y = labelBaseline;
+            label.anchor = Anchor::Middle;
+        }
+        if (shown[static_cast<std::size_t>(k)])
+        {
+            layout.labels.push_back(label);
+        }
+    }
+    if (!in.ticks)
+    {
+        layout.ticks.clear();
+    }
+
+    // A vertical bar's top label is centred on the bar's top edge, half of it
+    // above the bar: the unit line stands half a line higher there.
+    const double unitY = bar.bottom + bar.height + kLegendGap + 4.0 + (in.vertical ? 0.5 * h : 0.0);
+    layout.unit = TextLine{bar.left, unitY, in.unit, "", "", kLegendLabelSize};
+    if (in.exponent != 0)
+    {
+        layout.unit.text = (in.unit.empty() ? std::string() : in.unit + " ") + "\xC3\x97" "10";
+        layout.unit.superscript = std::to_string(in.exponent);
+    }
+    layout.title = TextLine{bar.left, unitY + h + kLegendGap, in.title, "", "", kLegendTitleSize, true};
+    const double noteTop = in.vertical ? bar.bottom : labelBaseline;
+    layout.note = TextLine{bar.left, noteTop - kLegendGap - h, in.note, "", "", kLegendLabelSize,
+                           false, true};
+    return layout;
+}
+
+// The legend of a backend: the library's legend with its layout. The backend
+// adds only the drawing.
+class CLegendBar : public KesraEngine::CKesraScalarBar
+{
+public:
+    // Draws into the frame that renderer, a renderer of the same backend, is
+    // drawing, while the legend is shown; then clears the modified flag.
+    virtual void Draw(KesraEngine::CKesraRenderer& renderer) = 0;
+
+    // Drawn only while created and visible.
+    bool IsShown() const { return m_created != 0 && m_visibility != 0; }
+
+    // The bar's lower-left corner and size in window pixels.
+    void BarRect(float& left, float& bottom, float& width, float& height) const
+    {
+        const Box bar = LegendBar(Input());
+        left = static_cast<float>(bar.left);
+        bottom = static_cast<float>(bar.bottom);
+        width = static_cast<float>(bar.width);
+        height = static_cast<float>(bar.height);
+    }
+
+    // The power of ten that the labels are written with.
+    int LabelExponent() const { return GetExponentialBase(m_minValue, m_maxValue, m_valueFormat1); }
+    // A label as the legend writes it, for a value and the power of ten.
+    std::string FormatLabel(double value, int exponent) const
+    {
+        return ScaledLabel(value, exponent, m_valueFormat2);
+    }
+
+    LegendLayout Layout(const ITextMeasure& measure) const
+    {
+        return MakeLegendLayout(Input(), measure);
+    }
+
+    // The colour of texts, ticks and outline: the one that reads best on the
+    // background with auto text colour, else the legend's own.
+    Color TextColor(const Color& background) const
+    {
+        return m_autoTextColor != 0 ? ContrastingTextColor(background) : Opaque(m_color);
+    }
+
+protected:
+    CLegendBar() = default;
+
+    LegendInput Input() const
+    {
+        LegendInput in;
+        in.vertical = m_direction == 0;
+        in.startX = m_startX;
+        // becomes GetLayoutBottom()
+        in.bottom = in.vertical ? m_startY : std::max(m_startY, 25);
+        in.unitX = m_equalPartX;
+        in.unitY = m_equalPartY;
+        in.minimum = m_minValue;
+        in.maximum = m_maxValue;
+        in.blocks = m_blockNum;
+        in.exponent = LabelExponent();
+        in.decimals = m_valueFormat2;
+        in.ticks = m_showNode != 0;
+        in.title = m_title;
+        in.unit = m_unit;
+        in.note = m_note;
+        return in;
+    }
+};
+
+} // namespace KesraBackend

@@ -1,0 +1,165 @@
+// The tips' labels, placed the same way in every backend, and CTipLabels, the
+// tip manager class the backends' tip managers derive from.
+//
+// Each tip is drawn as a leader line from its label to the point it annotates
+// and a label box, centred on the projected effect coordinate, with the text
+// centred in it. The font type moves the renderer's font size, so that tips
+// grow and shrink with the host's font as every other overlay text does:
+// small -4, medium -2, normal 0, large +2, huge +6 pixels (10, 12, 14, 16 and
+// 20 pixels with the default 14-pixel font). Boxes that would overlap in the
+// picture are moved apart vertically, and every box is kept inside the
+// window; the leader lines follow their boxes.
+#pragma once
+
+#include "Engine/Camera.h"
+#include "Engine/Tip.h"
+#include "Engine/TipManager.h"
+#include "common/OverlayText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+namespace KesraBackend
+{
+
+inline int TipFontSizeChange(KesraEngine::eTipFontType type)
+{
+    switch (type)
+    {
+    case KesraEngine::eTipFontSmall: return -4;
+    case KesraEngine::eTipFontMedium: return -2;
+    case KesraEngine::eTipFontLarge: return 2;
+    case KesraEngine::eTipFontHuge: return 6;
+    default: return 0;
+    }
+}
+
+// A label box in window pixels (y up) by its centre and size.
+struct LabelBox
+{
+    double x = 0.0;
+    double y = 0.0;
+    double width = 0.0;
+    double height = 0.0;
+};
+
+// Pixels between the text and the box's sides, and between boxes and from a
+// box to the window's edge.
+constexpr double kTipPaddingX = 6.0;
+constexpr double kTipPaddingY = 5.0;
+constexpr double kTipSeparation = 4.0;
+constexpr double kTipMargin = 2.0;
+
+// Moves overlapping boxes apart vertically, the upper one up and the lower
+// one down (of two at the same height, the earlier one up), each by half of
+// what they lack, until none overlaps or after 16 passes; then keeps every box
+// inside the window of windowWidth x windowHeight pixels. A box wider or
+// higher than the window keeps to its left or bottom edge.
+inline void SeparateLabels(std::vector<LabelBox>& boxes, double windowWidth, double windowHeight)
+{
+    for (int pass = 0; pass < 16; ++pass)
+    {
+        bool moved = false;
+        for (std::size_t a = 0; a < boxes.size(); ++a)
+        {
+            for (std::size_t b = a + 1; b < boxes.size(); ++b)
+            {
+                LabelBox& first = boxes[a];
+                LabelBox& second = boxes[b];
+                const bool apartX = std::fabs(first.x - second.x)
+                                    >= 0.5 * (first.width + second.width) + kTipSeparation;
+                const double needed = 0.5 * (first.height + second.height) + kTipSeparation;
+                const double distance = std::fabs(first.y - second.y);
+                if (apartX || distance >= needed)
+                {
+                    continue;
+                }
+                const double push = 0.5 * (needed - distance);
+                const bool firstAbove = first.y >= second.y;
+                first.y += firstAbove ? push : -push;
+                second.y += firstAbove ? -push : push;
+                moved = true;
+            }
+        }
+        if (!moved)
+        {
+            break;
+        }
+    }
+    for (LabelBox& box : boxes)
+    {
+        const double lowX = 0.5 * box.width + kTipMargin;
+        const double lowY = 0.5 * box.height + kTipMargin;
+        box.x = std::clamp(box.x, lowX, std::max(lowX, windowWidth - lowX));
+        box.y = std::clamp(box.y, lowY, std::max(lowY, windowHeight - lowY));
+    }
+}
+
+// One tip as it is drawn: the annotated point, the label box and its text.
+struct TipPlacement
+{
+    double pointX = 0.0;
+    double pointY = 0.0;
+    Box label;
+    TextLine text;
+};
+
+// The tip manager of a backend: the library's tip manager with the labels'
+// placement. The backend adds only the drawing (DrawTips).
+class CTipLabels : public KesraEngine::CKesraTipManager
+{
+public:
+    // Every tip, in list order, projected through camera into a window of
+    // windowWidth x windowHeight pixels, its box sized by measure.
+    std::vector<TipPlacement> Place(KesraEngine::CKesraCamera& camera, const ITextMeasure& measure,
+                                    double windowWidth, double windowHeight) const
+    {
+        using Vector = KesraEngine::CKesraCamera::Vector;
+        const int size = TipFontSizeChange(m_fontType);
+        const double h = measure.TextHeight(size);
+        const std::size_t count = static_cast<std::size_t>(GetTipsNum());
+        std::vector<TipPlacement> tips(count);
+        std::vector<LabelBox> boxes(count);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const KesraEngine::CKesraTip* tip = GetTip(static_cast<int>(i));
+            double original[3];
+            double effect[3];
+            tip->GetOriginalCoord(original);
+            tip->GetEffectCoord(effect);
+            Vector point;
+            Vector label;
+            camera.ProjectPointWorldToView(Vector(original[0], original[1], original[2]), point);
+            camera.ProjectPointWorldToView(Vector(effect[0], effect[1], effect[2]), label);
+            tips[i].pointX = point.x;
+            tips[i].pointY = point.y;
+            tips[i].text.text = tip->GetContext();
+            tips[i].text.sizeChange = size;
+            tips[i].text.anchor = Anchor::Middle;
+            boxes[i] = LabelBox{label.x, label.y,
+                                measure.TextWidth(tips[i].text.text, size) + 2.0 * kTipPaddingX,
+                                h + 2.0 * kTipPaddingY};
+        }
+        SeparateLabels(boxes, windowWidth, windowHeight);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const LabelBox& box = boxes[i];
+            tips[i].label = Box{box.x - 0.5 * box.width, box.y - 0.5 * box.height, box.width, box.height};
+            tips[i].text.x = box.x;
+            // Centred on the box: the middle of a capital's height.
+            tips[i].text.y = box.y - 0.35 * h;
+        }
+        return tips;
+    }
+
+    Color TextColor() const { return Opaque(m_textColor); }
+    Color BackgroundColor() const { return Opaque(m_backgroundColor); }
+    Color LineColor() const { return Opaque(m_linkingLineColor); }
+
+protected:
+    CTipLabels() = default;
+};
+
+} // namespace KesraBackend

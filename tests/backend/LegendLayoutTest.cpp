@@ -1,0 +1,202 @@
+// The legend's layout as every backend draws it: the bar in whole pixels, the
+// labels' texts, places and thinning, the ticks, the unit line with its power
+// of ten, title and note; and what the common legend class reads.
+#include "BackendTestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using KesraBackend::Anchor;
+using KesraBackend::LegendInput;
+using KesraBackend::LegendLayout;
+using KesraBackend::MakeLegendLayout;
+using KesraBackend::ShownLabels;
+
+const KesraTest::FixedMeasure kMeasure;
+// The labels' height in the fixed measure: 14 - 2.
+constexpr double kH = 12.0;
+
+LegendInput Vertical()
+{
+    // Create(800, 600, 700, 100) with direction 0: units 100 / 60 and 50.
+    LegendInput in;
+    in.startX = 700;
+    in.bottom = 100;
+    in.unitX = 100.0f / 60.0f;
+    in.unitY = 50.0f;
+    in.minimum = 0.0;
+    in.maximum = 100.0;
+    in.blocks = 4;
+    in.decimals = 1;
+    in.unit = "[Pa]";
+    in.title = "Pressure";
+    in.note = "mean";
+    return in;
+}
+
+TEST(LegendLayout, TheBarStandsOnWholePixels)
+{
+    const LegendLayout vertical = MakeLegendLayout(Vertical(), kMeasure);
+    EXPECT_EQ(vertical.bar.left, 703.0);    // 700 + 3.33
+    EXPECT_EQ(vertical.bar.bottom, 160.0);  // 100 + 60
+    EXPECT_EQ(vertical.bar.width, 13.0);    // 13.33
+    EXPECT_EQ(vertical.bar.height, 360.0);
+
+    LegendInput in = Vertical();
+    in.vertical = false;
+    in.bottom = 25;
+    in.unitX = 6.25f;
+    in.unitY = 575.0f / 45.0f;
+    const LegendLayout horizontal = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(horizontal.bar.left, 713.0);  // 712.5 rounds away from zero
+    EXPECT_EQ(horizontal.bar.bottom, 45.0); // 25 + 20.44
+    EXPECT_EQ(horizontal.bar.width, 75.0);
+    EXPECT_EQ(horizontal.bar.height, 13.0); // 12.78
+
+    in.unitX = 0.0f;
+    in.unitY = 0.0f;
+    const LegendLayout empty = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(empty.bar.width, 1.0) << "at least a pixel";
+    EXPECT_EQ(empty.bar.height, 1.0);
+}
+
+TEST(LegendLayout, VerticalLabelsStandRightOfTheirTicks)
+{
+    const LegendLayout layout = MakeLegendLayout(Vertical(), kMeasure);
+    ASSERT_EQ(layout.edges.size(), 5u);
+    ASSERT_EQ(layout.labels.size(), 5u);
+    ASSERT_EQ(layout.ticks.size(), 5u);
+    const char* const texts[] = {"0.0", "25.0", "50.0", "75.0", "100.0"};
+    for (std::size_t k = 0; k < 5; ++k)
+    {
+        const double y = 160.0 + k * 90.0;
+        EXPECT_EQ(layout.labels[k].text, texts[k]);
+        EXPECT_EQ(layout.labels[k].x, 716.0 + 5.0 + 4.0);
+        EXPECT_DOUBLE_EQ(layout.labels[k].y, y - 0.35 * kH);
+        EXPECT_EQ(layout.labels[k].anchor, Anchor::Start);
+        EXPECT_EQ(layout.labels[k].sizeChange, -2);
+        EXPECT_EQ(layout.ticks[k].x0, 716.0);
+        EXPECT_EQ(layout.ticks[k].x1, 721.0);
+        EXPECT_DOUBLE_EQ(layout.ticks[k].y0, y);
+    }
+}
+
+TEST(LegendLayout, TextsHaveLinesOfTheirOwn)
+{
+    const LegendLayout vertical = MakeLegendLayout(Vertical(), kMeasure);
+    const double top = 520.0;
+    // Half a line higher over a vertical bar, whose top label straddles its edge.
+    EXPECT_DOUBLE_EQ(vertical.unit.y, top + 6.0 + 4.0 + 0.5 * kH);
+    EXPECT_EQ(vertical.unit.text, "[Pa]");
+    EXPECT_TRUE(vertical.unit.superscript.empty());
+    EXPECT_DOUBLE_EQ(vertical.title.y, vertical.unit.y + kH + 6.0);
+    EXPECT_TRUE(vertical.title.bold);
+    EXPECT_EQ(vertical.title.sizeChange, 0);
+    EXPECT_DOUBLE_EQ(vertical.note.y, 160.0 - 6.0 - kH);
+    EXPECT_TRUE(vertical.note.italic);
+    EXPECT_EQ(vertical.note.x, 703.0);
+
+    LegendInput in = Vertical();
+    in.vertical = false;
+    const LegendLayout horizontal = MakeLegendLayout(in, kMeasure);
+    const double labels = horizontal.bar.bottom - 5.0 - 2.0 - kH;
+    EXPECT_DOUBLE_EQ(horizontal.labels.front().y, labels);
+    EXPECT_EQ(horizontal.labels.front().anchor, Anchor::Middle);
+    EXPECT_DOUBLE_EQ(horizontal.note.y, labels - 6.0 - kH) << "below the labels";
+    EXPECT_DOUBLE_EQ(horizontal.unit.y, horizontal.bar.bottom + horizontal.bar.height + 10.0);
+    EXPECT_EQ(horizontal.ticks.front().y1, horizontal.bar.bottom - 5.0) << "ticks point down";
+}
+
+TEST(LegendLayout, APowerOfTenEndsTheUnitLine)
+{
+    LegendInput in = Vertical();
+    in.minimum = 0.0;
+    in.maximum = 25000.0;
+    in.exponent = 3;
+    const LegendLayout layout = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(layout.labels.back().text, "25.0");
+    EXPECT_EQ(layout.unit.text, "[Pa] \xC3\x97" "10");
+    EXPECT_EQ(layout.unit.superscript, "3");
+    in.unit.clear();
+    in.exponent = -2;
+    EXPECT_EQ(MakeLegendLayout(in, kMeasure).unit.text, "\xC3\x97" "10");
+    EXPECT_EQ(MakeLegendLayout(in, kMeasure).unit.superscript, "-2");
+}
+
+TEST(LegendLayout, ShowNodeOffDropsTheTicksOnly)
+{
+    LegendInput in = Vertical();
+    in.ticks = false;
+    const LegendLayout layout = MakeLegendLayout(in, kMeasure);
+    EXPECT_TRUE(layout.ticks.empty());
+    EXPECT_EQ(layout.labels.size(), 5u);
+}
+
+TEST(LegendLayout, LabelsThinOutWithBothEndsShown)
+{
+    EXPECT_EQ(ShownLabels(4, 50.0, 10.0), std::vector<bool>(5, true));
+    // Every third; the last wins over the ninth, which would touch it.
+    EXPECT_EQ(ShownLabels(10, 5.0, 12.0),
+              (std::vector<bool>{true, false, false, true, false, false, true, false, false, false, true}));
+    // Every third, the last among them.
+    EXPECT_EQ(ShownLabels(9, 5.0, 12.0),
+              (std::vector<bool>{true, false, false, true, false, false, true, false, false, true}));
+    EXPECT_EQ(ShownLabels(1, 3.0, 10.0), (std::vector<bool>{true, true})) << "the first stays";
+    EXPECT_EQ(ShownLabels(3, 0.0, 10.0), std::vector<bool>(4, true)) << "no length: no thinning";
+
+    // Horizontal: the widest label and 10 pixels decide.
+    LegendInput in = Vertical();
+    in.vertical = false;
+    in.unitX = 6.25f; // a 75-pixel bar: 18.75 a block
+    in.unitY = 10.0f;
+    const LegendLayout layout = MakeLegendLayout(in, kMeasure);
+    // "100.0" is 35 wide: 45 needed, every third edge, and the third gives
+    // way to the end.
+    ASSERT_EQ(layout.labels.size(), 2u);
+    EXPECT_EQ(layout.labels[0].text, "0.0");
+    EXPECT_EQ(layout.labels[1].text, "100.0");
+}
+
+TEST(LegendBar, ReadsTheLegendWithTheLayoutBottomInOnePlace)
+{
+    KesraTest::TestLegend legend;
+    legend.SetDirection(1);
+    ASSERT_TRUE(legend.Create(800, 600, 700, 10));
+    legend.SetValueRange(-2.0, 6.0, true, true);
+    legend.SetBlockNum(6);
+    legend.SetValueFormat(3, 2);
+    legend.SetShowNode(0);
+    legend.SetUnit("[m]");
+    const LegendInput in = legend.Input();
+    EXPECT_FALSE(in.vertical);
+    EXPECT_EQ(in.bottom, 25) << "a horizontal bar stands no lower than 25";
+    EXPECT_EQ(in.unitX, 6.25f);
+    EXPECT_EQ(in.blocks, 6);
+    EXPECT_EQ(in.decimals, 2);
+    EXPECT_FALSE(in.ticks);
+    EXPECT_EQ(in.unit, "[m]");
+    float left, bottom, width, height;
+    legend.BarRect(left, bottom, width, height);
+    EXPECT_EQ(left, 713.0f);
+    EXPECT_EQ(bottom, 45.0f);
+    legend.SetDirection(0);
+    EXPECT_EQ(legend.Input().bottom, 10) << "a vertical bar stands on its start";
+
+    EXPECT_EQ(legend.LabelExponent(), 0);
+    EXPECT_EQ(legend.FormatLabel(-0.001, 0), "0.00");
+    EXPECT_EQ(legend.FormatLabel(2500.0, 3), "2.50");
+}
+
+TEST(LegendBar, TextColourFollowsTheBackgroundOnlyWhenAsked)
+{
+    KesraTest::TestLegend legend;
+    legend.SetColor({10, 20, 30, 40});
+    EXPECT_EQ(legend.TextColor({0, 0, 0, 255}), (KesraBackend::Color{10, 20, 30, 255}));
+    legend.SetAutoTextColor(1);
+    EXPECT_EQ(legend.TextColor({0, 0, 0, 255}), (KesraBackend::Color{255, 255, 255, 255}));
+    EXPECT_EQ(legend.TextColor({250, 250, 250, 255}), (KesraBackend::Color{0, 0, 0, 255}));
+}
+
+} // namespace

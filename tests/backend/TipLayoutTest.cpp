@@ -1,0 +1,132 @@
+// The tips as every backend places them: the font type's size change, the
+// separation of overlapping labels, keeping labels inside the window, and the
+// placement of label, text and leader through the camera.
+#include "BackendTestSupport.h"
+
+#include "support/TestDoubles.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace
+{
+
+using KesraBackend::LabelBox;
+using KesraBackend::SeparateLabels;
+using KesraBackend::TipFontSizeChange;
+
+TEST(TipLayout, FontTypesMoveTheRenderersSize)
+{
+    const int sizes[] = {10, 12, 14, 16, 20};
+    for (int type = 0; type < 5; ++type)
+    {
+        const int change = TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(type));
+        EXPECT_EQ(KesraBackend::TextSize(nullptr, change), sizes[type]) << "type " << type;
+    }
+    EXPECT_EQ(TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(9)), 0) << "unknown: normal";
+}
+
+TEST(TipLayout, OverlappingLabelsMoveApartVertically)
+{
+    // 10 apart where 20 + 4 are needed: each moves 7, the upper one up.
+    std::vector<LabelBox> boxes{{100.0, 100.0, 40.0, 20.0}, {100.0, 110.0, 40.0, 20.0}};
+    SeparateLabels(boxes, 400.0, 300.0);
+    EXPECT_EQ(boxes[0].y, 93.0);
+    EXPECT_EQ(boxes[1].y, 117.0);
+    EXPECT_EQ(boxes[0].x, 100.0);
+    // At the same height the earlier one goes up.
+    boxes = {{50.0, 50.0, 40.0, 20.0}, {60.0, 50.0, 40.0, 20.0}};
+    SeparateLabels(boxes, 400.0, 300.0);
+    EXPECT_EQ(boxes[0].y, 62.0);
+    EXPECT_EQ(boxes[1].y, 38.0);
+}
+
+TEST(TipLayout, LabelsApartSideBySideStay)
+{
+    // 45 apart where 40 + 4 suffice.
+    std::vector<LabelBox> boxes{{100.0, 100.0, 40.0, 20.0}, {145.0, 100.0, 40.0, 20.0}};
+    SeparateLabels(boxes, 400.0, 300.0);
+    EXPECT_EQ(boxes[0].y, 100.0);
+    EXPECT_EQ(boxes[1].y, 100.0);
+}
+
+TEST(TipLayout, AStackOfLabelsEndsWithNoneOverlapping)
+{
+    // Sixteen passes part four labels at one place to a thousandth of a pixel.
+    std::vector<LabelBox> boxes(4, LabelBox{200.0, 150.0, 60.0, 20.0});
+    SeparateLabels(boxes, 400.0, 300.0);
+    for (std::size_t a = 0; a < boxes.size(); ++a)
+    {
+        for (std::size_t b = a + 1; b < boxes.size(); ++b)
+        {
+            EXPECT_GE(std::fabs(boxes[a].y - boxes[b].y), 24.0 - 1e-3) << a << " and " << b;
+        }
+    }
+    EXPECT_GT(boxes[0].y, boxes[3].y) << "the first on top";
+}
+
+TEST(TipLayout, LabelsStayInsideTheWindow)
+{
+    std::vector<LabelBox> boxes{{5.0, 295.0, 40.0, 20.0}, {600.0, -50.0, 40.0, 20.0},
+                                {200.0, 150.0, 500.0, 20.0}};
+    SeparateLabels(boxes, 400.0, 300.0);
+    EXPECT_EQ(boxes[0].x, 22.0);
+    EXPECT_EQ(boxes[0].y, 288.0);
+    EXPECT_EQ(boxes[1].x, 378.0);
+    EXPECT_EQ(boxes[1].y, 12.0);
+    EXPECT_EQ(boxes[2].x, 252.0) << "wider than the window: its left edge inside";
+}
+
+TEST(TipLabels, PlaceProjectsPointAndLabelAndSizesTheBox)
+{
+    KesraTest::TestCamera camera(400, 300);
+    KesraTest::TestTipLabels tips;
+    const double original[3] = {-50.0, -40.0, 0.0};
+    const double effect[3] = {50.0, 40.0, 0.0};
+    ASSERT_EQ(tips.InsertTip("peak", original, effect), 0);
+    const KesraTest::FixedMeasure measure;
+    std::vector<KesraBackend::TipPlacement> placed = tips.Place(camera, measure, 400.0, 300.0);
+    ASSERT_EQ(placed.size(), 1u);
+    EXPECT_EQ(placed[0].pointX, 150.0);
+    EXPECT_EQ(placed[0].pointY, 110.0);
+    // "peak": 28 + 12 wide, 14 + 10 high, centred on (250, 190).
+    EXPECT_EQ(placed[0].label.left, 230.0);
+    EXPECT_EQ(placed[0].label.bottom, 178.0);
+    EXPECT_EQ(placed[0].label.width, 40.0);
+    EXPECT_EQ(placed[0].label.height, 24.0);
+    EXPECT_EQ(placed[0].text.text, "peak");
+    EXPECT_EQ(placed[0].text.x, 250.0);
+    EXPECT_DOUBLE_EQ(placed[0].text.y, 190.0 - 0.35 * 14.0);
+    EXPECT_EQ(placed[0].text.anchor, KesraBackend::Anchor::Middle);
+
+    tips.SetTipFontType(KesraEngine::eTipFontHuge);
+    placed = tips.Place(camera, measure, 400.0, 300.0);
+    EXPECT_EQ(placed[0].text.sizeChange, 6);
+    EXPECT_EQ(placed[0].label.height, 30.0);
+}
+
+TEST(TipLabels, TwoTipsAtOnePlaceAreSeparatedAndKeepTheirPoints)
+{
+    KesraTest::TestCamera camera(400, 300);
+    KesraTest::TestTipLabels tips;
+    const double first[3] = {0.0, 0.0, 0.0};
+    const double second[3] = {10.0, 0.0, 0.0};
+    const double label[3] = {0.0, 50.0, 0.0};
+    tips.InsertTip("first", first, label);
+    tips.InsertTip("second", second, label);
+    const KesraTest::FixedMeasure measure;
+    const std::vector<KesraBackend::TipPlacement> placed = tips.Place(camera, measure, 400.0, 300.0);
+    ASSERT_EQ(placed.size(), 2u);
+    EXPECT_EQ(placed[0].label.bottom - placed[1].label.bottom, 28.0);
+    EXPECT_EQ(placed[0].pointX, 200.0);
+    EXPECT_EQ(placed[1].pointX, 210.0);
+    tips.SetTextColor(1, 2, 3);
+    tips.SetBackgroundColor(4, 5, 6);
+    tips.SetLinkingLineColor(7, 8, 9);
+    EXPECT_EQ(tips.TextColor(), (KesraBackend::Color{1, 2, 3, 255}));
+    EXPECT_EQ(tips.BackgroundColor(), (KesraBackend::Color{4, 5, 6, 255}));
+    EXPECT_EQ(tips.LineColor(), (KesraBackend::Color{7, 8, 9, 255}));
+}
+
+} // namespace
