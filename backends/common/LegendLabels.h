@@ -1,6 +1,6 @@
-// What every backend's colour legend computes the same way: where its block
-// edges lie and how a label is written. Header-only, used from the backends'
-// sources.
+// How every backend's colour legend writes a label. Where its block edges lie
+// is the colour map's own rule (ColorBlockEdges in Engine/ColorMap.h), so
+// that a label always names the value at which its block's colour starts.
 #pragma once
 
 #include <algorithm>
@@ -11,24 +11,6 @@
 
 namespace KesraBackend
 {
-
-// The blocks + 1 edges from minimum to maximum (one block for fewer than
-// one), accumulated step by step as the banded mapping accumulates them; the
-// last is the maximum itself.
-inline std::vector<double> BlockEdges(double minimum, double maximum, int blocks)
-{
-    const int n = std::max(blocks, 1);
-    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
-    const double step = (maximum - minimum) / n;
-    double edge = minimum;
-    for (int k = 0; k < n; ++k)
-    {
-        edges[static_cast<std::size_t>(k)] = edge;
-        edge += step;
-    }
-    edges[static_cast<std::size_t>(n)] = maximum;
-    return edges;
-}
 
 // value / 10^exponent with decimals (clamped to 0 ... 9) digits after the
 // point; "-" when that is not a finite number.

@@ -21,6 +21,7 @@
 // renderer's font, the title is its size and bold, the note italic.
 #pragma once
 
+#include "Engine/ColorMap.h"
 #include "Engine/Renderer.h"
 #include "Engine/ScalarBar.h"
 #include "common/LegendLabels.h"
@@ -123,7 +124,7 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
     LegendLayout layout;
     layout.vertical = in.vertical;
     layout.bar = LegendBar(in);
-    layout.edges = BlockEdges(in.minimum, in.maximum, in.blocks);
+    layout.edges = KesraEngine::ColorBlockEdges(in.minimum, in.maximum, in.blocks);
     const Box& bar = layout.bar;
     const int n = static_cast<int>(layout.edges.size()) - 1;
     const double h = measure.TextHeight(kLegendLabelSize);
@@ -136,12 +137,15 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
     }
     const double length = in.vertical ? bar.height : bar.width;
     const double needed = in.vertical ? h + 4.0 : widest + 10.0;
-    const std::vector<bool> shown = ShownLabels(n, length / n, needed);
+    // A legend with no block (a block number below one, which only a derived
+    // class can set) has a single edge: its label stands at the bar's start.
+    const double spacing = n > 0 ? length / n : length;
+    const std::vector<bool> shown = ShownLabels(n, spacing, needed);
     // Below a horizontal bar: the labels' baseline, under their ticks.
     const double labelBaseline = bar.bottom - kLegendTick - 2.0 - h;
     for (int k = 0; k <= n; ++k)
     {
-        const double along = static_cast<double>(k) / n * length;
+        const double along = n > 0 ? static_cast<double>(k) / n * length : 0.0;
         TextLine label;
         label.sizeChange = kLegendLabelSize;
         label.text = texts[static_cast<std::size_t>(k)];
@@ -238,8 +242,7 @@ protected:
         LegendInput in;
         in.vertical = m_direction == 0;
         in.startX = m_startX;
-        // becomes GetLayoutBottom()
-        in.bottom = in.vertical ? m_startY : std::max(m_startY, 25);
+        in.bottom = GetLayoutBottom();
         in.unitX = m_equalPartX;
         in.unitY = m_equalPartY;
         in.minimum = m_minValue;

@@ -3,7 +3,11 @@
 // of ten, title and note; and what the common legend class reads.
 #include "BackendTestSupport.h"
 
+#include "Engine/ColorMap.h"
+
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace
 {
@@ -157,6 +161,42 @@ TEST(LegendLayout, LabelsThinOutWithBothEndsShown)
     ASSERT_EQ(layout.labels.size(), 2u);
     EXPECT_EQ(layout.labels[0].text, "0.0");
     EXPECT_EQ(layout.labels[1].text, "100.0");
+}
+
+TEST(LegendLayout, LabelsNameTheColourMapsOwnEdges)
+{
+    // 0.1 steps accumulate: the fourth edge is 0.30000000000000004, which a
+    // label of 17 digits shows, and the top label is the maximum itself.
+    LegendInput in = Vertical();
+    in.minimum = 0.0;
+    in.maximum = 1.0;
+    in.blocks = 10;
+    in.decimals = 9;
+    const LegendLayout ten = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(ten.edges, KesraEngine::ColorBlockEdges(0.0, 1.0, 10));
+    EXPECT_EQ(ten.edges[3], 0.1 + 0.1 + 0.1);
+    EXPECT_EQ(ten.edges.back(), 1.0);
+
+    // One block ends where the banded colour's walk ends it, a hair past a
+    // maximum that minimum + width does not reach exactly.
+    in.minimum = -3.3;
+    in.maximum = 1.1;
+    in.blocks = 1;
+    const LegendLayout one = MakeLegendLayout(in, kMeasure);
+    ASSERT_EQ(one.edges.size(), 2u);
+    EXPECT_EQ(one.edges[1], -3.3 + (1.1 - -3.3));
+
+    // No block at all: one edge, one label at the bar's start, nothing that
+    // is not a number.
+    in.blocks = 0;
+    const LegendLayout none = MakeLegendLayout(in, kMeasure);
+    ASSERT_EQ(none.edges.size(), 1u);
+    ASSERT_EQ(none.labels.size(), 1u);
+    EXPECT_EQ(none.labels[0].y, none.bar.bottom - 0.35 * kH);
+    for (const auto& tick : none.ticks)
+    {
+        EXPECT_TRUE(std::isfinite(tick.y0) && std::isfinite(tick.y1));
+    }
 }
 
 TEST(LegendBar, ReadsTheLegendWithTheLayoutBottomInOnePlace)
