@@ -173,18 +173,6 @@ TEST(ColorBlockEdgesTest, BandedColoursFollowTheEdgesOnAwkwardRanges)
     }
 }
 
-TEST(ColorBlockEdgesTest, TheMaximumLiesInNoBlock)
-{
-    // A value just below an edge has the colour of the edge before it; the
-    // maximum is no block's lower edge and takes stop 4.
-    const CKesraColorMap map = BandedMap(0.0, 1.0, 10);
-    const std::vector<double> edges = ColorBlockEdges(0.0, 1.0, 10);
-    EXPECT_EQ((Rgb{0, 204, 255}), Single(map, edges[8])) << "0.7999999999999999 lies in block 8";
-    EXPECT_EQ((Rgb{0, 255, 204}), Single(map, std::nextafter(edges[8], 0.0)));
-    EXPECT_EQ((Rgb{0, 102, 255}), Single(map, std::nextafter(1.0, 0.0)));
-    EXPECT_EQ((Rgb{0, 0, 255}), Single(map, 1.0));
-}
-
 TEST(ColorBlockEdgesTest, LegendBandsFollowTheEdges)
 {
     // What a backend's legend does: its labels from the edges of the bar's
