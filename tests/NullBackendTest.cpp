@@ -70,18 +70,13 @@ TEST(NullBackendTest, DraggedAreaTakesNoMouseEvent)
     EXPECT_EQ(start[0] | start[1] | end[0] | end[1], 0) << "no position was recorded";
 }
 
-TEST(NullBackendTest, CameraKeepsTheBaseModel)
+TEST(NullBackendTest, CameraFollowsNoMouse)
 {
-    // The fitted box's centre lands in the window's middle and the rotation
-    // and observers run as in any backend: the no-op hooks take nothing away.
+    // The mouse hooks take nothing from the model and add nothing to it: the
+    // view is what the same camera without them shows.
     CNullCamera camera(800, 600);
-    camera.ZoomAll(-1.0f, 1.0f, -2.0f, 2.0f, -3.0f, 3.0f);
-    KesraMathKit::TKesraVector3<double> pixel;
-    camera.ProjectPointWorldToView({0.0, 0.0, 0.0}, pixel);
-    EXPECT_EQ(pixel.x, 400.0);
-    EXPECT_EQ(pixel.y, 300.0);
-
     KesraTest::TestCamera reference(800, 600);
+    camera.ZoomAll(-1.0f, 1.0f, -2.0f, 2.0f, -3.0f, 3.0f);
     reference.ZoomAll(-1.0f, 1.0f, -2.0f, 2.0f, -3.0f, 3.0f);
     camera.SetRotateMatrixToISOView(false);
     reference.SetRotateMatrixToISOView(false);
@@ -94,8 +89,6 @@ TEST(NullBackendTest, CameraKeepsTheBaseModel)
     {
         EXPECT_EQ(camera.GetWorldToViewMatrix()[k], reference.GetWorldToViewMatrix()[k]) << k;
     }
-    const CNullCamera copy = camera;
-    EXPECT_EQ(copy.GetScale(), camera.GetScale());
 }
 
 } // namespace

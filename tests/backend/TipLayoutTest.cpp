@@ -1,6 +1,6 @@
-// The tips as every backend places them: the font type's size change, the
-// separation of overlapping labels, keeping labels inside the window, and the
-// placement of label, text and leader through the camera.
+// The tips as every backend places them: the separation of overlapping
+// labels, keeping labels inside the window, and the placement of label, text
+// and leader through the camera at the font type's size.
 #include "BackendTestSupport.h"
 
 #include "support/TestDoubles.h"
@@ -15,17 +15,6 @@ namespace
 using KesraBackend::LabelBox;
 using KesraBackend::SeparateLabels;
 using KesraBackend::TipFontSizeChange;
-
-TEST(TipLayout, FontTypesMoveTheRenderersSize)
-{
-    const int sizes[] = {10, 12, 14, 16, 20};
-    for (int type = 0; type < 5; ++type)
-    {
-        const int change = TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(type));
-        EXPECT_EQ(KesraBackend::TextSize(nullptr, change), sizes[type]) << "type " << type;
-    }
-    EXPECT_EQ(TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(9)), 0) << "unknown: normal";
-}
 
 TEST(TipLayout, OnlyOverlappingLabelsMoveApartVerticallyUntilNoneOverlaps)
 {
@@ -93,10 +82,13 @@ TEST(TipLabels, PlaceProjectsPointAndLabelAndSizesTheBox)
     EXPECT_DOUBLE_EQ(placed[0].text.y, 190.0 - 0.35 * 14.0);
     EXPECT_EQ(placed[0].text.anchor, KesraBackend::Anchor::Middle);
 
+    // The font type moves the size: huge is 6 pixels larger, an unknown
+    // type counts as normal.
     tips.SetTipFontType(KesraEngine::eTipFontHuge);
     placed = tips.Place(camera, measure, 400.0, 300.0);
     EXPECT_EQ(placed[0].text.sizeChange, 6);
     EXPECT_EQ(placed[0].label.height, 30.0);
+    EXPECT_EQ(TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(9)), 0);
 }
 
 TEST(TipLabels, TwoTipsAtOnePlaceAreSeparatedAndKeepTheirPoints)
