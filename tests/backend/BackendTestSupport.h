@@ -1,6 +1,6 @@
 // Shared pieces of the tests of the backends' common rules: a text measure
 // with round numbers, and concrete classes over the common bases that draw
-// nothing (or only say that they were asked to).
+// nothing, only logging what they were asked to do.
 #pragma once
 
 #include "common/LegendLayout.h"
@@ -9,8 +9,8 @@
 #include "common/RulerLayout.h"
 #include "common/TipLayout.h"
 
-#include <functional>
 #include <string>
+#include <vector>
 
 namespace KesraTest
 {
@@ -23,71 +23,51 @@ public:
     double TextHeight(int sizeChange) const override { return 14.0 + sizeChange; }
 };
 
-class NavigatedTestCamera : public KesraBackend::CNavigatedCamera
+// Writes each call it is told of into log, when it has one; true, for the
+// hooks that answer whether to go on.
+struct Logged
+{
+    std::vector<std::string>* log = nullptr;
+
+    bool LogCall(const char* what) const
+    {
+        if (log != nullptr)
+        {
+            log->push_back(what);
+        }
+        return true;
+    }
+};
+
+class NavigatedTestCamera : public KesraBackend::CNavigatedCamera, public Logged
 {
 public:
     NavigatedTestCamera(int width, int height) : CNavigatedCamera(width, height) {}
 
-    void ApplyViewport() override { Note("viewport"); }
-    void ApplyProjection() override { Note("projection"); }
-    void ApplyModelView() override { Note("model-view"); }
-
-    // Told of every Apply, when set.
-    std::function<void(const char*)> note;
-
-private:
-    void Note(const char* what)
-    {
-        if (note)
-        {
-            note(what);
-        }
-    }
+    void ApplyViewport() override { LogCall("viewport"); }
+    void ApplyProjection() override { LogCall("projection"); }
+    void ApplyModelView() override { LogCall("model-view"); }
 };
 
-// A legend, ruler and tip manager whose drawing only calls drawn, when set.
-class TestLegend : public KesraBackend::CLegendBar
+// A legend, ruler and tip manager whose drawing is only logged.
+class TestLegend : public KesraBackend::CLegendBar, public Logged
 {
 public:
     using CLegendBar::Input;
 
-    void Draw(KesraEngine::CKesraRenderer&) override
-    {
-        if (drawn)
-        {
-            drawn();
-        }
-    }
-
-    std::function<void()> drawn;
+    void Draw(KesraEngine::CKesraRenderer&) override { LogCall("legend"); }
 };
 
-class TestScaleRuler : public KesraBackend::CScaleRuler
+class TestScaleRuler : public KesraBackend::CScaleRuler, public Logged
 {
 public:
-    void Draw(KesraEngine::CKesraRenderer&) override
-    {
-        if (drawn)
-        {
-            drawn();
-        }
-    }
-
-    std::function<void()> drawn;
+    void Draw(KesraEngine::CKesraRenderer&) override { LogCall("ruler"); }
 };
 
-class TestTipLabels : public KesraBackend::CTipLabels
+class TestTipLabels : public KesraBackend::CTipLabels, public Logged
 {
 public:
-    void DrawTips(KesraEngine::CKesraRenderer&) override
-    {
-        if (drawn)
-        {
-            drawn();
-        }
-    }
-
-    std::function<void()> drawn;
+    void DrawTips(KesraEngine::CKesraRenderer&) override { LogCall("tips"); }
 };
 
 } // namespace KesraTest

@@ -64,24 +64,41 @@ TEST(MouseNavigation, RotationDependsOnlyOnTheDragsStartAndWhereTheMouseIs)
     EXPECT_EQ(wandering.GetRotateMatrix(), start);
 }
 
-TEST(MouseNavigation, MovesThatChangeNothingNotifyNobody)
+TEST(MouseNavigation, MovesWithoutTheirDragOrWithoutAChangeSetNothing)
 {
     TestCamera camera(400, 300);
     RecordingHandler handler;
     camera.RegisterEventHandler(&handler);
     CMouseNavigation navigation;
+    // Without a drag, or during one of another kind.
+    navigation.Rotate(camera, 50, 50);
+    navigation.Begin(Drag::Pan, camera, 0, 0);
+    navigation.Rotate(camera, 50, 50);
+    navigation.Zoom(camera, 50, 50);
+    navigation.End();
+    EXPECT_EQ(navigation.Current(), Drag::None);
+    navigation.Pan(camera, 50, 50);
+    // Onto what the camera already has: the start, or a sideways zoom drag.
     navigation.Begin(Drag::Rotate, camera, 0, 0);
     navigation.Rotate(camera, 0, 0);
-    EXPECT_TRUE(handler.events.empty()) << "the start rotation is already set";
-    navigation.Rotate(camera, 20, 0);
-    navigation.Rotate(camera, 20, 0);
-    ASSERT_EQ(handler.events.size(), 1u);
-    EXPECT_EQ(handler.events[0].kind, "rotate");
     navigation.Begin(Drag::Pan, camera, 5, 5);
     navigation.Pan(camera, 5, 5);
     navigation.Begin(Drag::Zoom, camera, 5, 5);
     navigation.Zoom(camera, 99, 5);
-    EXPECT_EQ(handler.events.size(), 1u);
+    EXPECT_TRUE(handler.events.empty());
+    EXPECT_EQ(camera.GetRotateMatrix(), Matrix::IDENTITY);
+    EXPECT_EQ(camera.GetScale(), 1.0f);
+    float x = 1.0f;
+    float y = 1.0f;
+    camera.GetTranslation(x, y);
+    EXPECT_EQ(x, 0.0f);
+    EXPECT_EQ(y, 0.0f);
+    // A repeated move notifies once.
+    navigation.Begin(Drag::Rotate, camera, 0, 0);
+    navigation.Rotate(camera, 20, 0);
+    navigation.Rotate(camera, 20, 0);
+    ASSERT_EQ(handler.events.size(), 1u);
+    EXPECT_EQ(handler.events[0].kind, "rotate");
     camera.UnregisterEventHandler(&handler);
 }
 
@@ -124,40 +141,6 @@ TEST(MouseNavigation, ZoomScalesByOnePercentAPixelUpIsCloser)
     EXPECT_EQ(camera.GetScale(), static_cast<float>(0.05f * std::pow(1.01, 20.0)));
 }
 
-TEST(MouseNavigation, ZoomRefusesAScaleThatIsNotUsable)
-{
-    TestCamera camera(400, 300);
-    CMouseNavigation navigation;
-    camera.SetScale(1e-38f);
-    navigation.Begin(Drag::Zoom, camera, 0, 0);
-    navigation.Zoom(camera, 0, 10000); // under float: 0
-    EXPECT_EQ(camera.GetScale(), 1e-38f);
-    camera.SetScale(1e38f);
-    navigation.Begin(Drag::Zoom, camera, 0, 0);
-    navigation.Zoom(camera, 0, -10000); // beyond float: infinity
-    EXPECT_EQ(camera.GetScale(), 1e38f);
-}
-
-TEST(MouseNavigation, MovesDoNothingWithoutTheirDrag)
-{
-    TestCamera camera(400, 300);
-    CMouseNavigation navigation;
-    navigation.Rotate(camera, 50, 50);
-    navigation.Begin(Drag::Pan, camera, 0, 0);
-    navigation.Rotate(camera, 50, 50);
-    navigation.Zoom(camera, 50, 50);
-    EXPECT_EQ(camera.GetRotateMatrix(), Matrix::IDENTITY);
-    EXPECT_EQ(camera.GetScale(), 1.0f);
-    navigation.End();
-    EXPECT_EQ(navigation.Current(), Drag::None);
-    navigation.Pan(camera, 50, 50);
-    float x = 1.0f;
-    float y = 1.0f;
-    camera.GetTranslation(x, y);
-    EXPECT_EQ(x, 0.0f);
-    EXPECT_EQ(y, 0.0f);
-}
-
 TEST(MouseNavigation, WheelZoomsTenPercentAStepAboutTheCursor)
 {
     TestCamera camera(400, 300);
@@ -177,7 +160,7 @@ TEST(MouseNavigation, WheelZoomsTenPercentAStepAboutTheCursor)
     EXPECT_NEAR(100.0 * scale - x, 100.0 * 0.5 - 3.0, 1e-5);
 }
 
-TEST(MouseNavigation, WheelRefusesNoChangeAndUnusableScales)
+TEST(MouseNavigation, ZoomAndWheelRefuseNoChangeAndUnusableScales)
 {
     TestCamera camera(400, 300);
     RecordingHandler handler;
@@ -188,6 +171,16 @@ TEST(MouseNavigation, WheelRefusesNoChangeAndUnusableScales)
     EXPECT_TRUE(handler.events.empty());
     EXPECT_EQ(camera.GetScale(), 1.0f);
     camera.UnregisterEventHandler(&handler);
+
+    CMouseNavigation navigation;
+    camera.SetScale(1e-38f);
+    navigation.Begin(Drag::Zoom, camera, 0, 0);
+    navigation.Zoom(camera, 0, 10000); // under float: 0
+    EXPECT_EQ(camera.GetScale(), 1e-38f);
+    camera.SetScale(1e38f);
+    navigation.Begin(Drag::Zoom, camera, 0, 0);
+    navigation.Zoom(camera, 0, -10000); // beyond float: infinity
+    EXPECT_EQ(camera.GetScale(), 1e38f);
 }
 
 TEST(MouseNavigation, RectangleCentreComesToTheMiddleAndItsLongerSideSpans)
@@ -227,25 +220,6 @@ TEST(MouseNavigation, RectangleRefusesNoAreaAndUnusableScales)
     EXPECT_FLOAT_EQ(camera.GetScale(), static_cast<float>(1e-30f * (4294967295.0 / 400.0)));
     EXPECT_EQ(handler.events.size(), 2u) << "translation and scale of the last one only";
     camera.UnregisterEventHandler(&handler);
-}
-
-TEST(NavigatedCamera, MouseOperationsDriveTheSharedNavigation)
-{
-    KesraTest::NavigatedTestCamera camera(400, 300);
-    camera.BeginRotate(0, 0);
-    camera.Rotate(0, 180);
-    EXPECT_EQ(camera.GetRotateMatrix(), Matrix::IDENTITY * Turn(90.0, -180.0, 0.0));
-    camera.EndInteraction();
-    camera.Rotate(0, 0);
-    EXPECT_EQ(camera.GetRotateMatrix(), Matrix::IDENTITY * Turn(90.0, -180.0, 0.0));
-    camera.BeginZoom(0, 0);
-    camera.Zoom(0, -10);
-    EXPECT_EQ(camera.GetScale(), static_cast<float>(std::pow(1.01, 10.0)));
-    const float zoomed = camera.GetScale();
-    camera.WheelZoom(200, 150, 1);
-    EXPECT_EQ(camera.GetScale(), static_cast<float>(zoomed * 0.9));
-    camera.ZoomToRectangle(0, 0, 200, 10);
-    EXPECT_EQ(camera.GetScale(), static_cast<float>(static_cast<float>(zoomed * 0.9) * 0.5));
 }
 
 TEST(NavigatedCamera, StepAnimationRunsTheSmoothRotationThenTheTour)

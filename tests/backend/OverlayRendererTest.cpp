@@ -1,7 +1,6 @@
 // What every backend's renderer does apart from drawing: the frame's
-// sequence, the overlays' order, what follows a resize, the title's place,
-// the text sizes and colours; and the rubber band's and factories' shared
-// bookkeeping.
+// sequence, the overlays' order, what follows a resize, the text sizes and
+// colours; and the rubber band's, light's and factories' shared bookkeeping.
 #include "BackendTestSupport.h"
 
 #include "common/Factories.h"
@@ -12,7 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace
@@ -22,23 +23,23 @@ using KesraBackend::Color;
 using KesraBackend::Overlay;
 using Log = std::vector<std::string>;
 
-// A renderer that writes what it is asked to do into a log.
-class LoggingRenderer : public KesraBackend::COverlayRenderer
+// A renderer that writes what it is asked to do into the log.
+class LoggingRenderer : public KesraBackend::COverlayRenderer, public KesraTest::Logged
 {
 public:
-    LoggingRenderer(int width, int height, Log& log) : COverlayRenderer(width, height), m_log(log) {}
+    LoggingRenderer(int width, int height) : COverlayRenderer(width, height) {}
 
     bool CreateContext() override { return m_context = true; }
     void DestroyContext() override { m_context = false; }
     bool MakeCurrent() override { return m_context; }
     void InitializeState() override {}
-    void DrawBackground() override { m_log.push_back("background"); }
-    void DrawScene() override { m_log.push_back("scene"); }
-    void DrawTitle() override { m_log.push_back("title"); }
+    void DrawBackground() override { LogCall("background"); }
+    void DrawScene() override { LogCall("scene"); }
+    void DrawTitle() override { LogCall("title"); }
     void ApplySmoothing() override {}
     void ApplyPolygonOffset() override {}
-    void SwapBuffers() override { m_log.push_back("swap"); }
-    void Invalidate() override { m_log.push_back("invalidate"); }
+    void SwapBuffers() override { LogCall("swap"); }
+    void Invalidate() override { LogCall("invalidate"); }
     bool ReadPixels(int, int, int, int, unsigned char*) override { return false; }
     float ReadDepth(int, int) override { return 1.0f; }
     double TextWidth(const std::string& text, int) const override { return 7.0 * text.size(); }
@@ -47,55 +48,41 @@ public:
     KesraBackend::AttachedOverlays& Attach() { return m_attached; }
 
 protected:
-    bool BeginFrame() override { return Note("begin frame"); }
-    void EndFrame() override { m_log.push_back("end frame"); }
-    bool BeginOverlays() override { return Note("begin overlays"); }
-    void EndOverlays() override { m_log.push_back("end overlays"); }
+    bool BeginFrame() override { return LogCall("begin frame"); }
+    void EndFrame() override { LogCall("end frame"); }
+    bool BeginOverlays() override { return LogCall("begin overlays"); }
+    void EndOverlays() override { LogCall("end overlays"); }
     void DrawAxisTriad(KesraEngine::CKesraAxis& axis) override
     {
-        m_log.push_back("axis");
+        LogCall("axis");
         COverlayRenderer::DrawAxisTriad(axis);
     }
     void DrawOwnOverlay(Overlay overlay) override
     {
-        m_log.push_back(overlay == Overlay::CurveInset ? "inset" : "host");
+        LogCall(overlay == Overlay::CurveInset ? "inset" : "host");
     }
     void ResizeSurface(int width, int height) override
     {
-        m_log.push_back("surface " + std::to_string(width) + "x" + std::to_string(height));
+        log->push_back("surface " + std::to_string(width) + "x" + std::to_string(height));
     }
 
 private:
-    bool Note(const char* what)
-    {
-        m_log.push_back(what);
-        return true;
-    }
-
-    Log& m_log;
     bool m_context = false;
 };
 
-class LoggingLight : public KesraTest::TestLight
+class LoggingLight : public KesraTest::TestLight, public KesraTest::Logged
 {
 public:
-    explicit LoggingLight(Log& log) : m_log(log) {}
-    void DrawSymbol() override { m_log.push_back("light"); }
-
-private:
-    Log& m_log;
+    void DrawSymbol() override { LogCall("light"); }
 };
 
-class LoggingArea : public KesraTest::TestDraggedArea
+class LoggingArea : public KesraTest::TestDraggedArea, public KesraTest::Logged
 {
 public:
-    explicit LoggingArea(Log& log) : TestDraggedArea(10, 10), m_log(log) {}
-    void BeginOverlay() override { m_log.push_back("area begin"); }
-    void Draw() override { m_log.push_back("area"); }
-    void EndOverlay() override { m_log.push_back("area end"); }
-
-private:
-    Log& m_log;
+    LoggingArea() : TestDraggedArea(10, 10) {}
+    void BeginOverlay() override { LogCall("area begin"); }
+    void Draw() override { LogCall("area"); }
+    void EndOverlay() override { LogCall("area end"); }
 };
 
 struct Scene
@@ -104,28 +91,23 @@ struct Scene
     {
         renderer.CreateContext();
         renderer.SetCamera(&camera);
-        camera.note = [this](const char* what) { log.push_back(what); };
-        tips.drawn = [this] { log.push_back("tips"); };
-        legend.drawn = [this] { log.push_back("legend"); };
-        ruler.drawn = [this] { log.push_back("ruler"); };
-        KesraBackend::AttachedOverlays& attached = renderer.Attach();
-        attached.axis = &axis;
-        attached.tips = &tips;
-        attached.legend = &legend;
-        attached.ruler = &ruler;
-        attached.area = &area;
-        attached.light = &light;
+        for (KesraTest::Logged* logged : std::initializer_list<KesraTest::Logged*>{
+                 &renderer, &camera, &tips, &legend, &ruler, &area, &light})
+        {
+            logged->log = &log;
+        }
+        renderer.Attach() = {&axis, &tips, &legend, &ruler, &area, &light};
     }
 
     Log log;
-    LoggingRenderer renderer{400, 300, log};
+    LoggingRenderer renderer{400, 300};
     KesraTest::NavigatedTestCamera camera{400, 300};
     KesraTest::TestAxis axis;
     KesraTest::TestTipLabels tips;
     KesraTest::TestLegend legend;
     KesraTest::TestScaleRuler ruler;
-    LoggingArea area{log};
-    LoggingLight light{log};
+    LoggingArea area;
+    LoggingLight light;
 };
 
 TEST(OverlayRenderer, AFrameDrawsEveryPartInOrderThenPresents)
@@ -140,7 +122,7 @@ TEST(OverlayRenderer, AFrameDrawsEveryPartInOrderThenPresents)
                               "title", "end frame", "swap"}));
 }
 
-TEST(OverlayRenderer, OnlyWhatIsAttachedAndAskedForIsDrawn)
+TEST(OverlayRenderer, OnlyWhatIsAttachedAndAskedForIsDrawnAndNothingWithoutAContext)
 {
     Scene scene;
     scene.renderer.Attach() = {};
@@ -152,11 +134,8 @@ TEST(OverlayRenderer, OnlyWhatIsAttachedAndAskedForIsDrawn)
     scene.renderer.Attach().area = &scene.area;
     scene.renderer.DrawOverlays();
     EXPECT_EQ(scene.log, (Log{"begin overlays", "inset", "host", "end overlays"}));
-}
 
-TEST(OverlayRenderer, NothingWithoutAContext)
-{
-    Scene scene;
+    scene.log.clear();
     scene.renderer.DestroyContext();
     scene.renderer.Render();
     EXPECT_TRUE(scene.log.empty());
@@ -175,42 +154,28 @@ TEST(OverlayRenderer, EachFrameStepsTheCamerasAnimation)
 
 TEST(OverlayRenderer, AResizeReachesTheSurfaceThenEveryFollower)
 {
+    const auto size = [](const auto& follower) {
+        int width = 0;
+        int height = 0;
+        follower.GetWindowSize(width, height);
+        return std::pair{width, height};
+    };
     Scene scene;
+    ASSERT_TRUE(scene.legend.Create(10, 10, 0, 0));
+    scene.log.clear();
     scene.renderer.Resize(640, 480);
     EXPECT_EQ(scene.log, (Log{"surface 640x480", "invalidate"}));
-    int width = 0;
-    int height = 0;
-    scene.camera.GetWindowSize(width, height);
-    EXPECT_EQ(width, 640);
-    scene.axis.GetWindowSize(width, height);
-    EXPECT_EQ(height, 480);
-    scene.area.GetWindowSize(width, height);
-    EXPECT_EQ(width, 640);
-    scene.ruler.GetWindowSize(width, height);
-    EXPECT_EQ(width, 640);
-    ASSERT_TRUE(scene.legend.Create(10, 10, 0, 0));
-    scene.renderer.Resize(320, 200);
-    scene.legend.GetWindowSize(width, height);
-    EXPECT_EQ(width, 320);
-    EXPECT_EQ(height, 200);
+    EXPECT_EQ(size(scene.camera), std::pair(640, 480));
+    EXPECT_EQ(size(scene.axis), std::pair(640, 480));
+    EXPECT_EQ(size(scene.legend), std::pair(640, 480));
+    EXPECT_EQ(size(scene.ruler), std::pair(640, 480));
+    EXPECT_EQ(size(scene.area), std::pair(640, 480));
     // Nothing attached: only the surface and the redraw.
     scene.renderer.Attach() = {};
     scene.renderer.SetCamera(nullptr);
     scene.log.clear();
     scene.renderer.Resize(100, 100);
     EXPECT_EQ(scene.log, (Log{"surface 100x100", "invalidate"}));
-}
-
-TEST(OverlayRenderer, TheTitleStandsInTheTopLeftCorner)
-{
-    Scene scene;
-    scene.renderer.SetName("Wake");
-    const KesraBackend::TextLine title = scene.renderer.TitleLine();
-    EXPECT_EQ(title.text, "Wake");
-    EXPECT_EQ(title.x, 14.0);
-    EXPECT_EQ(title.y, 300.0 - 14.0 - 18.0);
-    EXPECT_EQ(title.sizeChange, 4);
-    EXPECT_TRUE(title.bold);
 }
 
 TEST(OverlayText, TextColourContrastsWithTheBackgroundAtTheMiddle)
@@ -223,9 +188,6 @@ TEST(OverlayText, TextColourContrastsWithTheBackgroundAtTheMiddle)
     EXPECT_EQ(KesraBackend::ContrastingTextColor({0, 0, 255, 255}), (Color{255, 255, 255, 255}));
     EXPECT_EQ(KesraBackend::PaperColor({255, 255, 255, 255}), (Color{255, 255, 255, 255}));
     EXPECT_EQ(KesraBackend::PaperColor({0, 0, 40, 255}), (Color{0, 0, 0, 255}));
-    Scene scene;
-    scene.renderer.SetBackgroundColor({10, 10, 10, 255});
-    EXPECT_EQ(scene.renderer.ContrastingTextColor(), (Color{255, 255, 255, 255}));
 }
 
 TEST(OverlayText, SizesFollowTheFontWithinLimits)
@@ -299,9 +261,9 @@ public:
     void DrawSymbol() override {}
 };
 
-TEST(ShadingLight, SwitchingAsksForAFrame)
+TEST(ShadingLight, SwitchingAsksForAFrameAndTheSymbolStandsWhereTheLightComesFrom)
 {
-    Scene scene;
+    Scene scene; // 400 x 300: the rim is 135 pixels out
     TestShadingLight light(scene.renderer);
     scene.log.clear();
     light.TurnOff();
@@ -309,12 +271,7 @@ TEST(ShadingLight, SwitchingAsksForAFrame)
     light.TurnOn();
     EXPECT_EQ(light.GetSwitch(), 1);
     EXPECT_EQ(scene.log, (Log{"invalidate", "invalidate"}));
-}
 
-TEST(ShadingLight, TheSymbolStandsWhereTheLightComesFromSeenFromTheFront)
-{
-    Scene scene; // 400 x 300: the rim is 135 pixels out
-    TestShadingLight light(scene.renderer);
     double x = 0.0;
     double y = 0.0;
     light.SetPosition({0.0, 0.0, 0.0});

@@ -51,7 +51,7 @@ RulerInput FourBlocks()
     return in;
 }
 
-TEST(RulerLayout, BlocksTicksAndLabelsAboveThem)
+TEST(RulerLayout, BlocksTicksAndLabelsAboveThemWithAHalfLabelForFourBlocksOnly)
 {
     const RulerLayout layout = MakeRulerLayout(FourBlocks(), kMeasure);
     ASSERT_EQ(layout.blocks.size(), 4u);
@@ -75,19 +75,15 @@ TEST(RulerLayout, BlocksTicksAndLabelsAboveThem)
         EXPECT_EQ(layout.labels[k].x, xs[k]);
         EXPECT_EQ(layout.labels[k].y, 44.0);
         EXPECT_EQ(layout.labels[k].anchor, Anchor::Middle);
-        EXPECT_EQ(layout.labels[k].sizeChange, -2);
     }
     EXPECT_EQ(layout.labels[2].tail, " [m]");
-}
 
-TEST(RulerLayout, TwoBlocksHaveNoHalfLabel)
-{
     RulerInput in = FourBlocks();
     in.blocks = 2;
-    const RulerLayout layout = MakeRulerLayout(in, kMeasure);
-    EXPECT_EQ(layout.blocks.size(), 2u);
-    ASSERT_EQ(layout.labels.size(), 2u);
-    EXPECT_EQ(layout.labels[1].text, "200.00");
+    const RulerLayout two = MakeRulerLayout(in, kMeasure);
+    EXPECT_EQ(two.blocks.size(), 2u);
+    ASSERT_EQ(two.labels.size(), 2u);
+    EXPECT_EQ(two.labels[1].text, "200.00");
     in.blocks = 0;
     EXPECT_EQ(MakeRulerLayout(in, kMeasure).blocks.size(), 1u) << "at least one block";
 }
@@ -111,10 +107,12 @@ TEST(RulerLayout, TheEndLabelStaysInsideTheWindow)
     EXPECT_EQ(MakeRulerLayout(in, kMeasure).labels.back().anchor, Anchor::End);
 }
 
-TEST(ScaleRuler, WritesItsLengthsByItsLabelFormats)
+TEST(ScaleRuler, WritesItsLengthsByItsLabelFormatsAndIsShownOnlyWithALength)
 {
     KesraTest::TestScaleRuler ruler;
+    EXPECT_FALSE(ruler.IsShown());
     ASSERT_TRUE(ruler.Create(800, 600, 0, 0));
+    EXPECT_TRUE(ruler.IsShown());
     // 266 pixels at scale 1: 200 long, 200 pixels, formats 4 and 1.
     EXPECT_EQ(ruler.GetRoundLength(), 200.0f);
     EXPECT_EQ(ruler.GetPixelWidth(), 200);
@@ -140,14 +138,7 @@ TEST(ScaleRuler, WritesItsLengthsByItsLabelFormats)
     EXPECT_EQ(layout.ticks[0].y1, 15.0 + 10.0) << "ticks of the reduced height";
     EXPECT_EQ(layout.labels[1].superscript, "-3");
     EXPECT_EQ(layout.labels[2].tail, " m");
-}
 
-TEST(ScaleRuler, IsShownOnlyCreatedToBeDrawnAndWithALength)
-{
-    KesraTest::TestScaleRuler ruler;
-    EXPECT_FALSE(ruler.IsShown());
-    ASSERT_TRUE(ruler.Create(800, 600, 0, 0));
-    EXPECT_TRUE(ruler.IsShown());
     ruler.SetDrawRuler(0);
     EXPECT_FALSE(ruler.IsShown());
     ruler.SetDrawRuler(1);

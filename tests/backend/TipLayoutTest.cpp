@@ -1,6 +1,6 @@
-// The tips as every backend places them: the font type's size change, the
-// separation of overlapping labels, keeping labels inside the window, and the
-// placement of label, text and leader through the camera.
+// The tips as every backend places them: the separation of overlapping
+// labels, keeping labels inside the window, and the placement of label, text
+// and leader through the camera at the font type's size.
 #include "BackendTestSupport.h"
 
 #include "support/TestDoubles.h"
@@ -16,18 +16,7 @@ using KesraBackend::LabelBox;
 using KesraBackend::SeparateLabels;
 using KesraBackend::TipFontSizeChange;
 
-TEST(TipLayout, FontTypesMoveTheRenderersSize)
-{
-    const int sizes[] = {10, 12, 14, 16, 20};
-    for (int type = 0; type < 5; ++type)
-    {
-        const int change = TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(type));
-        EXPECT_EQ(KesraBackend::TextSize(nullptr, change), sizes[type]) << "type " << type;
-    }
-    EXPECT_EQ(TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(9)), 0) << "unknown: normal";
-}
-
-TEST(TipLayout, OverlappingLabelsMoveApartVertically)
+TEST(TipLayout, OnlyOverlappingLabelsMoveApartVerticallyUntilNoneOverlaps)
 {
     // 10 apart where 20 + 4 are needed: each moves 7, the upper one up.
     std::vector<LabelBox> boxes{{100.0, 100.0, 40.0, 20.0}, {100.0, 110.0, 40.0, 20.0}};
@@ -40,21 +29,14 @@ TEST(TipLayout, OverlappingLabelsMoveApartVertically)
     SeparateLabels(boxes, 400.0, 300.0);
     EXPECT_EQ(boxes[0].y, 62.0);
     EXPECT_EQ(boxes[1].y, 38.0);
-}
-
-TEST(TipLayout, LabelsApartSideBySideStay)
-{
-    // 45 apart where 40 + 4 suffice.
-    std::vector<LabelBox> boxes{{100.0, 100.0, 40.0, 20.0}, {145.0, 100.0, 40.0, 20.0}};
+    // Side by side, 45 apart where 40 + 4 suffice: they stay.
+    boxes = {{100.0, 100.0, 40.0, 20.0}, {145.0, 100.0, 40.0, 20.0}};
     SeparateLabels(boxes, 400.0, 300.0);
     EXPECT_EQ(boxes[0].y, 100.0);
     EXPECT_EQ(boxes[1].y, 100.0);
-}
 
-TEST(TipLayout, AStackOfLabelsEndsWithNoneOverlapping)
-{
     // Sixteen passes part four labels at one place to a thousandth of a pixel.
-    std::vector<LabelBox> boxes(4, LabelBox{200.0, 150.0, 60.0, 20.0});
+    boxes.assign(4, LabelBox{200.0, 150.0, 60.0, 20.0});
     SeparateLabels(boxes, 400.0, 300.0);
     for (std::size_t a = 0; a < boxes.size(); ++a)
     {
@@ -100,10 +82,13 @@ TEST(TipLabels, PlaceProjectsPointAndLabelAndSizesTheBox)
     EXPECT_DOUBLE_EQ(placed[0].text.y, 190.0 - 0.35 * 14.0);
     EXPECT_EQ(placed[0].text.anchor, KesraBackend::Anchor::Middle);
 
+    // The font type moves the size: huge is 6 pixels larger, an unknown
+    // type counts as normal.
     tips.SetTipFontType(KesraEngine::eTipFontHuge);
     placed = tips.Place(camera, measure, 400.0, 300.0);
     EXPECT_EQ(placed[0].text.sizeChange, 6);
     EXPECT_EQ(placed[0].label.height, 30.0);
+    EXPECT_EQ(TipFontSizeChange(static_cast<KesraEngine::eTipFontType>(9)), 0);
 }
 
 TEST(TipLabels, TwoTipsAtOnePlaceAreSeparatedAndKeepTheirPoints)
@@ -121,12 +106,6 @@ TEST(TipLabels, TwoTipsAtOnePlaceAreSeparatedAndKeepTheirPoints)
     EXPECT_EQ(placed[0].label.bottom - placed[1].label.bottom, 28.0);
     EXPECT_EQ(placed[0].pointX, 200.0);
     EXPECT_EQ(placed[1].pointX, 210.0);
-    tips.SetTextColor(1, 2, 3);
-    tips.SetBackgroundColor(4, 5, 6);
-    tips.SetLinkingLineColor(7, 8, 9);
-    EXPECT_EQ(tips.TextColor(), (KesraBackend::Color{1, 2, 3, 255}));
-    EXPECT_EQ(tips.BackgroundColor(), (KesraBackend::Color{4, 5, 6, 255}));
-    EXPECT_EQ(tips.LineColor(), (KesraBackend::Color{7, 8, 9, 255}));
 }
 
 } // namespace
