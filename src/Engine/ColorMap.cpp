@@ -1,9 +1,11 @@
 #include "Engine/ColorMap.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 
 namespace KesraEngine
 {
@@ -428,6 +430,409 @@ int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
     return 0;
 }
 
+// ---- The tables of a setting -----------------------------------------------------
+
+// The words a table is keyed on: every bit of the setting that its colours
+// depend on. Fill all range and the fixed colours are applied per value, so
+// they are not part of it; neither is the block count of a smooth table.
+constexpr int kKeyWords = 15 + 6;
+using TableKey = std::uint64_t[kKeyWords];
+
+std::uint64_t BitsOf(double value)
+{
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+void KeyOf(const CKesraColorMap& map, std::uint64_t* key)
+{
+    int w = 0;
+    for (const auto& stop : *map.palette)
+    {
+        for (const double channel : stop)
+        {
+            key[w++] = BitsOf(channel);
+        }
+    }
+    key[w++] = BitsOf(map.minimum);
+    key[w++] = BitsOf(map.maximum);
+    key[w++] = BitsOf(map.scaleTop);
+    key[w++] = static_cast<std::uint32_t>(map.banded ? map.blocks : 0);
+    key[w++] = map.inverse ? 1 : 0;
+    key[w] = map.banded ? 1 : 0;
+}
+
+// Doubles in rising order as integers, one apart for neighbours; +0.0 and
+// -0.0 (which every step of the mapping treats alike) share 0.
+std::int64_t OrderOf(double value)
+{
+    const auto bits = static_cast<std::int64_t>(BitsOf(value));
+    return bits < 0 ? -(bits & std::numeric_limits<std::int64_t>::max()) : bits;
+}
+
+double DoubleOfOrder(std::int64_t order)
+{
+    const std::uint64_t sign = std::uint64_t{1} << 63;
+    const std::uint64_t bits =
+        order < 0 ? (static_cast<std::uint64_t>(-order) | sign) : static_cast<std::uint64_t>(order);
+    double value = 0.0;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+// Tables larger than this are not worth their building time: the setting
+// is left to the blockwise batch.
+constexpr std::size_t kMaxTableEdges = std::size_t{1} << 16;
+constexpr int kMaxTableBlocks = 4096;
+
+} // namespace
+
+// The colour of every value of [minimum, maximum] as a step function: edge
+// holds the values at which the colour changes, rising (a value may appear
+// twice), then +inf; color[j] is the colour of the values with exactly j
+// edges at or below them. A value's count of edges is found from its bucket:
+// the buckets cut the range evenly by a rounded, hence rising, product, so
+// the edges below a value's bucket lie below the value and those above it
+// above; only the at most probes edges inside the bucket are compared.
+class CKesraColorTable
+{
+public:
+    TableKey key = {};
+    // False: no exact table for this setting.
+    bool usable = false;
+    double minimum = 0.0;
+    double maximum = 0.0;
+    double scale = 0.0;
+    int lastBucket = 0;
+    int probes = 0;
+    std::vector<std::int32_t> start;
+    std::vector<double> edge;
+    std::vector<std::uint32_t> color;
+    // The colour of a value that is not a number.
+    std::uint32_t nanColor = 0;
+
+    int Bucket(double value) const
+    {
+        const double s = (value - minimum) * scale;
+        return s < lastBucket ? static_cast<int>(s) : lastBucket;
+    }
+
+    // Buckets and probes for the edges found: about four buckets an edge.
+    void Index()
+    {
+        const std::size_t edges = edge.size();
+        std::size_t buckets = 64;
+        while (buckets < 4 * edges && buckets < (std::size_t{1} << 16))
+        {
+            buckets *= 2;
+        }
+        lastBucket = static_cast<int>(buckets) - 1;
+        const double width = maximum - minimum;
+        const double perValue = width > 0.0 ? static_cast<double>(buckets) / width : 0.0;
+        // A width of a few denormals would overflow the scale; any finite
+        // scale keeps the buckets rising.
+        scale = std::min(perValue, DBL_MAX);
+        std::vector<std::int32_t> inBucket(buckets, 0);
+        for (const double e : edge)
+        {
+            ++inBucket[static_cast<std::size_t>(Bucket(e))];
+        }
+        start.assign(buckets, 0);
+        std::int32_t below = 0;
+        probes = 0;
+        for (std::size_t b = 0; b < buckets; ++b)
+        {
+            start[b] = below;
+            below += inBucket[b];
+            probes = std::max(probes, static_cast<int>(inBucket[b]));
+        }
+        edge.push_back(std::numeric_limits<double>::infinity());
+        usable = true;
+    }
+};
+
+namespace
+{
+
+std::uint32_t PlacedColor(const CKesraColorMap& map, double value)
+{
+    unsigned char rgb[3];
+    Place(map, value, map.minimum, map.scaleTop, 0, rgb);
+    return PackedColor(rgb);
+}
+
+// The clamped palette position of value, by the single query's steps.
+double PositionOf(const CKesraColorMap& map, double value)
+{
+    const double p = LinearPosition(value, map.minimum, map.scaleTop);
+    return ClampedPosition(map.inverse ? 1.0 - p : p);
+}
+
+bool FiniteRange(const CKesraColorMap& map)
+{
+    return std::isfinite(map.minimum) && std::isfinite(map.maximum) &&
+           map.minimum <= map.maximum && std::isfinite(map.maximum - map.minimum);
+}
+
+// Finds every value of [minimum, maximum] at which the smooth colour
+// changes. The position is a rounded, rising (falling with inverse) function
+// of the value, so over an interval of values it lies between the positions
+// of the ends; within one segment the fraction does too, and every rounded
+// step of a channel's mix is monotone in each operand, so a channel lies
+// between the mixes of the two ends' fractions taken crosswise. Where both
+// bounds give one byte for every channel the interval has one colour:
+// proved, not sampled, so that a mix that wobbles by an ulp near a byte's
+// edge is still found. Other intervals are halved, down to neighbouring
+// doubles, whose colours are the single query's.
+class SmoothTableBuilder
+{
+public:
+    SmoothTableBuilder(const CKesraColorMap& map, CKesraColorTable& table)
+        : m_map(map), m_table(table)
+    {
+    }
+
+    // False when the table outgrew its limit or the proof failed.
+    bool Build()
+    {
+        const double low = m_map.minimum;
+        const double high = m_map.maximum;
+        m_table.color.push_back(PlacedColor(m_map, low));
+        Walk(OrderOf(low), OrderOf(high), PositionOf(m_map, low), PositionOf(m_map, high),
+             m_table.color.back(), PlacedColor(m_map, high));
+        return m_ok;
+    }
+
+    static bool Applies(const CKesraColorMap& map)
+    {
+        const double width = map.scaleTop - map.minimum;
+        if (!FiniteRange(map) || !std::isfinite(width) || !(width > 0.0))
+        {
+            return false;
+        }
+        for (const auto& stop : *map.palette)
+        {
+            for (const double channel : stop)
+            {
+                if (!(channel >= 0.0 && channel <= 1.0))
+                {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
+private:
+    bool OneColor(double a, double b) const
+    {
+        const double low = std::min(a, b);
+        const double high = std::max(a, b);
+        if (low == high)
+        {
+            return true;
+        }
+        int i = 0;
+        int j = 0;
+        double fLow = 0.0;
+        double fHigh = 0.0;
+        Locate(low, i, fLow);
+        Locate(high, j, fHigh);
+        if (i != j)
+        {
+            return false;
+        }
+        const ColorPalette& stops = *m_map.palette;
+        for (int c = 0; c < 3; ++c)
+        {
+            if (!OneByte(stops[i][c], stops[i + 1][c], fLow, fHigh))
+            {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Whether a channel mixed between stops l and h (both in [0, 1]) gives
+    // one byte for every fraction in [fLow, fHigh]. Two proofs, each sound on
+    // its own; byte is rising in the channel, so equal bytes at the ends of a
+    // channel interval prove one byte in between.
+    // - Crosswise: each rounded step of the mix is monotone in its operands,
+    //   so the mix lies between the mixes taken with the two fractions
+    //   crosswise. Tight on short intervals, where 1 - f rounds to one or
+    //   two values; it finds where a mix that wobbles by an ulp near a
+    //   byte's edge crosses it more than once.
+    // - Bounded error: the rounded mix lies within 2^-51 of the exact
+    //   (1 - f) l + f h (four roundings of numbers below 2, each at most half
+    //   an ulp of 1), which is linear in f, and the ends computed here lie
+    //   within as much of its ends; a margin of 2^-48 covers both. Tight on
+    //   long intervals, where the crosswise mixes drift apart.
+    static bool OneByte(double l, double h, double fLow, double fHigh)
+    {
+        const double crosswiseLeast = (1.0 - fHigh) * l + fLow * h;
+        const double crosswiseMost = (1.0 - fLow) * l + fHigh * h;
+        if (ChannelByte(crosswiseLeast) == ChannelByte(crosswiseMost))
+        {
+            return true;
+        }
+        constexpr double kMargin = 0x1p-48;
+        const double atLow = l + fLow * (h - l);
+        const double atHigh = l + fHigh * (h - l);
+        const double least = std::max(std::min(atLow, atHigh) - kMargin, 0.0);
+        const double most = std::min(std::max(atLow, atHigh) + kMargin, 1.0);
+        return ChannelByte(least) == ChannelByte(most);
+    }
+
+    void Walk(std::int64_t a, std::int64_t b, double pa, double pb, std::uint32_t ca,
+              std::uint32_t cb)
+    {
+        // A palette whose stops almost agree can leave a channel within its
+        // rounding of a byte's edge over a long stretch; past this many
+        // intervals the setting is left to the blockwise batch.
+        m_ok = m_ok && ++m_intervals <= kMaxIntervals;
+        if (!m_ok)
+        {
+            return;
+        }
+        if (OneColor(pa, pb))
+        {
+            // The proof and the single query cannot disagree; if they did,
+            // the setting is left to the blockwise batch.
+            m_ok = ca == cb;
+            return;
+        }
+        const std::uint64_t apart = static_cast<std::uint64_t>(b) - static_cast<std::uint64_t>(a);
+        if (apart == 1)
+        {
+            if (ca != cb)
+            {
+                m_table.edge.push_back(DoubleOfOrder(b));
+                m_table.color.push_back(cb);
+                m_ok = m_table.edge.size() <= kMaxTableEdges;
+            }
+            return;
+        }
+        const auto middle = static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + apart / 2);
+        const double value = DoubleOfOrder(middle);
+        const double pm = PositionOf(m_map, value);
+        const std::uint32_t cm = PlacedColor(m_map, value);
+        Walk(a, middle, pa, pm, ca, cm);
+        Walk(middle, b, pm, pb, cm, cb);
+    }
+
+    const CKesraColorMap& m_map;
+    CKesraColorTable& m_table;
+    static constexpr long kMaxIntervals = 1L << 21;
+    long m_intervals = 0;
+    bool m_ok = true;
+};
+
+// The banded colour is the colour of the lower edge of a value's block: with
+// rising block edges, edge k is the lower edge of the values that have k
+// edges after the minimum at or below them.
+bool BuildBandedTable(const CKesraColorMap& map, CKesraColorTable& table)
+{
+    if (!FiniteRange(map) || map.blocks > kMaxTableBlocks)
+    {
+        return false;
+    }
+    const int n = std::max(map.blocks, 0);
+    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
+    FillBlockEdges(map.minimum, map.maximum, n, edges.data());
+    for (std::size_t k = 0; k < edges.size(); ++k)
+    {
+        if (!std::isfinite(edges[k]) || (k > 0 && !(edges[k - 1] <= edges[k])))
+        {
+            return false;
+        }
+        table.color.push_back(PlacedColor(map, edges[k]));
+    }
+    table.edge.assign(edges.begin() + 1, edges.end());
+    return true;
+}
+
+void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
+{
+    KeyOf(map, table.key);
+    table.minimum = map.minimum;
+    table.maximum = map.maximum;
+    const bool built = map.banded
+                           ? BuildBandedTable(map, table)
+                           : SmoothTableBuilder::Applies(map) && SmoothTableBuilder(map, table).Build();
+    if (!built)
+    {
+        table.edge.clear();
+        table.color.clear();
+        return;
+    }
+    unsigned char rgb[3];
+    if (map.banded)
+    {
+        Banded(map, std::numeric_limits<double>::quiet_NaN(), rgb);
+    }
+    else
+    {
+        Smooth(map, std::numeric_limits<double>::quiet_NaN(), rgb);
+    }
+    table.nanColor = PackedColor(rgb);
+    table.Index();
+}
+
+// The table's colours of n values: each value clamped into the range (not a
+// number to the minimum), its bucket, then probes comparisons with the
+// bucket's edges. Not a number and the values outside the range are
+// corrected by the caller.
+template <int Probes>
+void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
+            std::uint32_t* mapped)
+{
+    double clamped[kBatchBlock];
+    std::int32_t first[kBatchBlock];
+    const double low = table.minimum;
+    const double high = table.maximum;
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const double raised = values[k] >= low ? values[k] : low;
+        clamped[k] = raised <= high ? raised : high;
+    }
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        first[k] = table.Bucket(clamped[k]);
+    }
+    const std::int32_t* const start = table.start.data();
+    const double* const edge = table.edge.data();
+    const std::uint32_t* const color = table.color.data();
+    const int probes = Probes > 0 ? Probes : table.probes;
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        std::int32_t j = start[first[k]];
+        for (int p = 0; p < probes; ++p)
+        {
+            j += clamped[k] >= edge[j] ? 1 : 0;
+        }
+        mapped[k] = color[j];
+    }
+}
+
+void LookUpAny(const CKesraColorTable& table, const double* values, std::size_t n,
+               std::uint32_t* mapped)
+{
+    switch (table.probes)
+    {
+    case 0:
+    case 1:
+        LookUp<1>(table, values, n, mapped);
+        break;
+    case 2:
+        LookUp<2>(table, values, n, mapped);
+        break;
+    default:
+        LookUp<0>(table, values, n, mapped);
+        break;
+    }
+}
+
 } // namespace
 
 std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks)
@@ -547,6 +952,77 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
             const int side = SideOfRange(block[k], low, high);
             const bool fixed = single || (!fill && side != 0);
             const std::uint32_t color = fixed ? fixedColor : mapped[k];
+            std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
+        }
+        if (codes != nullptr)
+        {
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                const int side = SideOfRange(block[k], low, high);
+                codes[start + k] = static_cast<signed char>(fill ? 0 : side);
+            }
+        }
+    }
+}
+
+CKesraColorTables::CKesraColorTables() noexcept = default;
+
+CKesraColorTables::~CKesraColorTables() = default;
+
+void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                              signed char* codes, CKesraColorTables& tables) const
+{
+    if (values == nullptr || rgba == nullptr)
+    {
+        return;
+    }
+    // In single-colour mode no value needs a table.
+    std::unique_lock<std::mutex> hold(tables.m_lock, std::defer_lock);
+    const CKesraColorTable* table = nullptr;
+    if (!useSingleColor)
+    {
+        hold.lock();
+        std::unique_ptr<CKesraColorTable>& slot = banded ? tables.m_banded : tables.m_smooth;
+        TableKey key = {};
+        KeyOf(*this, key);
+        if (!slot || std::memcmp(slot->key, key, sizeof key) != 0)
+        {
+            // The old table goes first, so that a failed allocation leaves none.
+            slot.reset();
+            auto built = std::make_unique<CKesraColorTable>();
+            BuildTable(*this, *built);
+            slot = std::move(built);
+        }
+        if (!slot->usable)
+        {
+            hold.unlock();
+            ColorsOf(values, count, rgba, codes);
+            return;
+        }
+        table = slot.get();
+    }
+    const double low = minimum;
+    const double high = maximum;
+    const bool fill = fillAllRange;
+    const bool single = useSingleColor;
+    const std::uint32_t fixedColor = PackedColor(single ? singleColor : overRangeColor);
+    const std::uint32_t nanColor = single ? fixedColor : table->nanColor;
+    std::uint32_t mapped[kBatchBlock] = {};
+    for (std::size_t start = 0; start < count; start += kBatchBlock)
+    {
+        const std::size_t n = std::min(kBatchBlock, count - start);
+        const double* const block = values + start;
+        if (!single)
+        {
+            LookUpAny(*table, block, n, mapped);
+        }
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const double value = block[k];
+            const int side = SideOfRange(value, low, high);
+            const bool fixed = single || (!fill && side != 0);
+            const std::uint32_t inRange = value != value ? nanColor : mapped[k];
+            const std::uint32_t color = fixed ? fixedColor : inRange;
             std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
         }
         if (codes != nullptr)
