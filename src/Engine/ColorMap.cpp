@@ -491,13 +491,25 @@ constexpr int kMaxTableBlocks = 4096;
 // The colour of every value of [minimum, maximum] as a step function: edge
 // holds the values at which the colour changes, rising (a value may appear
 // twice), then +inf; color[j] is the colour of the values with exactly j
-// edges at or below them. A value's count of edges is found from its bucket:
-// the buckets cut the range evenly by a rounded, hence rising, product, so
-// the edges below a value's bucket lie below the value and those above it
-// above; only the at most probes edges inside the bucket are compared.
+// edges at or below them. The buckets cut the range evenly by a rounded,
+// hence rising, product of the value, so the edges in buckets below a
+// value's lie below the value and those in buckets above it above: a value
+// needs only the edges of its own bucket. Most buckets hold one edge or
+// none, and their entry answers with one comparison; an entry of colour 0
+// (alpha 0, no colour of the map) sends its values to the search of the
+// bucket's edges. Three entries after the buckets take the values below the
+// range, above it and not a number; the batch sets their colours, which
+// depend on fill all range and the over-range colour.
 class CKesraColorTable
 {
 public:
+    struct Entry
+    {
+        double edge;
+        std::uint32_t below;
+        std::uint32_t above;
+    };
+
     TableKey key = {};
     // False: no exact table for this setting.
     bool usable = false;
@@ -505,12 +517,14 @@ public:
     double maximum = 0.0;
     double scale = 0.0;
     int lastBucket = 0;
-    int probes = 0;
     std::vector<std::int32_t> start;
     std::vector<double> edge;
     std::vector<std::uint32_t> color;
+    std::vector<Entry> entry;
     // The colour of a value that is not a number.
     std::uint32_t nanColor = 0;
+
+    static constexpr std::uint32_t kSearch = 0;
 
     int Bucket(double value) const
     {
@@ -518,12 +532,31 @@ public:
         return s < lastBucket ? static_cast<int>(s) : lastBucket;
     }
 
-    // Buckets and probes for the edges found: about four buckets an edge.
+    // The colour of value, in [minimum, maximum], by the bucket's edges.
+    std::uint32_t Search(double value) const
+    {
+        std::size_t j = static_cast<std::size_t>(start[static_cast<std::size_t>(Bucket(value))]);
+        while (value >= edge[j])
+        {
+            ++j;
+        }
+        return color[j];
+    }
+
+    void SetOutside(std::uint32_t belowColor, std::uint32_t aboveColor)
+    {
+        const std::size_t outside = static_cast<std::size_t>(lastBucket) + 1;
+        entry[outside] = {kInfinity, belowColor, belowColor};
+        entry[outside + 1] = {kInfinity, aboveColor, aboveColor};
+        entry[outside + 2] = {kInfinity, nanColor, nanColor};
+    }
+
+    // Buckets for the edges found: at least eight a bucket on average.
     void Index()
     {
         const std::size_t edges = edge.size();
         std::size_t buckets = 64;
-        while (buckets < 4 * edges && buckets < (std::size_t{1} << 16))
+        while (buckets < 8 * edges && buckets < (std::size_t{1} << 15))
         {
             buckets *= 2;
         }
@@ -538,18 +571,29 @@ public:
         {
             ++inBucket[static_cast<std::size_t>(Bucket(e))];
         }
+        edge.push_back(kInfinity);
         start.assign(buckets, 0);
+        entry.assign(buckets + 3, Entry{kInfinity, kSearch, kSearch});
         std::int32_t below = 0;
-        probes = 0;
         for (std::size_t b = 0; b < buckets; ++b)
         {
             start[b] = below;
+            const auto j = static_cast<std::size_t>(below);
+            if (inBucket[b] == 0)
+            {
+                entry[b] = {kInfinity, color[j], color[j]};
+            }
+            else if (inBucket[b] == 1)
+            {
+                entry[b] = {edge[j], color[j], color[j + 1]};
+            }
             below += inBucket[b];
-            probes = std::max(probes, static_cast<int>(inBucket[b]));
         }
-        edge.push_back(std::numeric_limits<double>::infinity());
         usable = true;
     }
+
+private:
+    static constexpr double kInfinity = std::numeric_limits<double>::infinity();
 };
 
 namespace
@@ -779,57 +823,50 @@ void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
     table.Index();
 }
 
-// The table's colours of n values: each value clamped into the range (not a
-// number to the minimum), its bucket, then probes comparisons with the
-// bucket's edges. Not a number and the values outside the range are
-// corrected by the caller.
-template <int Probes>
+// The table's colours of n values. First each value's entry, every step a
+// comparison and a select so that the loop runs on vectors: its bucket
+// inside the range, else the entry for below, above or not a number. Then
+// one comparison with the entry's edge per value; the few values whose
+// bucket holds several edges are searched afterwards.
 void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
             std::uint32_t* mapped)
 {
-    double clamped[kBatchBlock];
-    std::int32_t first[kBatchBlock];
+    std::int32_t which[kBatchBlock];
     const double low = table.minimum;
     const double high = table.maximum;
+    const double scale = table.scale;
+    const double last = table.lastBucket;
+    const double below = last + 1.0;
+    const double above = last + 2.0;
+    const double notANumber = last + 3.0;
     for (std::size_t k = 0; k < n; ++k)
     {
-        const double raised = values[k] >= low ? values[k] : low;
-        clamped[k] = raised <= high ? raised : high;
+        const double value = values[k];
+        const double s = (value - low) * scale;
+        const double inside = s < last ? s : last;
+        const double beyond = low > value ? below : (value > high ? above : notANumber);
+        const bool inRange = value >= low && value <= high;
+        which[k] = static_cast<std::int32_t>(inRange ? inside : beyond);
     }
+    const CKesraColorTable::Entry* const entry = table.entry.data();
+    std::uint32_t searched = ~std::uint32_t{0};
     for (std::size_t k = 0; k < n; ++k)
     {
-        first[k] = table.Bucket(clamped[k]);
+        const CKesraColorTable::Entry& e = entry[which[k]];
+        const std::uint32_t color = values[k] >= e.edge ? e.above : e.below;
+        mapped[k] = color;
+        searched &= color;
     }
-    const std::int32_t* const start = table.start.data();
-    const double* const edge = table.edge.data();
-    const std::uint32_t* const color = table.color.data();
-    const int probes = Probes > 0 ? Probes : table.probes;
-    for (std::size_t k = 0; k < n; ++k)
+    // Every colour has alpha 255; only a bucket of several edges leaves 0.
+    if ((searched >> ByteShift(3) & 0xffu) == 0)
     {
-        std::int32_t j = start[first[k]];
-        for (int p = 0; p < probes; ++p)
+        for (std::size_t k = 0; k < n; ++k)
         {
-            j += clamped[k] >= edge[j] ? 1 : 0;
+            if (mapped[k] == CKesraColorTable::kSearch)
+            {
+                mapped[k] = table.Search(values[k]);
+            }
         }
-        mapped[k] = color[j];
-    }
-}
-
-void LookUpAny(const CKesraColorTable& table, const double* values, std::size_t n,
-               std::uint32_t* mapped)
-{
-    switch (table.probes)
-    {
-    case 0:
-    case 1:
-        LookUp<1>(table, values, n, mapped);
-        break;
-    case 2:
-        LookUp<2>(table, values, n, mapped);
-        break;
-    default:
-        LookUp<0>(table, values, n, mapped);
-        break;
     }
 }
 
@@ -978,7 +1015,7 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
     }
     // In single-colour mode no value needs a table.
     std::unique_lock<std::mutex> hold(tables.m_lock, std::defer_lock);
-    const CKesraColorTable* table = nullptr;
+    CKesraColorTable* table = nullptr;
     if (!useSingleColor)
     {
         hold.lock();
@@ -1000,31 +1037,25 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
             return;
         }
         table = slot.get();
+        // Outside the range with fill all range, the colour of the nearer end.
+        const std::uint32_t over = PackedColor(overRangeColor);
+        table->SetOutside(fillAllRange ? table->Search(minimum) : over,
+                          fillAllRange ? table->Search(maximum) : over);
     }
     const double low = minimum;
     const double high = maximum;
     const bool fill = fillAllRange;
-    const bool single = useSingleColor;
-    const std::uint32_t fixedColor = PackedColor(single ? singleColor : overRangeColor);
-    const std::uint32_t nanColor = single ? fixedColor : table->nanColor;
-    std::uint32_t mapped[kBatchBlock] = {};
+    std::uint32_t mapped[kBatchBlock];
+    std::fill(mapped, mapped + kBatchBlock, PackedColor(singleColor));
     for (std::size_t start = 0; start < count; start += kBatchBlock)
     {
         const std::size_t n = std::min(kBatchBlock, count - start);
         const double* const block = values + start;
-        if (!single)
+        if (table != nullptr)
         {
-            LookUpAny(*table, block, n, mapped);
+            LookUp(*table, block, n, mapped);
         }
-        for (std::size_t k = 0; k < n; ++k)
-        {
-            const double value = block[k];
-            const int side = SideOfRange(value, low, high);
-            const bool fixed = single || (!fill && side != 0);
-            const std::uint32_t inRange = value != value ? nanColor : mapped[k];
-            const std::uint32_t color = fixed ? fixedColor : inRange;
-            std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
-        }
+        std::memcpy(rgba + 4 * start, mapped, 4 * n);
         if (codes != nullptr)
         {
             for (std::size_t k = 0; k < n; ++k)
