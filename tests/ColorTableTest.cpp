@@ -56,10 +56,16 @@ Answer SingleAnswer(const CKesraScalarBar& bar, double value, bool byValue)
     return {packed, code};
 }
 
-// Runs both batches over values and compares every value with the single
-// query; reports the first few mismatches.
-void ExpectBatchesMatch(const CKesraScalarBar& bar, const std::vector<double>& values)
+// Runs both batches over values, repeated to a batch long enough for the
+// table (a short one goes without), and compares every value with the
+// single query; reports the first few mismatches.
+void ExpectBatchesMatch(const CKesraScalarBar& bar, const std::vector<double>& given)
 {
+    std::vector<double> values = given;
+    while (values.size() < 8192)
+    {
+        values.insert(values.end(), given.begin(), given.end());
+    }
     for (const bool byValue : {false, true})
     {
         std::vector<unsigned char> rgba(4 * values.size(), 0);

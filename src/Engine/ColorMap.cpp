@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <new>
 
 namespace KesraEngine
 {
@@ -485,21 +486,24 @@ double DoubleOfOrder(std::int64_t order)
 // is left to the blockwise batch.
 constexpr std::size_t kMaxTableEdges = std::size_t{1} << 16;
 constexpr int kMaxTableBlocks = 4096;
+// Batches shorter than this go blockwise, without a table.
+constexpr std::size_t kTabledBatch = 4096;
 
 } // namespace
 
-// The colour of every value of [minimum, maximum] as a step function: edge
-// holds the values at which the colour changes, rising (a value may appear
-// twice), then +inf; color[j] is the colour of the values with exactly j
-// edges at or below them. The buckets cut the range evenly by a rounded,
-// hence rising, product of the value, so the edges in buckets below a
-// value's lie below the value and those in buckets above it above: a value
-// needs only the edges of its own bucket. Most buckets hold one edge or
-// none, and their entry answers with one comparison; an entry of colour 0
-// (alpha 0, no colour of the map) sends its values to the search of the
-// bucket's edges. Three entries after the buckets take the values below the
-// range, above it and not a number; the batch sets their colours, which
-// depend on fill all range and the over-range colour.
+// The colour of every value as a step function, built from the colours
+// inside the range: inner holds the values of [minimum, maximum] at which the
+// colour changes, rising (a value may appear twice), and innerColor[j] is
+// the colour of the values of the range with exactly j of them at or below.
+// Index adds the minimum and the double after the maximum as edges, with the
+// colours below and above the range, which depend on fill all range and the
+// over-range colour. The buckets cut the line by a rounded, clamped, hence
+// rising, function of the value, so the edges in buckets below a value's lie
+// below it and those in buckets above it above: a value needs only the edges
+// of its own bucket. Most buckets hold one edge or none, and their entry
+// answers with one comparison; an entry of colour 0 (alpha 0, no colour of
+// the map) sends its values to the search of the bucket's edges. Values that
+// are not a number are the batch's to colour.
 class CKesraColorTable
 {
 public:
@@ -515,24 +519,31 @@ public:
     bool usable = false;
     double minimum = 0.0;
     double maximum = 0.0;
-    double scale = 0.0;
-    int lastBucket = 0;
+    std::vector<double> inner;
+    std::vector<std::uint32_t> innerColor;
+    // The colour of a value that is not a number.
+    std::uint32_t nanColor = 0;
+
+    double scale = 1.0;
+    double top = 0.0;
+    std::uint32_t belowColor = 0;
+    std::uint32_t aboveColor = 0;
     std::vector<std::int32_t> start;
     std::vector<double> edge;
     std::vector<std::uint32_t> color;
     std::vector<Entry> entry;
-    // The colour of a value that is not a number.
-    std::uint32_t nanColor = 0;
 
     static constexpr std::uint32_t kSearch = 0;
 
+    // Bucket 0 lies below the range, the others cut it from the minimum up.
     int Bucket(double value) const
     {
         const double s = (value - minimum) * scale;
-        return s < lastBucket ? static_cast<int>(s) : lastBucket;
+        const double raised = s > -1.0 ? s : -1.0;
+        return static_cast<int>(raised < top ? raised : top) + 1;
     }
 
-    // The colour of value, in [minimum, maximum], by the bucket's edges.
+    // The colour of value (not a number excepted) by its bucket's edges.
     std::uint32_t Search(double value) const
     {
         std::size_t j = static_cast<std::size_t>(start[static_cast<std::size_t>(Bucket(value))]);
@@ -543,57 +554,67 @@ public:
         return color[j];
     }
 
-    void SetOutside(std::uint32_t belowColor, std::uint32_t aboveColor)
+    // The colour of value in [minimum, maximum].
+    std::uint32_t InnerColor(double value) const
     {
-        const std::size_t outside = static_cast<std::size_t>(lastBucket) + 1;
-        entry[outside] = {kInfinity, belowColor, belowColor};
-        entry[outside + 1] = {kInfinity, aboveColor, aboveColor};
-        entry[outside + 2] = {kInfinity, nanColor, nanColor};
+        return innerColor[static_cast<std::size_t>(
+            std::upper_bound(inner.begin(), inner.end(), value) - inner.begin())];
     }
 
-    // Buckets for the edges found: at least eight a bucket on average.
-    void Index()
+    // Edges, colours, buckets and entries with these colours outside the
+    // range; about eight buckets an edge.
+    void Index(std::uint32_t below, std::uint32_t above)
     {
+        belowColor = below;
+        aboveColor = above;
+        edge.assign(1, minimum);
+        edge.insert(edge.end(), inner.begin(), inner.end());
+        edge.push_back(std::nextafter(maximum, kInfinity));
+        color.assign(1, below);
+        color.insert(color.end(), innerColor.begin(), innerColor.end());
+        color.push_back(above);
         const std::size_t edges = edge.size();
         std::size_t buckets = 64;
         while (buckets < 8 * edges && buckets < (std::size_t{1} << 15))
         {
             buckets *= 2;
         }
-        lastBucket = static_cast<int>(buckets) - 1;
+        top = static_cast<double>(buckets);
         const double width = maximum - minimum;
-        const double perValue = width > 0.0 ? static_cast<double>(buckets) / width : 0.0;
-        // A width of a few denormals would overflow the scale; any finite
-        // scale keeps the buckets rising.
+        const double perValue = width > 0.0 ? top / width : 1.0;
+        // Any positive finite scale keeps the buckets rising; one that
+        // overflowed (a width of a few denormals) would make 0 * inf.
         scale = std::min(perValue, DBL_MAX);
-        std::vector<std::int32_t> inBucket(buckets, 0);
+        const std::size_t all = buckets + 2;
+        std::vector<std::int32_t> inBucket(all, 0);
         for (const double e : edge)
         {
             ++inBucket[static_cast<std::size_t>(Bucket(e))];
         }
-        edge.push_back(kInfinity);
-        start.assign(buckets, 0);
-        entry.assign(buckets + 3, Entry{kInfinity, kSearch, kSearch});
-        std::int32_t below = 0;
-        for (std::size_t b = 0; b < buckets; ++b)
+        // Stops every search: no value is at or above it.
+        edge.push_back(kNoEdge);
+        start.assign(all, 0);
+        entry.assign(all, Entry{kNoEdge, kSearch, kSearch});
+        std::int32_t before = 0;
+        for (std::size_t b = 0; b < all; ++b)
         {
-            start[b] = below;
-            const auto j = static_cast<std::size_t>(below);
+            start[b] = before;
+            const auto j = static_cast<std::size_t>(before);
             if (inBucket[b] == 0)
             {
-                entry[b] = {kInfinity, color[j], color[j]};
+                entry[b] = {kNoEdge, color[j], color[j]};
             }
             else if (inBucket[b] == 1)
             {
                 entry[b] = {edge[j], color[j], color[j + 1]};
             }
-            below += inBucket[b];
+            before += inBucket[b];
         }
-        usable = true;
     }
 
 private:
     static constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    static constexpr double kNoEdge = std::numeric_limits<double>::quiet_NaN();
 };
 
 namespace
@@ -642,9 +663,9 @@ public:
     {
         const double low = m_map.minimum;
         const double high = m_map.maximum;
-        m_table.color.push_back(PlacedColor(m_map, low));
+        m_table.innerColor.push_back(PlacedColor(m_map, low));
         Walk(OrderOf(low), OrderOf(high), PositionOf(m_map, low), PositionOf(m_map, high),
-             m_table.color.back(), PlacedColor(m_map, high));
+             m_table.innerColor.back(), PlacedColor(m_map, high));
         return m_ok;
     }
 
@@ -751,9 +772,9 @@ private:
         {
             if (ca != cb)
             {
-                m_table.edge.push_back(DoubleOfOrder(b));
-                m_table.color.push_back(cb);
-                m_ok = m_table.edge.size() <= kMaxTableEdges;
+                m_table.inner.push_back(DoubleOfOrder(b));
+                m_table.innerColor.push_back(cb);
+                m_ok = m_table.inner.size() <= kMaxTableEdges;
             }
             return;
         }
@@ -790,9 +811,15 @@ bool BuildBandedTable(const CKesraColorMap& map, CKesraColorTable& table)
         {
             return false;
         }
-        table.color.push_back(PlacedColor(map, edges[k]));
     }
-    table.edge.assign(edges.begin() + 1, edges.end());
+    table.innerColor.push_back(PlacedColor(map, edges[0]));
+    // An edge above the maximum (one block, rounded up) changes no colour
+    // inside the range.
+    for (std::size_t k = 1; k < edges.size() && edges[k] <= map.maximum; ++k)
+    {
+        table.inner.push_back(edges[k]);
+        table.innerColor.push_back(PlacedColor(map, edges[k]));
+    }
     return true;
 }
 
@@ -806,8 +833,8 @@ void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
                            : SmoothTableBuilder::Applies(map) && SmoothTableBuilder(map, table).Build();
     if (!built)
     {
-        table.edge.clear();
-        table.color.clear();
+        table.inner.clear();
+        table.innerColor.clear();
         return;
     }
     unsigned char rgb[3];
@@ -820,33 +847,28 @@ void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
         Smooth(map, std::numeric_limits<double>::quiet_NaN(), rgb);
     }
     table.nanColor = PackedColor(rgb);
-    table.Index();
+    table.usable = true;
 }
 
-// The table's colours of n values. First each value's entry, every step a
-// comparison and a select so that the loop runs on vectors: its bucket
-// inside the range, else the entry for below, above or not a number. Then
-// one comparison with the entry's edge per value; the few values whose
-// bucket holds several edges are searched afterwards.
+// The table's colours of n values: each value's bucket, in steps that run
+// on vectors, then one comparison with its entry's edge. The few values whose
+// bucket holds several edges are searched afterwards, and those that are not
+// a number take their colour last.
 void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
             std::uint32_t* mapped)
 {
     std::int32_t which[kBatchBlock];
     const double low = table.minimum;
-    const double high = table.maximum;
     const double scale = table.scale;
-    const double last = table.lastBucket;
-    const double below = last + 1.0;
-    const double above = last + 2.0;
-    const double notANumber = last + 3.0;
+    const double top = table.top;
+    bool notANumber = false;
     for (std::size_t k = 0; k < n; ++k)
     {
         const double value = values[k];
         const double s = (value - low) * scale;
-        const double inside = s < last ? s : last;
-        const double beyond = low > value ? below : (value > high ? above : notANumber);
-        const bool inRange = value >= low && value <= high;
-        which[k] = static_cast<std::int32_t>(inRange ? inside : beyond);
+        const double raised = s > -1.0 ? s : -1.0;
+        which[k] = static_cast<std::int32_t>(raised < top ? raised : top) + 1;
+        notANumber = notANumber || value != value;
     }
     const CKesraColorTable::Entry* const entry = table.entry.data();
     std::uint32_t searched = ~std::uint32_t{0};
@@ -867,6 +889,10 @@ void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
                 mapped[k] = table.Search(values[k]);
             }
         }
+    }
+    for (std::size_t k = 0; notANumber && k < n; ++k)
+    {
+        mapped[k] = values[k] != values[k] ? table.nanColor : mapped[k];
     }
 }
 
@@ -1004,6 +1030,44 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
 
 CKesraColorTables::CKesraColorTables() noexcept = default;
 
+namespace
+{
+
+// The table of map's setting in slot, built or re-indexed as needed; null
+// when the setting has no exact table.
+const CKesraColorTable* CurrentTable(const CKesraColorMap& map,
+                                     std::unique_ptr<CKesraColorTable>& slot)
+{
+    TableKey key = {};
+    KeyOf(map, key);
+    if (!slot || std::memcmp(slot->key, key, sizeof key) != 0)
+    {
+        // The old table goes first, so that a failed allocation leaves none.
+        slot.reset();
+        auto built = std::make_unique<CKesraColorTable>();
+        BuildTable(map, *built);
+        slot = std::move(built);
+    }
+    CKesraColorTable& table = *slot;
+    if (!table.usable)
+    {
+        return nullptr;
+    }
+    // Outside the range with fill all range, the colour of the nearer end.
+    const std::uint32_t over = PackedColor(map.overRangeColor);
+    const std::uint32_t below = map.fillAllRange ? table.InnerColor(map.minimum) : over;
+    const std::uint32_t above = map.fillAllRange ? table.InnerColor(map.maximum) : over;
+    if (table.entry.empty() || below != table.belowColor || above != table.aboveColor)
+    {
+        // Emptied first: a failed allocation leaves no half-made index.
+        table.entry.clear();
+        table.Index(below, above);
+    }
+    return &table;
+}
+
+} // namespace
+
 CKesraColorTables::~CKesraColorTables() = default;
 
 void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
@@ -1013,34 +1077,33 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
     {
         return;
     }
-    // In single-colour mode no value needs a table.
+    // In single-colour mode no value needs a table; a short batch is not
+    // worth one, and works without allocating.
+    if (!useSingleColor && count < kTabledBatch)
+    {
+        ColorsOf(values, count, rgba, codes);
+        return;
+    }
     std::unique_lock<std::mutex> hold(tables.m_lock, std::defer_lock);
-    CKesraColorTable* table = nullptr;
+    const CKesraColorTable* table = nullptr;
     if (!useSingleColor)
     {
         hold.lock();
-        std::unique_ptr<CKesraColorTable>& slot = banded ? tables.m_banded : tables.m_smooth;
-        TableKey key = {};
-        KeyOf(*this, key);
-        if (!slot || std::memcmp(slot->key, key, sizeof key) != 0)
+        try
         {
-            // The old table goes first, so that a failed allocation leaves none.
-            slot.reset();
-            auto built = std::make_unique<CKesraColorTable>();
-            BuildTable(*this, *built);
-            slot = std::move(built);
+            table = CurrentTable(*this, banded ? tables.m_banded : tables.m_smooth);
         }
-        if (!slot->usable)
+        catch (const std::bad_alloc&)
+        {
+            // No table for want of memory: the blockwise batch needs none.
+            (banded ? tables.m_banded : tables.m_smooth).reset();
+        }
+        if (table == nullptr)
         {
             hold.unlock();
             ColorsOf(values, count, rgba, codes);
             return;
         }
-        table = slot.get();
-        // Outside the range with fill all range, the colour of the nearer end.
-        const std::uint32_t over = PackedColor(overRangeColor);
-        table->SetOutside(fillAllRange ? table->Search(minimum) : over,
-                          fillAllRange ? table->Search(maximum) : over);
     }
     const double low = minimum;
     const double high = maximum;
