@@ -495,12 +495,11 @@ constexpr std::size_t kTabledBatch = 4096;
 // inside the range: inner holds the values of [minimum, maximum] at which the
 // colour changes, rising (a value may appear twice), and innerColor[j] is
 // the colour of the values of the range with exactly j of them at or below.
-// Index adds the minimum and the double after the maximum as edges, with the
-// colours below and above the range, which depend on fill all range and the
-// over-range colour. The buckets cut the line by a rounded, clamped, hence
-// rising, function of the value, so the edges in buckets below a value's lie
-// below it and those in buckets above it above: a value needs only the edges
-// of its own bucket. Most buckets hold one edge or none, and their entry
+// The buckets cut the range by a rounded, clamped, hence rising, function of
+// the value, so the edges in buckets below a value's lie below it and those
+// in buckets above it above: a value needs only the edges of its own bucket.
+// Two more buckets take the values below and above the range, with colours
+// that depend on fill all range and the over-range colour. Most buckets hold one edge or none, and their entry
 // answers with one comparison; an entry of colour 0 (alpha 0, no colour of
 // the map) sends its values to the search of the bucket's edges. Values that
 // are not a number are the batch's to colour.
@@ -535,12 +534,20 @@ public:
 
     static constexpr std::uint32_t kSearch = 0;
 
-    // Bucket 0 lies below the range, the others cut it from the minimum up.
+    // Bucket 0 takes the values below the range, the last those above it,
+    // the others cut the range from the minimum up.
     int Bucket(double value) const
     {
-        const double s = (value - minimum) * scale;
-        const double raised = s > -1.0 ? s : -1.0;
-        return static_cast<int>(raised < top ? raised : top) + 1;
+        return BucketOf(value, minimum, maximum, scale, top);
+    }
+
+    static int BucketOf(double value, double low, double high, double scale, double top)
+    {
+        const double s = (value - low) * scale;
+        const double raised = s > 0.0 ? s : 0.0;
+        const double inside = raised < top - 1.0 ? raised : top - 1.0;
+        const double t = low > value ? -1.0 : (value > high ? top : inside);
+        return static_cast<int>(t) + 1;
     }
 
     // The colour of value (not a number excepted) by its bucket's edges.
@@ -561,18 +568,14 @@ public:
             std::upper_bound(inner.begin(), inner.end(), value) - inner.begin())];
     }
 
-    // Edges, colours, buckets and entries with these colours outside the
-    // range; about eight buckets an edge.
+    // Buckets and entries, with these colours below and above the range;
+    // about eight buckets an edge.
     void Index(std::uint32_t below, std::uint32_t above)
     {
         belowColor = below;
         aboveColor = above;
-        edge.assign(1, minimum);
-        edge.insert(edge.end(), inner.begin(), inner.end());
-        edge.push_back(std::nextafter(maximum, kInfinity));
-        color.assign(1, below);
-        color.insert(color.end(), innerColor.begin(), innerColor.end());
-        color.push_back(above);
+        edge = inner;
+        color = innerColor;
         const std::size_t edges = edge.size();
         std::size_t buckets = 64;
         while (buckets < 8 * edges && buckets < (std::size_t{1} << 15))
@@ -596,7 +599,7 @@ public:
         start.assign(all, 0);
         entry.assign(all, Entry{kNoEdge, kSearch, kSearch});
         std::int32_t before = 0;
-        for (std::size_t b = 0; b < all; ++b)
+        for (std::size_t b = 1; b + 1 < all; ++b)
         {
             start[b] = before;
             const auto j = static_cast<std::size_t>(before);
@@ -610,10 +613,11 @@ public:
             }
             before += inBucket[b];
         }
+        entry[0] = {kNoEdge, below, below};
+        entry[all - 1] = {kNoEdge, above, above};
     }
 
 private:
-    static constexpr double kInfinity = std::numeric_limits<double>::infinity();
     static constexpr double kNoEdge = std::numeric_limits<double>::quiet_NaN();
 };
 
@@ -859,15 +863,14 @@ void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
 {
     std::int32_t which[kBatchBlock];
     const double low = table.minimum;
+    const double high = table.maximum;
     const double scale = table.scale;
     const double top = table.top;
     bool notANumber = false;
     for (std::size_t k = 0; k < n; ++k)
     {
         const double value = values[k];
-        const double s = (value - low) * scale;
-        const double raised = s > -1.0 ? s : -1.0;
-        which[k] = static_cast<std::int32_t>(raised < top ? raised : top) + 1;
+        which[k] = CKesraColorTable::BucketOf(value, low, high, scale, top);
         notANumber = notANumber || value != value;
     }
     const CKesraColorTable::Entry* const entry = table.entry.data();
