@@ -534,20 +534,39 @@ public:
 
     static constexpr std::uint32_t kSearch = 0;
 
-    // Bucket 0 takes the values below the range, the last those above it,
-    // the others cut the range from the minimum up.
-    int Bucket(double value) const
-    {
-        return BucketOf(value, minimum, maximum, scale, top);
-    }
+    // Bucket 0 takes the values below the range, top + 1 those above it and
+    // top + 2 those that are not a number; buckets 1 to top cut the range
+    // from the minimum up. Selects between comparisons always made, so that
+    // a batch's loop runs on vectors.
+    int Bucket(double value) const { return Buckets().Of(value); }
 
-    static int BucketOf(double value, double low, double high, double scale, double top)
+    // The bucket rule's numbers, as plain values that a loop keeps in
+    // registers; every select's operands are ready before it, so that the
+    // compiler needs no branch and runs the loop on vectors.
+    struct BucketRule
     {
-        const double s = (value - low) * scale;
-        const double raised = s > 0.0 ? s : 0.0;
-        const double inside = raised < top - 1.0 ? raised : top - 1.0;
-        const double t = low > value ? -1.0 : (value > high ? top : inside);
-        return static_cast<int>(t) + 1;
+        double low;
+        double high;
+        double scale;
+        double inner;
+        double top;
+        double notANumber;
+
+        int Of(double value) const
+        {
+            const double s = (value - low) * scale;
+            const double clamped = s < inner ? s : inner;
+            // Negative only below the range, which the last select overrides.
+            const double inside = s >= 0.0 ? clamped : notANumber;
+            const double up = value > high ? top : inside;
+            const double t = low > value ? -1.0 : up;
+            return static_cast<int>(t) + 1;
+        }
+    };
+
+    BucketRule Buckets() const
+    {
+        return {minimum, maximum, scale, top - 1.0, top, top + 1.0};
     }
 
     // The colour of value (not a number excepted) by its bucket's edges.
@@ -588,7 +607,7 @@ public:
         // Any positive finite scale keeps the buckets rising; one that
         // overflowed (a width of a few denormals) would make 0 * inf.
         scale = std::min(perValue, DBL_MAX);
-        const std::size_t all = buckets + 2;
+        const std::size_t all = buckets + 3;
         std::vector<std::int32_t> inBucket(all, 0);
         for (const double e : edge)
         {
@@ -599,7 +618,7 @@ public:
         start.assign(all, 0);
         entry.assign(all, Entry{kNoEdge, kSearch, kSearch});
         std::int32_t before = 0;
-        for (std::size_t b = 1; b + 1 < all; ++b)
+        for (std::size_t b = 1; b <= buckets; ++b)
         {
             start[b] = before;
             const auto j = static_cast<std::size_t>(before);
@@ -614,7 +633,8 @@ public:
             before += inBucket[b];
         }
         entry[0] = {kNoEdge, below, below};
-        entry[all - 1] = {kNoEdge, above, above};
+        entry[buckets + 1] = {kNoEdge, above, above};
+        entry[buckets + 2] = {kNoEdge, nanColor, nanColor};
     }
 
 private:
@@ -856,22 +876,15 @@ void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
 
 // The table's colours of n values: each value's bucket, in steps that run
 // on vectors, then one comparison with its entry's edge. The few values whose
-// bucket holds several edges are searched afterwards, and those that are not
-// a number take their colour last.
+// bucket holds several edges are searched afterwards.
 void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
             std::uint32_t* mapped)
 {
     std::int32_t which[kBatchBlock];
-    const double low = table.minimum;
-    const double high = table.maximum;
-    const double scale = table.scale;
-    const double top = table.top;
-    bool notANumber = false;
+    const CKesraColorTable::BucketRule rule = table.Buckets();
     for (std::size_t k = 0; k < n; ++k)
     {
-        const double value = values[k];
-        which[k] = CKesraColorTable::BucketOf(value, low, high, scale, top);
-        notANumber = notANumber || value != value;
+        which[k] = rule.Of(values[k]);
     }
     const CKesraColorTable::Entry* const entry = table.entry.data();
     std::uint32_t searched = ~std::uint32_t{0};
@@ -892,10 +905,6 @@ void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
                 mapped[k] = table.Search(values[k]);
             }
         }
-    }
-    for (std::size_t k = 0; notANumber && k < n; ++k)
-    {
-        mapped[k] = values[k] != values[k] ? table.nanColor : mapped[k];
     }
 }
 
