@@ -106,9 +106,10 @@ public:
     // The same bytes and codes, through the table of this setting kept in
     // tables: built (bisecting the single query's own steps) when tables
     // holds none for this setting, then one bucketed search per value. A
-    // setting for which no exact table can be built (an infinite or reversed
-    // range, a palette outside [0, 1], more than 4096 blocks) takes the
-    // ColorsOf above.
+    // batch of fewer than 4096 values, a setting for which no exact table
+    // can be built (an infinite, overflowing or reversed range, a palette
+    // outside [0, 1], more than 4096 blocks) and a table that cannot be
+    // allocated take the ColorsOf above, which allocates nothing.
     void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
                   signed char* codes, CKesraColorTables& tables) const;
 
