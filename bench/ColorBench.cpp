@@ -132,10 +132,26 @@ void Color_TableRebuild(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+// What a viewer does on a key press that changes the colouring: the setting
+// changes (inverse toggled), then all 10^6 values are coloured into the
+// vertex buffer, the table's rebuild included.
+void Color_Recolour(benchmark::State& state)
+{
+    CKesraScalarBar bar = Bar(state.range(0) != 0);
+    ColorCase& data = Data();
+    int inverse = 0;
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
+        inverse = 1 - inverse;
+        bar.SetInverse(inverse);
+        bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
+    });
+}
+
 BENCHMARK(Color_Floor);
 BENCHMARK(Color_Single)->ArgName("banded")->Arg(0)->Arg(1);
 BENCHMARK(Color_Batch)->ArgNames({"banded", "sorted"})->Args({0, 0})->Args({0, 1})->Args({1, 0})->Args({1, 1});
 BENCHMARK(Color_BatchByValue);
+BENCHMARK(Color_Recolour)->ArgName("banded")->Arg(0)->Arg(1);
 BENCHMARK(Color_TableRebuild)->ArgName("banded")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 } // namespace
