@@ -688,8 +688,24 @@ public:
         const double low = m_map.minimum;
         const double high = m_map.maximum;
         m_table.innerColor.push_back(PlacedColor(m_map, low));
-        Walk(OrderOf(low), OrderOf(high), PositionOf(m_map, low), PositionOf(m_map, high),
-             m_table.innerColor.back(), PlacedColor(m_map, high));
+        // Any points split the range soundly; points evenly spaced in value
+        // start each edge's halving close to it, where halving the doubles
+        // from the whole range would first walk down through the exponents.
+        double from = low;
+        std::uint32_t fromColor = m_table.innerColor.back();
+        for (int k = 1; k <= kFirstCuts && m_ok; ++k)
+        {
+            const double cut = k == kFirstCuts ? high : low + (high - low) * (k / double{kFirstCuts});
+            if (!(cut > from && cut <= high))
+            {
+                continue;
+            }
+            const std::uint32_t cutColor = PlacedColor(m_map, cut);
+            Walk(OrderOf(from), OrderOf(cut), PositionOf(m_map, from), PositionOf(m_map, cut),
+                 fromColor, cutColor);
+            from = cut;
+            fromColor = cutColor;
+        }
         return m_ok;
     }
 
@@ -813,6 +829,7 @@ private:
     const CKesraColorMap& m_map;
     CKesraColorTable& m_table;
     static constexpr long kMaxIntervals = 1L << 21;
+    static constexpr int kFirstCuts = 1024;
     long m_intervals = 0;
     bool m_ok = true;
 };
