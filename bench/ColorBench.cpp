@@ -1,11 +1,14 @@
 // Colouring a result: 10^6 values spread over the range, about 5 % outside
-// it, smooth and banded (8 blocks), one query per value against the batch.
+// it, smooth and banded (8 blocks), one query per value against the batch,
+// the batch on the values in random order and sorted, and the batch's table
+// rebuilt after a setting change.
 #include "BenchFloor.h"
 
 #include "Engine/ScalarBar.h"
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <random>
@@ -21,6 +24,7 @@ constexpr std::size_t kValues = 1000000;
 struct ColorCase
 {
     std::vector<double> values = std::vector<double>(kValues);
+    std::vector<double> sorted;
     std::vector<unsigned char> rgba = std::vector<unsigned char>(4 * kValues);
 
     ColorCase()
@@ -31,6 +35,8 @@ struct ColorCase
         {
             value = spread(random);
         }
+        sorted = values;
+        std::sort(sorted.begin(), sorted.end());
     }
 };
 
@@ -83,17 +89,69 @@ void Color_Single(benchmark::State& state)
     });
 }
 
+// Arguments: banded, sorted. The first batch before the loop builds the
+// table, as the first batch after a setting change does.
 void Color_Batch(benchmark::State& state)
 {
     const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
+    const std::vector<double>& values = state.range(1) != 0 ? data.sorted : data.values;
+    bar.GetOpenGLColors(values.data(), kValues, data.rgba.data());
     KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
+        bar.GetOpenGLColors(values.data(), kValues, data.rgba.data());
+    });
+}
+
+// The smooth batch whatever the banded switch says, on a banded bar.
+void Color_BatchByValue(benchmark::State& state)
+{
+    const CKesraScalarBar bar = Bar(true);
+    ColorCase& data = Data();
+    bar.GetOpenGLColorsByValue(data.values.data(), kValues, data.rgba.data());
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
+        bar.GetOpenGLColorsByValue(data.values.data(), kValues, data.rgba.data());
+    });
+}
+
+// A setting change and the first batch after it, of the 4096 values that
+// make a batch long enough for a table: mostly the table's rebuild, in
+// microseconds per change (items are changes; no floor).
+void Color_TableRebuild(benchmark::State& state)
+{
+    CKesraScalarBar bar = Bar(state.range(0) != 0);
+    ColorCase& data = Data();
+    constexpr std::size_t kShort = 4096;
+    int inverse = 0;
+    for (auto _ : state)
+    {
+        inverse = 1 - inverse;
+        bar.SetInverse(inverse);
+        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+// What a viewer does on a key press that changes the colouring: the setting
+// changes (inverse toggled), then all 10^6 values are coloured into the
+// vertex buffer, the table's rebuild included.
+void Color_Recolour(benchmark::State& state)
+{
+    CKesraScalarBar bar = Bar(state.range(0) != 0);
+    ColorCase& data = Data();
+    int inverse = 0;
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
+        inverse = 1 - inverse;
+        bar.SetInverse(inverse);
         bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
     });
 }
 
 BENCHMARK(Color_Floor);
 BENCHMARK(Color_Single)->ArgName("banded")->Arg(0)->Arg(1);
-BENCHMARK(Color_Batch)->ArgName("banded")->Arg(0)->Arg(1);
+BENCHMARK(Color_Batch)->ArgNames({"banded", "sorted"})->Args({0, 0})->Args({0, 1})->Args({1, 0})->Args({1, 1});
+BENCHMARK(Color_BatchByValue);
+BENCHMARK(Color_Recolour)->ArgName("banded")->Arg(0)->Arg(1);
+BENCHMARK(Color_TableRebuild)->ArgName("banded")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 } // namespace

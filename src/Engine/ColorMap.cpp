@@ -1,9 +1,12 @@
 #include "Engine/ColorMap.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <new>
 
 namespace KesraEngine
 {
@@ -428,6 +431,500 @@ int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
     return 0;
 }
 
+// ---- The tables of a setting -----------------------------------------------------
+
+// The words a table is keyed on: every bit of the setting that its colours
+// depend on. Fill all range and the fixed colours are applied per value, so
+// they are not part of it; neither is the block count of a smooth table.
+constexpr int kKeyWords = 15 + 6;
+using TableKey = std::uint64_t[kKeyWords];
+
+std::uint64_t BitsOf(double value)
+{
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+void KeyOf(const CKesraColorMap& map, std::uint64_t* key)
+{
+    int w = 0;
+    for (const auto& stop : *map.palette)
+    {
+        for (const double channel : stop)
+        {
+            key[w++] = BitsOf(channel);
+        }
+    }
+    key[w++] = BitsOf(map.minimum);
+    key[w++] = BitsOf(map.maximum);
+    key[w++] = BitsOf(map.scaleTop);
+    key[w++] = static_cast<std::uint32_t>(map.banded ? map.blocks : 0);
+    key[w++] = map.inverse ? 1 : 0;
+    key[w] = map.banded ? 1 : 0;
+}
+
+// Doubles in rising order as integers, one apart for neighbours; +0.0 and
+// -0.0 (which every step of the mapping treats alike) share 0.
+std::int64_t OrderOf(double value)
+{
+    const auto bits = static_cast<std::int64_t>(BitsOf(value));
+    return bits < 0 ? -(bits & std::numeric_limits<std::int64_t>::max()) : bits;
+}
+
+double DoubleOfOrder(std::int64_t order)
+{
+    const std::uint64_t sign = std::uint64_t{1} << 63;
+    const std::uint64_t bits =
+        order < 0 ? (static_cast<std::uint64_t>(-order) | sign) : static_cast<std::uint64_t>(order);
+    double value = 0.0;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+// Tables larger than this are not worth their building time: the setting
+// is left to the blockwise batch.
+constexpr std::size_t kMaxTableEdges = std::size_t{1} << 16;
+constexpr int kMaxTableBlocks = 4096;
+// Batches shorter than this go blockwise, without a table.
+constexpr std::size_t kTabledBatch = 4096;
+
+} // namespace
+
+// The colour of every value as a step function, built from the colours
+// inside the range: inner holds the values of [minimum, maximum] at which the
+// colour changes, rising (a value may appear twice), and innerColor[j] is
+// the colour of the values of the range with exactly j of them at or below.
+// The buckets cut the range by a rounded, clamped, hence rising, function of
+// the value, so the edges in buckets below a value's lie below it and those
+// in buckets above it above: a value needs only the edges of its own bucket.
+// Two more buckets take the values below and above the range, with colours
+// that depend on fill all range and the over-range colour. Most buckets hold one edge or none, and their entry
+// answers with one comparison; an entry of colour 0 (alpha 0, no colour of
+// the map) sends its values to the search of the bucket's edges. Values that
+// are not a number are the batch's to colour.
+class CKesraColorTable
+{
+public:
+    struct Entry
+    {
+        double edge;
+        std::uint32_t below;
+        std::uint32_t above;
+    };
+
+    TableKey key = {};
+    // False: no exact table for this setting.
+    bool usable = false;
+    double minimum = 0.0;
+    double maximum = 0.0;
+    std::vector<double> inner;
+    std::vector<std::uint32_t> innerColor;
+    // The colour of a value that is not a number.
+    std::uint32_t nanColor = 0;
+
+    double scale = 1.0;
+    double top = 0.0;
+    std::uint32_t belowColor = 0;
+    std::uint32_t aboveColor = 0;
+    std::vector<std::int32_t> start;
+    std::vector<double> edge;
+    std::vector<std::uint32_t> color;
+    std::vector<Entry> entry;
+
+    static constexpr std::uint32_t kSearch = 0;
+
+    // Bucket 0 takes the values below the range, top + 1 those above it and
+    // top + 2 those that are not a number; buckets 1 to top cut the range
+    // from the minimum up. Selects between comparisons always made, so that
+    // a batch's loop runs on vectors.
+    int Bucket(double value) const { return Buckets().Of(value); }
+
+    // The bucket rule's numbers, as plain values that a loop keeps in
+    // registers; every select's operands are ready before it, so that the
+    // compiler needs no branch and runs the loop on vectors.
+    struct BucketRule
+    {
+        double low;
+        double high;
+        double scale;
+        double inner;
+        double top;
+        double notANumber;
+
+        int Of(double value) const
+        {
+            const double s = (value - low) * scale;
+            const double clamped = s < inner ? s : inner;
+            // Negative only below the range, which the last select overrides.
+            const double inside = s >= 0.0 ? clamped : notANumber;
+            const double up = value > high ? top : inside;
+            const double t = low > value ? -1.0 : up;
+            return static_cast<int>(t) + 1;
+        }
+    };
+
+    BucketRule Buckets() const
+    {
+        return {minimum, maximum, scale, top - 1.0, top, top + 1.0};
+    }
+
+    // The colour of value (not a number excepted) by its bucket's edges.
+    std::uint32_t Search(double value) const
+    {
+        std::size_t j = static_cast<std::size_t>(start[static_cast<std::size_t>(Bucket(value))]);
+        while (value >= edge[j])
+        {
+            ++j;
+        }
+        return color[j];
+    }
+
+    // The colour of value in [minimum, maximum].
+    std::uint32_t InnerColor(double value) const
+    {
+        return innerColor[static_cast<std::size_t>(
+            std::upper_bound(inner.begin(), inner.end(), value) - inner.begin())];
+    }
+
+    // Buckets and entries, with these colours below and above the range;
+    // about eight buckets an edge.
+    void Index(std::uint32_t below, std::uint32_t above)
+    {
+        belowColor = below;
+        aboveColor = above;
+        edge = inner;
+        color = innerColor;
+        const std::size_t edges = edge.size();
+        std::size_t buckets = 64;
+        while (buckets < 8 * edges && buckets < (std::size_t{1} << 15))
+        {
+            buckets *= 2;
+        }
+        top = static_cast<double>(buckets);
+        const double width = maximum - minimum;
+        const double perValue = width > 0.0 ? top / width : 1.0;
+        // Any positive finite scale keeps the buckets rising; one that
+        // overflowed (a width of a few denormals) would make 0 * inf.
+        scale = std::min(perValue, DBL_MAX);
+        const std::size_t all = buckets + 3;
+        std::vector<std::int32_t> inBucket(all, 0);
+        for (const double e : edge)
+        {
+            ++inBucket[static_cast<std::size_t>(Bucket(e))];
+        }
+        // Stops every search: no value is at or above it.
+        edge.push_back(kNoEdge);
+        start.assign(all, 0);
+        entry.assign(all, Entry{kNoEdge, kSearch, kSearch});
+        std::int32_t before = 0;
+        for (std::size_t b = 1; b <= buckets; ++b)
+        {
+            start[b] = before;
+            const auto j = static_cast<std::size_t>(before);
+            if (inBucket[b] == 0)
+            {
+                entry[b] = {kNoEdge, color[j], color[j]};
+            }
+            else if (inBucket[b] == 1)
+            {
+                entry[b] = {edge[j], color[j], color[j + 1]};
+            }
+            before += inBucket[b];
+        }
+        entry[0] = {kNoEdge, below, below};
+        entry[buckets + 1] = {kNoEdge, above, above};
+        entry[buckets + 2] = {kNoEdge, nanColor, nanColor};
+    }
+
+private:
+    static constexpr double kNoEdge = std::numeric_limits<double>::quiet_NaN();
+};
+
+namespace
+{
+
+std::uint32_t PlacedColor(const CKesraColorMap& map, double value)
+{
+    unsigned char rgb[3];
+    Place(map, value, map.minimum, map.scaleTop, 0, rgb);
+    return PackedColor(rgb);
+}
+
+// The clamped palette position of value, by the single query's steps.
+double PositionOf(const CKesraColorMap& map, double value)
+{
+    const double p = LinearPosition(value, map.minimum, map.scaleTop);
+    return ClampedPosition(map.inverse ? 1.0 - p : p);
+}
+
+bool FiniteRange(const CKesraColorMap& map)
+{
+    return std::isfinite(map.minimum) && std::isfinite(map.maximum) &&
+           map.minimum <= map.maximum && std::isfinite(map.maximum - map.minimum);
+}
+
+// Finds every value of [minimum, maximum] at which the smooth colour
+// changes. The position is a rounded, rising (falling with inverse) function
+// of the value, so over an interval of values it lies between the positions
+// of the ends; within one segment the fraction does too, and every rounded
+// step of a channel's mix is monotone in each operand, so a channel lies
+// between the mixes of the two ends' fractions taken crosswise. Where both
+// bounds give one byte for every channel the interval has one colour:
+// proved, not sampled, so that a mix that wobbles by an ulp near a byte's
+// edge is still found. Other intervals are halved, down to neighbouring
+// doubles, whose colours are the single query's.
+class SmoothTableBuilder
+{
+public:
+    SmoothTableBuilder(const CKesraColorMap& map, CKesraColorTable& table)
+        : m_map(map), m_table(table)
+    {
+    }
+
+    // False when the table outgrew its limit or the proof failed.
+    bool Build()
+    {
+        const double low = m_map.minimum;
+        const double high = m_map.maximum;
+        m_table.innerColor.push_back(PlacedColor(m_map, low));
+        // Any points split the range soundly; points evenly spaced in value
+        // start each edge's halving close to it, where halving the doubles
+        // from the whole range would first walk down through the exponents.
+        double from = low;
+        std::uint32_t fromColor = m_table.innerColor.back();
+        for (int k = 1; k <= kFirstCuts && m_ok; ++k)
+        {
+            const double cut = k == kFirstCuts ? high : low + (high - low) * (k / double{kFirstCuts});
+            if (!(cut > from && cut <= high))
+            {
+                continue;
+            }
+            const std::uint32_t cutColor = PlacedColor(m_map, cut);
+            Walk(OrderOf(from), OrderOf(cut), PositionOf(m_map, from), PositionOf(m_map, cut),
+                 fromColor, cutColor);
+            from = cut;
+            fromColor = cutColor;
+        }
+        return m_ok;
+    }
+
+    static bool Applies(const CKesraColorMap& map)
+    {
+        const double width = map.scaleTop - map.minimum;
+        if (!FiniteRange(map) || !std::isfinite(width) || !(width > 0.0))
+        {
+            return false;
+        }
+        for (const auto& stop : *map.palette)
+        {
+            for (const double channel : stop)
+            {
+                if (!(channel >= 0.0 && channel <= 1.0))
+                {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
+private:
+    bool OneColor(double a, double b) const
+    {
+        const double low = std::min(a, b);
+        const double high = std::max(a, b);
+        if (low == high)
+        {
+            return true;
+        }
+        int i = 0;
+        int j = 0;
+        double fLow = 0.0;
+        double fHigh = 0.0;
+        Locate(low, i, fLow);
+        Locate(high, j, fHigh);
+        if (i != j)
+        {
+            return false;
+        }
+        const ColorPalette& stops = *m_map.palette;
+        for (int c = 0; c < 3; ++c)
+        {
+            if (!OneByte(stops[i][c], stops[i + 1][c], fLow, fHigh))
+            {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Whether a channel mixed between stops l and h (both in [0, 1]) gives
+    // one byte for every fraction in [fLow, fHigh]. Two proofs, each sound on
+    // its own; byte is rising in the channel, so equal bytes at the ends of a
+    // channel interval prove one byte in between.
+    // - Crosswise: each rounded step of the mix is monotone in its operands,
+    //   so the mix lies between the mixes taken with the two fractions
+    //   crosswise. Tight on short intervals, where 1 - f rounds to one or
+    //   two values; it finds where a mix that wobbles by an ulp near a
+    //   byte's edge crosses it more than once.
+    // - Bounded error: the rounded mix lies within 2^-51 of the exact
+    //   (1 - f) l + f h (four roundings of numbers below 2, each at most half
+    //   an ulp of 1), which is linear in f, and the ends computed here lie
+    //   within as much of its ends; a margin of 2^-48 covers both. Tight on
+    //   long intervals, where the crosswise mixes drift apart.
+    static bool OneByte(double l, double h, double fLow, double fHigh)
+    {
+        const double crosswiseLeast = (1.0 - fHigh) * l + fLow * h;
+        const double crosswiseMost = (1.0 - fLow) * l + fHigh * h;
+        if (ChannelByte(crosswiseLeast) == ChannelByte(crosswiseMost))
+        {
+            return true;
+        }
+        constexpr double kMargin = 0x1p-48;
+        const double atLow = l + fLow * (h - l);
+        const double atHigh = l + fHigh * (h - l);
+        const double least = std::max(std::min(atLow, atHigh) - kMargin, 0.0);
+        const double most = std::min(std::max(atLow, atHigh) + kMargin, 1.0);
+        return ChannelByte(least) == ChannelByte(most);
+    }
+
+    void Walk(std::int64_t a, std::int64_t b, double pa, double pb, std::uint32_t ca,
+              std::uint32_t cb)
+    {
+        // A palette whose stops almost agree can leave a channel within its
+        // rounding of a byte's edge over a long stretch; past this many
+        // intervals the setting is left to the blockwise batch.
+        m_ok = m_ok && ++m_intervals <= kMaxIntervals;
+        if (!m_ok)
+        {
+            return;
+        }
+        if (OneColor(pa, pb))
+        {
+            // The proof and the single query cannot disagree; if they did,
+            // the setting is left to the blockwise batch.
+            m_ok = ca == cb;
+            return;
+        }
+        const std::uint64_t apart = static_cast<std::uint64_t>(b) - static_cast<std::uint64_t>(a);
+        if (apart == 1)
+        {
+            if (ca != cb)
+            {
+                m_table.inner.push_back(DoubleOfOrder(b));
+                m_table.innerColor.push_back(cb);
+                m_ok = m_table.inner.size() <= kMaxTableEdges;
+            }
+            return;
+        }
+        const auto middle = static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + apart / 2);
+        const double value = DoubleOfOrder(middle);
+        const double pm = PositionOf(m_map, value);
+        const std::uint32_t cm = PlacedColor(m_map, value);
+        Walk(a, middle, pa, pm, ca, cm);
+        Walk(middle, b, pm, pb, cm, cb);
+    }
+
+    const CKesraColorMap& m_map;
+    CKesraColorTable& m_table;
+    static constexpr long kMaxIntervals = 1L << 21;
+    static constexpr int kFirstCuts = 1024;
+    long m_intervals = 0;
+    bool m_ok = true;
+};
+
+// The banded colour is the colour of the lower edge of a value's block: with
+// rising block edges, edge k is the lower edge of the values that have k
+// edges after the minimum at or below them.
+bool BuildBandedTable(const CKesraColorMap& map, CKesraColorTable& table)
+{
+    if (!FiniteRange(map) || map.blocks > kMaxTableBlocks)
+    {
+        return false;
+    }
+    const int n = std::max(map.blocks, 0);
+    std::vector<double> edges(static_cast<std::size_t>(n) + 1);
+    FillBlockEdges(map.minimum, map.maximum, n, edges.data());
+    for (std::size_t k = 0; k < edges.size(); ++k)
+    {
+        if (!std::isfinite(edges[k]) || (k > 0 && !(edges[k - 1] <= edges[k])))
+        {
+            return false;
+        }
+    }
+    table.innerColor.push_back(PlacedColor(map, edges[0]));
+    // An edge above the maximum (one block, rounded up) changes no colour
+    // inside the range.
+    for (std::size_t k = 1; k < edges.size() && edges[k] <= map.maximum; ++k)
+    {
+        table.inner.push_back(edges[k]);
+        table.innerColor.push_back(PlacedColor(map, edges[k]));
+    }
+    return true;
+}
+
+void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
+{
+    KeyOf(map, table.key);
+    table.minimum = map.minimum;
+    table.maximum = map.maximum;
+    const bool built = map.banded
+                           ? BuildBandedTable(map, table)
+                           : SmoothTableBuilder::Applies(map) && SmoothTableBuilder(map, table).Build();
+    if (!built)
+    {
+        table.inner.clear();
+        table.innerColor.clear();
+        return;
+    }
+    unsigned char rgb[3];
+    if (map.banded)
+    {
+        Banded(map, std::numeric_limits<double>::quiet_NaN(), rgb);
+    }
+    else
+    {
+        Smooth(map, std::numeric_limits<double>::quiet_NaN(), rgb);
+    }
+    table.nanColor = PackedColor(rgb);
+    table.usable = true;
+}
+
+// The table's colours of n values: each value's bucket, in steps that run
+// on vectors, then one comparison with its entry's edge. The few values whose
+// bucket holds several edges are searched afterwards.
+void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
+            std::uint32_t* mapped)
+{
+    std::int32_t which[kBatchBlock];
+    const CKesraColorTable::BucketRule rule = table.Buckets();
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        which[k] = rule.Of(values[k]);
+    }
+    const CKesraColorTable::Entry* const entry = table.entry.data();
+    std::uint32_t searched = ~std::uint32_t{0};
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const CKesraColorTable::Entry& e = entry[which[k]];
+        const std::uint32_t color = values[k] >= e.edge ? e.above : e.below;
+        mapped[k] = color;
+        searched &= color;
+    }
+    // Every colour has alpha 255; only a bucket of several edges leaves 0.
+    if ((searched >> ByteShift(3) & 0xffu) == 0)
+    {
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            if (mapped[k] == CKesraColorTable::kSearch)
+            {
+                mapped[k] = table.Search(values[k]);
+            }
+        }
+    }
+}
+
 } // namespace
 
 std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks)
@@ -549,6 +1046,108 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
             const std::uint32_t color = fixed ? fixedColor : mapped[k];
             std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
         }
+        if (codes != nullptr)
+        {
+            for (std::size_t k = 0; k < n; ++k)
+            {
+                const int side = SideOfRange(block[k], low, high);
+                codes[start + k] = static_cast<signed char>(fill ? 0 : side);
+            }
+        }
+    }
+}
+
+CKesraColorTables::CKesraColorTables() noexcept = default;
+
+namespace
+{
+
+// The table of map's setting in slot, built or re-indexed as needed; null
+// when the setting has no exact table.
+const CKesraColorTable* CurrentTable(const CKesraColorMap& map,
+                                     std::unique_ptr<CKesraColorTable>& slot)
+{
+    TableKey key = {};
+    KeyOf(map, key);
+    if (!slot || std::memcmp(slot->key, key, sizeof key) != 0)
+    {
+        // The old table goes first, so that a failed allocation leaves none.
+        slot.reset();
+        auto built = std::make_unique<CKesraColorTable>();
+        BuildTable(map, *built);
+        slot = std::move(built);
+    }
+    CKesraColorTable& table = *slot;
+    if (!table.usable)
+    {
+        return nullptr;
+    }
+    // Outside the range with fill all range, the colour of the nearer end.
+    const std::uint32_t over = PackedColor(map.overRangeColor);
+    const std::uint32_t below = map.fillAllRange ? table.InnerColor(map.minimum) : over;
+    const std::uint32_t above = map.fillAllRange ? table.InnerColor(map.maximum) : over;
+    if (table.entry.empty() || below != table.belowColor || above != table.aboveColor)
+    {
+        // Emptied first: a failed allocation leaves no half-made index.
+        table.entry.clear();
+        table.Index(below, above);
+    }
+    return &table;
+}
+
+} // namespace
+
+CKesraColorTables::~CKesraColorTables() = default;
+
+void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                              signed char* codes, CKesraColorTables& tables) const
+{
+    if (values == nullptr || rgba == nullptr)
+    {
+        return;
+    }
+    // In single-colour mode no value needs a table; a short batch is not
+    // worth one, and works without allocating.
+    if (!useSingleColor && count < kTabledBatch)
+    {
+        ColorsOf(values, count, rgba, codes);
+        return;
+    }
+    std::unique_lock<std::mutex> hold(tables.m_lock, std::defer_lock);
+    const CKesraColorTable* table = nullptr;
+    if (!useSingleColor)
+    {
+        hold.lock();
+        try
+        {
+            table = CurrentTable(*this, banded ? tables.m_banded : tables.m_smooth);
+        }
+        catch (const std::bad_alloc&)
+        {
+            // No table for want of memory: the blockwise batch needs none.
+            (banded ? tables.m_banded : tables.m_smooth).reset();
+        }
+        if (table == nullptr)
+        {
+            hold.unlock();
+            ColorsOf(values, count, rgba, codes);
+            return;
+        }
+    }
+    const double low = minimum;
+    const double high = maximum;
+    const bool fill = fillAllRange;
+    std::uint32_t mapped[kBatchBlock];
+    std::fill(mapped, mapped + kBatchBlock, PackedColor(singleColor));
+    for (std::size_t start = 0; start < count; start += kBatchBlock)
+    {
+        const std::size_t n = std::min(kBatchBlock, count - start);
+        const double* const block = values + start;
+        if (table != nullptr)
+        {
+            LookUp(*table, block, n, mapped);
+        }
+        std::memcpy(rgba + 4 * start, mapped, 4 * n);
         if (codes != nullptr)
         {
             for (std::size_t k = 0; k < n; ++k)

@@ -27,6 +27,8 @@
 #include "MathKit/Export.h"
 
 #include <cstddef>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 namespace KesraEngine
@@ -62,6 +64,30 @@ inline constexpr ColorPalette kColorPaletteGreenRed = {
 // An infinite or not-a-number range yields the edges its arithmetic gives.
 KESRA_ENGINE_API std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks);
 
+class CKesraColorTable;
+
+// The lookup tables that a batch builds for one setting, kept between batches
+// by their owner (the legend keeps one set per bar). A table remembers the
+// setting it was built for and is rebuilt by the first batch that finds
+// another, so that a setting changed by any means, a setter or a derived
+// class writing a field, never meets a stale table. A copy starts empty and
+// builds its own. Batches on one set from several threads take turns.
+class KESRA_ENGINE_API CKesraColorTables
+{
+public:
+    CKesraColorTables() noexcept;
+    CKesraColorTables(const CKesraColorTables&) noexcept : CKesraColorTables() {}
+    // Keeps this set's tables: they are checked against the setting anyway.
+    CKesraColorTables& operator=(const CKesraColorTables&) noexcept { return *this; }
+    ~CKesraColorTables();
+
+private:
+    friend class CKesraColorMap;
+    std::mutex m_lock;
+    std::unique_ptr<CKesraColorTable> m_smooth;
+    std::unique_ptr<CKesraColorTable> m_banded;
+};
+
 // The settings of one mapping as plain values. The palette is referred to,
 // not copied: it must outlive the map. The defaults are a new legend's.
 class KESRA_ENGINE_API CKesraColorMap
@@ -77,6 +103,15 @@ public:
     // written when values or rgba is null.
     void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
                   signed char* codes = nullptr) const;
+    // The same bytes and codes, through the table of this setting kept in
+    // tables: built (bisecting the single query's own steps) when tables
+    // holds none for this setting, then one bucketed search per value. A
+    // batch of fewer than 4096 values, a setting for which no exact table
+    // can be built (an infinite, overflowing or reversed range, a palette
+    // outside [0, 1], more than 4096 blocks) and a table that cannot be
+    // allocated take the ColorsOf above, which allocates nothing.
+    void ColorsOf(const double* values, std::size_t count, unsigned char* rgba,
+                  signed char* codes, CKesraColorTables& tables) const;
 
     // Smooth colour: value (clamped into the range with fill all range)
     // placed linearly between the minimum and the colour-scale top.

@@ -664,13 +664,13 @@ int CKesraScalarBar::GetOpenGLColorByValue(unsigned char& red, unsigned char& gr
 void CKesraScalarBar::GetOpenGLColors(const double* values, std::size_t count,
                                       unsigned char* rgba, signed char* codes) const
 {
-    ColorMapping(m_banded == 1).ColorsOf(values, count, rgba, codes);
+    ColorMapping(m_banded == 1).ColorsOf(values, count, rgba, codes, m_colorTables);
 }
 
 void CKesraScalarBar::GetOpenGLColorsByValue(const double* values, std::size_t count,
                                              unsigned char* rgba, signed char* codes) const
 {
-    ColorMapping(false).ColorsOf(values, count, rgba, codes);
+    ColorMapping(false).ColorsOf(values, count, rgba, codes, m_colorTables);
 }
 
 } // namespace KesraEngine

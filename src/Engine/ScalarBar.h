@@ -27,6 +27,7 @@
 // Delete, SetTitle, SetNote) may be overridden. The destructor is not virtual.
 #pragma once
 
+#include "Engine/ColorMap.h"
 #include "MathKit/Export.h"
 #include "MathKit/GenColor.h"
 
@@ -35,8 +36,6 @@
 
 namespace KesraEngine
 {
-
-class CKesraColorMap;
 
 class KESRA_ENGINE_API CKesraScalarBar
 {
@@ -285,6 +284,11 @@ private:
     // each query builds it in place rather than calling through the shared
     // library's symbol table.
     inline CKesraColorMap ColorMapping(bool banded) const;
+
+    // The batches' tables of this bar's settings, compared with the fields at
+    // every batch: nothing else needs to know about them, and a copy builds
+    // its own.
+    mutable CKesraColorTables m_colorTables;
 };
 
 } // namespace KesraEngine
