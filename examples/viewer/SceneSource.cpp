@@ -1,6 +1,6 @@
 #include "SceneSource.h"
 
-#include "VtkReader.h"
+#include "KesraIo/Reader.h"
 
 #include <filesystem>
 
@@ -17,10 +17,11 @@ using KesraExamples::Vec3;
 // z) at every point; the reader has checked the points, indices and the
 // scalar's length. Consecutive repeated points are dropped: a tube segment
 // needs a direction. False with error set when no line is left to draw.
-bool FromPolyLines(const KesraVtk::PolyLines& poly, const std::string& file, SceneData& data,
+bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, SceneData& data,
                    std::string& error)
 {
-    const bool hasScalar = !poly.scalars.empty();
+    const KesraIo::DataArray* scalars = poly.Find(poly.activeScalars, KesraIo::Association::Point);
+    const bool hasScalar = scalars != nullptr;
     for (std::size_t line = 0; line < poly.LineCount(); ++line)
     {
         ScalarLine scalarLine;
@@ -34,7 +35,7 @@ bool FromPolyLines(const KesraVtk::PolyLines& poly, const std::string& file, Sce
                 continue;
             }
             scalarLine.points.push_back(p);
-            scalarLine.values.push_back(hasScalar ? poly.scalars[index] : p.z);
+            scalarLine.values.push_back(hasScalar ? scalars->Value(index, 0) : p.z);
         }
         if (scalarLine.points.size() >= 2)
         {
@@ -47,7 +48,7 @@ bool FromPolyLines(const KesraVtk::PolyLines& poly, const std::string& file, Sce
         return false;
     }
     data.title = std::filesystem::path(file).filename().string();
-    data.valueName = hasScalar ? poly.scalarName : "z";
+    data.valueName = hasScalar ? scalars->name : "z";
     return true;
 }
 
@@ -63,9 +64,9 @@ bool LoadScene(const std::string& file, SceneData& data, std::string& error)
     try
     {
         data = SceneData();
-        return FromPolyLines(KesraVtk::ReadVtkFile(file), file, data, error);
+        return FromPolyLines(KesraIo::ReadPolyData(file), file, data, error);
     }
-    catch (const KesraVtk::VtkError& refusal)
+    catch (const KesraIo::ReadError& refusal)
     {
         error = refusal.what();
         return false;

@@ -2,7 +2,7 @@
 // write them (extra sections and all), in ASCII and binary, classic cell
 // arrays and version 5 offsets; and on malformed files, each refused with a
 // message that says where and what.
-#include "VtkReader.h"
+#include "KesraIo/Reader.h"
 
 #include <gtest/gtest.h>
 
@@ -17,23 +17,35 @@
 namespace
 {
 
-using KesraVtk::ParseVtk;
-using KesraVtk::PolyLines;
-using KesraVtk::VtkError;
+using KesraIo::ParseLegacy;
+using KesraIo::PolyData;
+using KesraIo::ReadError;
+
+// The point scalars the file marks as active, as doubles; empty without.
+std::vector<double> ActiveScalars(const PolyData& lines)
+{
+    const KesraIo::DataArray* array = lines.Find(lines.activeScalars, KesraIo::Association::Point);
+    std::vector<double> values;
+    for (std::size_t i = 0; array != nullptr && i < array->values.Size(); ++i)
+    {
+        values.push_back(array->values[i]);
+    }
+    return values;
+}
 
 // Five points on two polylines, 0-1-2 and 3-4, with a speed at each point.
 const std::vector<double> kPoints = {0, 0, 0, 1, 0, 0, 2, 0.5, 0, 0, 1, 0, 1.25, 1, -3};
 const std::vector<double> kSpeed = {0.5, 1.5, 2.5, -1, 1e-3};
 
-void ExpectTwoLines(const PolyLines& lines)
+void ExpectTwoLines(const PolyData& lines)
 {
-    EXPECT_EQ(lines.points, kPoints);
+    EXPECT_EQ(lines.points.Doubles(), kPoints);
     EXPECT_EQ(lines.PointCount(), 5u);
     EXPECT_EQ(lines.lineOffsets, (std::vector<std::size_t>{0, 3, 5}));
     EXPECT_EQ(lines.connectivity, (std::vector<std::size_t>{0, 1, 2, 3, 4}));
     EXPECT_EQ(lines.LineCount(), 2u);
-    EXPECT_EQ(lines.scalarName, "speed");
-    EXPECT_EQ(lines.scalars, kSpeed);
+    EXPECT_EQ(lines.activeScalars, "speed");
+    EXPECT_EQ(ActiveScalars(lines), kSpeed);
 }
 
 // ---- Binary writing: big-endian, as the format stores numbers ----------------------
@@ -67,7 +79,7 @@ void PutInt(std::string& out, std::int64_t value, int bytes)
 
 // ---- Good files --------------------------------------------------------------------
 
-TEST(VtkReaderTest, AsciiClassicWithTheSectionsWritersAdd)
+TEST(LegacyReaderTest, AsciiClassicWithTheSectionsWritersAdd)
 {
     const std::string file = "# vtk DataFile Version 3.0\n"
                              "streamlines from a solver\n"
@@ -91,7 +103,7 @@ TEST(VtkReaderTest, AsciiClassicWithTheSectionsWritersAdd)
                              "NORMALS n float\n0 0 1 0 0 1 0 0 1 0 0 1 0 0 1\n"
                              "TEXTURE_COORDINATES uv 2 float\n0 0 0 0 0 0 0 0 0 0\n"
                              "LOOKUP_TABLE mine 1\n0 0 0 1\n";
-    ExpectTwoLines(ParseVtk(file, "good.vtk"));
+    ExpectTwoLines(ParseLegacy(file, "good.vtk"));
 
     // The same with Windows line ends and lower-case keywords.
     std::string windows;
@@ -109,10 +121,10 @@ TEST(VtkReaderTest, AsciiClassicWithTheSectionsWritersAdd)
             }
         }
     }
-    ExpectTwoLines(ParseVtk(windows, "windows.vtk"));
+    ExpectTwoLines(ParseLegacy(windows, "windows.vtk"));
 }
 
-TEST(VtkReaderTest, AsciiVersion51OffsetsAndConnectivity)
+TEST(LegacyReaderTest, AsciiVersion51OffsetsAndConnectivity)
 {
     const std::string file = "# vtk DataFile Version 5.1\n"
                              "vtk output\n"
@@ -126,10 +138,10 @@ TEST(VtkReaderTest, AsciiVersion51OffsetsAndConnectivity)
                              "POINT_DATA 5\n"
                              "SCALARS speed double 2\nLOOKUP_TABLE default\n"
                              "0.5 9 1.5 9 2.5 9 -1 9 1e-3 9\n";
-    ExpectTwoLines(ParseVtk(file, "v51.vtk"));
+    ExpectTwoLines(ParseLegacy(file, "v51.vtk"));
 }
 
-TEST(VtkReaderTest, BinaryClassicFloatPoints)
+TEST(LegacyReaderTest, BinaryClassicFloatPoints)
 {
     std::string file = "# vtk DataFile Version 4.2\nbinary streamlines\nBINARY\nDATASET POLYDATA\n"
                        "FIELD FieldData 1\nTIME 1 1 double\n";
@@ -153,10 +165,10 @@ TEST(VtkReaderTest, BinaryClassicFloatPoints)
         PutDouble(file, v);
     }
     file += "\nMETADATA\nINFORMATION 0\n\n";
-    ExpectTwoLines(ParseVtk(file, "binary.vtk"));
+    ExpectTwoLines(ParseLegacy(file, "binary.vtk"));
 }
 
-TEST(VtkReaderTest, BinaryVersion51WithoutLookupTableLine)
+TEST(LegacyReaderTest, BinaryVersion51WithoutLookupTableLine)
 {
     std::string file = "# vtk DataFile Version 5.1\nvtk output\nBINARY\nDATASET POLYDATA\nPOINTS 5 double\n";
     for (const double v : kPoints)
@@ -181,17 +193,17 @@ TEST(VtkReaderTest, BinaryVersion51WithoutLookupTableLine)
     {
         PutFloat(file, v);
     }
-    const PolyLines lines = ParseVtk(file, "binary51.vtk");
-    EXPECT_EQ(lines.points, kPoints);
+    const PolyData lines = ParseLegacy(file, "binary51.vtk");
+    EXPECT_EQ(lines.points.Doubles(), kPoints);
     EXPECT_EQ(lines.lineOffsets, (std::vector<std::size_t>{0, 3, 5}));
-    ASSERT_EQ(lines.scalars.size(), 5u);
+    ASSERT_EQ(ActiveScalars(lines).size(), 5u);
     for (std::size_t i = 0; i < speed.size(); ++i)
     {
-        EXPECT_EQ(lines.scalars[i], static_cast<double>(speed[i]));
+        EXPECT_EQ(ActiveScalars(lines)[i], static_cast<double>(speed[i]));
     }
 }
 
-TEST(VtkReaderTest, ReadsFilesAndRefusesMissingOnes)
+TEST(LegacyReaderTest, ReadsFilesAndRefusesMissingOnes)
 {
     const std::string path = ::testing::TempDir() + "kesra-vtk-reader-test.vtk";
     {
@@ -199,17 +211,17 @@ TEST(VtkReaderTest, ReadsFilesAndRefusesMissingOnes)
         out << "# vtk DataFile Version 2.0\nt\nASCII\nDATASET POLYDATA\nPOINTS 2 float\n0 0 0 1 1 1\n"
                "LINES 1 3\n2 0 1\n";
     }
-    const PolyLines lines = KesraVtk::ReadVtkFile(path);
+    const PolyData lines = KesraIo::ReadPolyData(path);
     EXPECT_EQ(lines.PointCount(), 2u);
-    EXPECT_TRUE(lines.scalars.empty());
-    EXPECT_TRUE(lines.scalarName.empty());
+    EXPECT_TRUE(ActiveScalars(lines).empty());
+    EXPECT_TRUE(lines.activeScalars.empty());
     std::remove(path.c_str());
     try
     {
-        KesraVtk::ReadVtkFile(path);
+        KesraIo::ReadPolyData(path);
         FAIL() << "a missing file was read";
     }
-    catch (const VtkError& error)
+    catch (const ReadError& error)
     {
         EXPECT_EQ(std::string(error.what()), path + ": cannot be opened for reading");
     }
@@ -236,7 +248,7 @@ std::string BinaryTruncated()
     return file; // 4 of 24 bytes
 }
 
-TEST(VtkReaderTest, MalformedFilesAreRefusedWithWhereAndWhat)
+TEST(LegacyReaderTest, MalformedFilesAreRefusedWithWhereAndWhat)
 {
     const std::vector<Malformed> cases = {
         {"empty file", "", {"bad.vtk:1:", "# vtk DataFile Version"}},
@@ -293,10 +305,10 @@ TEST(VtkReaderTest, MalformedFilesAreRefusedWithWhereAndWhat)
     {
         try
         {
-            ParseVtk(bad.file, "bad.vtk");
+            ParseLegacy(bad.file, "bad.vtk");
             ADD_FAILURE() << bad.what << ": accepted";
         }
-        catch (const VtkError& error)
+        catch (const ReadError& error)
         {
             for (const std::string& part : bad.message)
             {

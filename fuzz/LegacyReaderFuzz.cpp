@@ -1,9 +1,9 @@
-// Fuzzes the viewer's VTK reader with arbitrary bytes. Whatever it is given,
+// Fuzzes the legacy polydata reader with arbitrary bytes. Whatever it is given,
 // it either refuses the file with a message that names it, or hands out
 // polylines the viewer can draw without another check: offsets from 0 that
 // never fall and end at the connectivity's size, every index a point, every
 // coordinate finite, one scalar per point or none.
-#include "VtkReader.h"
+#include "KesraIo/Reader.h"
 
 #include <cmath>
 #include <cstddef>
@@ -23,12 +23,12 @@ void Require(bool holds)
     }
 }
 
-void CheckPolyLines(const KesraVtk::PolyLines& lines, std::size_t inputSize)
+void CheckPolyLines(const KesraIo::PolyData& lines, std::size_t inputSize)
 {
-    Require(lines.points.size() % 3 == 0);
-    for (const double coordinate : lines.points)
+    Require(lines.points.Size() % 3 == 0);
+    for (std::size_t i = 0; i < lines.points.Size(); ++i)
     {
-        Require(std::isfinite(coordinate));
+        Require(std::isfinite(lines.points[i]));
     }
     Require(lines.LineCount() >= 1);
     Require(lines.lineOffsets.front() == 0);
@@ -41,7 +41,14 @@ void CheckPolyLines(const KesraVtk::PolyLines& lines, std::size_t inputSize)
     {
         Require(index < lines.PointCount());
     }
-    Require(lines.scalars.empty() || lines.scalars.size() == lines.PointCount());
+    for (const KesraIo::DataArray& array : lines.arrays)
+    {
+        Require(array.components >= 1);
+        Require(array.values.Size() % static_cast<std::size_t>(array.components) == 0);
+        Require(array.TupleCount() == (array.association == KesraIo::Association::Point
+                                           ? lines.PointCount()
+                                           : lines.LineCount()));
+    }
     // Nothing is made out of thin air: every point took at least a byte of
     // binary data or a character of text (bits aside, which no point is).
     Require(lines.PointCount() <= inputSize);
@@ -55,9 +62,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const std::string name = "fuzz.vtk";
     try
     {
-        CheckPolyLines(KesraVtk::ParseVtk(bytes, name), size);
+        CheckPolyLines(KesraIo::ParseLegacy(bytes, name), size);
     }
-    catch (const KesraVtk::VtkError& error)
+    catch (const KesraIo::ReadError& error)
     {
         const std::string message = error.what();
         Require(message.compare(0, name.size() + 1, name + ":") == 0);

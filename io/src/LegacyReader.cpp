@@ -1,4 +1,4 @@
-#include "VtkReader.h"
+#include "KesraIo/Reader.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 #include <limits>
 #include <sstream>
 
-namespace KesraVtk
+namespace KesraIo
 {
 namespace
 {
@@ -162,7 +162,7 @@ class Parser
 public:
     Parser(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name) {}
 
-    PolyLines Parse()
+    PolyData Parse()
     {
         ReadHeader();
         for (std::size_t at = NextTokenStart(); at < m_bytes.size(); at = NextTokenStart())
@@ -189,15 +189,15 @@ private:
         {
             FailAtByte(offset, what);
         }
-        throw VtkError(m_name + ":" + std::to_string(LineOf(offset)) + ": " + what);
+        throw ReadError(m_name + ":" + std::to_string(LineOf(offset)) + ": " + what);
     }
 
     [[noreturn]] void FailAtByte(std::size_t offset, const std::string& what) const
     {
-        throw VtkError(m_name + ": byte " + std::to_string(offset) + ": " + what);
+        throw ReadError(m_name + ": byte " + std::to_string(offset) + ": " + what);
     }
 
-    [[noreturn]] void Fail(const std::string& what) const { throw VtkError(m_name + ": " + what); }
+    [[noreturn]] void Fail(const std::string& what) const { throw ReadError(m_name + ": " + what); }
 
     // ---- Tokens and lines --------------------------------------------------------
 
@@ -516,7 +516,7 @@ private:
         {
             FailAtLine(at, "POINTS announces more points than any file can hold");
         }
-        m_result.points = Array(type, values, "POINTS");
+        m_result.points.Doubles(0) = Array(type, values, "POINTS");
     }
 
     // A cell section: the classic cell array (each cell its size, then its
@@ -716,12 +716,16 @@ private:
         if (m_attached == Attached::Points && !m_sawScalars)
         {
             m_sawScalars = true;
-            m_result.scalarName = name;
-            m_result.scalars.resize(m_attachedCount);
+            m_result.activeScalars = name;
+            DataArray array;
+            array.name = name;
+            array.components = 1;
+            std::vector<double>& scalars = array.values.Doubles(m_attachedCount);
             for (std::size_t i = 0; i < m_attachedCount; ++i)
             {
-                m_result.scalars[i] = values[i * components];
+                scalars[i] = values[i * components];
             }
+            m_result.arrays.push_back(std::move(array));
         }
     }
 
@@ -764,7 +768,7 @@ private:
 
     // ---- The result --------------------------------------------------------------
 
-    PolyLines Finish()
+    PolyData Finish()
     {
         if (!m_sawPoints)
         {
@@ -775,7 +779,7 @@ private:
             Fail("no polylines: expected a LINES section with at least one line");
         }
         const std::size_t points = m_result.PointCount();
-        for (std::size_t i = 0; i < m_result.points.size(); ++i)
+        for (std::size_t i = 0; i < m_result.points.Size(); ++i)
         {
             if (!std::isfinite(m_result.points[i]))
             {
@@ -809,7 +813,7 @@ private:
     bool m_binary = false;
     bool m_version5 = false;
 
-    PolyLines m_result;
+    PolyData m_result;
     std::vector<double> m_indices; // LINES' point indices as read
 
     Attached m_attached = Attached::Nothing;
@@ -826,24 +830,9 @@ private:
 
 } // namespace
 
-PolyLines ParseVtk(std::string_view bytes, const std::string& name)
+PolyData ParseLegacy(std::string_view bytes, const std::string& name)
 {
     return Parser(bytes, name).Parse();
 }
 
-PolyLines ReadVtkFile(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-    {
-        throw VtkError(path + ": cannot be opened for reading");
-    }
-    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad())
-    {
-        throw VtkError(path + ": a read error occurred");
-    }
-    return ParseVtk(bytes, path);
-}
-
-} // namespace KesraVtk
+} // namespace KesraIo
