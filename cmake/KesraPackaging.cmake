@@ -46,7 +46,7 @@ foreach(backend IN LISTS kesra_backends)
     set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION libdevel)
     get_property(CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS GLOBAL PROPERTY KESRA_${backend}_DEB_DEPENDS)
     set(CPACK_COMPONENT_GROUP_${upper}_DESCRIPTION
-      "${PROJECT_DESCRIPTION} (${backend} reference backend)")
+      "${PROJECT_DESCRIPTION} (${backend} component)")
   else()
     set(CPACK_COMPONENT_${upper}_GROUP development)
   endif()

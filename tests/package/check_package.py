@@ -141,7 +141,7 @@ def cmake_host(args):
         return
     run(configure, env=env)
     run(["cmake", "--build", args.binary], env=env)
-    hosts = ["host"] + [f"{c.lower()}-host" for c in args.components if c in ("Svg", "Gl")]
+    hosts = ["host"] + [f"{c.lower()}-host" for c in args.components if c in ("Svg", "Gl", "Io")]
     for host in hosts:
         host_env = dict(env)
         # What a sanitized build's graphics host must start with (see
@@ -206,6 +206,8 @@ def deb(args):
     names = {f"libkesraengine-dev_{version}_{arch}.deb"}
     if args.with_gl:
         names.add(f"libkesraengine-gl-dev_{version}_{arch}.deb")
+    if args.with_io:
+        names.add(f"libkesraengine-io-dev_{version}_{arch}.deb")
     if not args.static:
         names.add(f"libkesraengine1_{version}_{arch}.deb")
     if set(debs) != names:
@@ -227,6 +229,10 @@ def deb(args):
         if package == "libkesraengine-gl-dev":
             for needed in (f"libkesraengine-dev (= {version})", "libegl-dev", "libgl-dev",
                            "libfreetype-dev", "fonts-dejavu-core"):
+                if needed not in fields:
+                    raise Failure(f"{name}: no dependency on {needed}:\n{fields}")
+        if package == "libkesraengine-io-dev":
+            for needed in (f"libkesraengine-dev (= {version})", "libexpat1-dev", "zlib1g-dev"):
                 if needed not in fields:
                     raise Failure(f"{name}: no dependency on {needed}:\n{fields}")
         files[package] = deb_contents(path)
@@ -254,6 +260,9 @@ def deb(args):
     if args.with_gl:
         wanted["libkesraengine-gl-dev"] = [r"/include/KesraEngine/gl/GlRenderer\.h$",
                                            r"/libKesraGlBackend\.a$", r"/KesraEngineGlComponent\.cmake$"]
+    if args.with_io:
+        wanted["libkesraengine-io-dev"] = [r"/include/KesraEngine/KesraIo/Reader\.h$",
+                                           r"/libKesraIo\.a$", r"/KesraEngineIoComponent\.cmake$"]
     if not args.static:
         wanted["libkesraengine1"] = [r"/libKesraEngine\.so\.1$", r"/libKesraEngine\.so\.1\.0\.0$"]
         if any(re.search(r"\.so", f) for f in dev if not f.endswith("libKesraEngine.so")):
@@ -279,7 +288,7 @@ def static(args):
     run(["cmake", "-S", args.source_dir, "-B", build, "-G", args.generator,
          f"-DCMAKE_CXX_COMPILER={args.compiler}",
          "-DBUILD_SHARED_LIBS=OFF", "-DBUILD_TESTING=OFF", "-DKESRA_BUILD_EXAMPLES=OFF",
-         "-DKESRA_BUILD_BACKENDS=OFF",
+         "-DKESRA_BUILD_BACKENDS=OFF", "-DKESRA_BUILD_IO=OFF",
          "-DKESRA_BUILD_BENCHMARKS=OFF", "-DKESRA_WARNINGS_AS_ERRORS=ON"], env=env)
     cache = open(os.path.join(build, "CMakeCache.txt")).read()
     if "CMAKE_BUILD_TYPE:STRING=Release" not in cache:
@@ -308,6 +317,7 @@ def static(args):
     deb_args.static = True
     deb_args.with_svg = False
     deb_args.with_gl = False
+    deb_args.with_io = False
     deb(deb_args)
     print("static library: installed, found by CMake and pkg-config, packaged")
 
@@ -420,6 +430,7 @@ def main():
     parser.add_argument("--static", action="store_true")
     parser.add_argument("--with-svg", action="store_true")
     parser.add_argument("--with-gl", action="store_true")
+    parser.add_argument("--with-io", action="store_true")
     parser.add_argument("--programs", nargs="*", default=[], help="the example programs")
     args = parser.parse_args()
     try:
