@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 namespace KesraIo
@@ -216,9 +217,23 @@ double SuggestedTubeRadius(const PolyData& poly)
     {
         return 1.0;
     }
-    const auto middle = extent.steps.begin() + static_cast<std::ptrdiff_t>(extent.steps.size() / 2);
-    std::nth_element(extent.steps.begin(), middle, extent.steps.end());
-    const double radius = std::min(0.005 * diagonal, 2.0 * *middle);
+    // The step below which half the lines' length lies: runs of tiny steps
+    // (a solver stuck in place) add many steps but little length, and must
+    // not thin every tube.
+    std::sort(extent.steps.begin(), extent.steps.end());
+    const double total = std::accumulate(extent.steps.begin(), extent.steps.end(), 0.0);
+    double below = 0.0;
+    double typical = extent.steps.back();
+    for (const double step : extent.steps)
+    {
+        below += step;
+        if (below >= 0.5 * total)
+        {
+            typical = step;
+            break;
+        }
+    }
+    const double radius = std::min(0.005 * diagonal, 2.0 * typical);
     return std::max(radius, 0.001 * diagonal);
 }
 

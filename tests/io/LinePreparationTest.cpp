@@ -500,28 +500,37 @@ TEST(LinePreparationTest, SuggestedRadiusIsAFractionOfTheDiagonal)
     EXPECT_DOUBLE_EQ(KesraIo::SuggestedTubeRadius(poly), 0.025);
 }
 
+// A line of count steps of that length, then one more step of last.
+KesraIo::PolyData FineLine(int count, double step, double last)
+{
+    std::vector<double> points;
+    for (int i = 0; i <= count; ++i)
+    {
+        points.insert(points.end(), {step * i, 0, 0});
+    }
+    points.insert(points.end(), {points[points.size() - 3], 0, 0});
+    points.insert(points.end(), {step * count + last, 0, 0});
+    return Lines(points, {0, points.size() / 3});
+}
+
 TEST(LinePreparationTest, SuggestedRadiusFollowsFineSteps)
 {
-    // Diagonal 10, median step 0.01 (ten steps of 0.01, one of 9.9 and a
-    // repeat that does not count).
-    std::vector<double> points;
-    for (int i = 0; i <= 10; ++i)
-    {
-        points.insert(points.end(), {0.01 * i, 0, 0});
-    }
-    points.insert(points.end(), {0.1, 0, 0, 10, 0, 0});
-    EXPECT_NEAR(KesraIo::SuggestedTubeRadius(Lines(points, {0, 13})), 0.02, 1e-15);
+    // 1000 steps of 0.01 hold two thirds of the length; the repeat does not
+    // count. Diagonal 15, typical step 0.01.
+    EXPECT_NEAR(KesraIo::SuggestedTubeRadius(FineLine(1000, 0.01, 5.0)), 0.02, 1e-15);
+}
+
+TEST(LinePreparationTest, SuggestedRadiusIgnoresRunsOfTinySteps)
+{
+    // 1000 steps of 0.001 are most of the steps but a tenth of the length.
+    EXPECT_DOUBLE_EQ(KesraIo::SuggestedTubeRadius(FineLine(1000, 0.001, 9.0)), 0.05);
 }
 
 TEST(LinePreparationTest, SuggestedRadiusStaysVisible)
 {
-    std::vector<double> points;
-    for (int i = 0; i <= 1000; ++i)
-    {
-        points.insert(points.end(), {1e-4 * i, 0, 0});
-    }
-    points.insert(points.end(), {10, 0, 0});
-    EXPECT_DOUBLE_EQ(KesraIo::SuggestedTubeRadius(Lines(points, {0, 1002})), 0.01);
+    // Diagonal 10.001, typical step 0.001: twice that is below 0.001 of the
+    // diagonal.
+    EXPECT_DOUBLE_EQ(KesraIo::SuggestedTubeRadius(FineLine(10000, 0.001, 0.001)), 0.010001);
 }
 
 TEST(LinePreparationTest, SuggestedRadiusWithoutExtentIsOne)

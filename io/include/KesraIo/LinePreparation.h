@@ -63,10 +63,13 @@ struct PreparedLines
 };
 
 // A tube radius for poly's lines, in model units: 0.005 of the diagonal of
-// the box round their points, but at most twice the median step between
+// the box round their points, but at most twice the typical step between
 // distinct consecutive points (fine features keep their detail), and never
-// below 0.001 of the diagonal (tubes stay visible). 1 when the lines have no
-// extent (no line, or all their points alike): nothing of them can be drawn.
+// below 0.001 of the diagonal (tubes stay visible). The typical step is the
+// one below which half the lines' length lies, so that a run of tiny steps
+// (a solver stuck in place) does not thin every tube. 1 when the lines have
+// no extent (no line, or all their points alike): nothing of them can be
+// drawn.
 double SuggestedTubeRadius(const PolyData& poly);
 
 // The pieces of the line through points, with their values, for tubes of
