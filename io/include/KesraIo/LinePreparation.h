@@ -5,7 +5,7 @@
 // reaches r / cos(a / 2) from the node (r the radius); and a vertex whose
 // plane lies behind it is not placed at all and keeps a stale position. With
 // the rings of both ends of a segment of length L reaching up to
-// r * tan(a / 2) along it, every vertex is placed exactly when
+// r * tan(a / 2) along it, every vertex is placed when
 //
 //     L >= r * (tan(a0 / 2) + tan(a1 / 2))     (a0, a1: the turns at its ends;
 //                                               0 at a piece's end, where the
@@ -23,17 +23,21 @@
 //   the node instead of a mitre reaching out 1 / cos(a / 2) radii (2 at 120,
 //   3 at 141, 57 at 178 degrees);
 // - a split too when the segment into the last node is too short for the
-//   turns at both its ends, with a margin of 10% for rounding;
+//   turns at both its ends, with a margin of 1% for rounding;
 // - skipped when the turn fits but the point is too close to leave room for
 //   it (still a split when it is the line's last point: its end is kept);
 // - else kept.
 // So no ring vertex lies farther than 2r from its node, and every vertex is
-// placed. A long straight line, or a curve of curvature radius above 1.1r
-// sampled in steps of r / 2 or more, comes out untouched. The numbers were
-// chosen by experiment on such lines: 120 degrees keeps the mitres of real
-// turns (a streamline rounding a corner) whole while a hairpin, 176 to 180
-// degrees, always splits; r / 2 merges solver jitter into its drift without
-// touching lines sampled at the usual step.
+// placed. A long straight line, or a curve of curvature radius above 1.01r
+// sampled in steps of r / 2 or more, comes out untouched.
+//
+// The two numbers come from trials on such lines. Merging below r / 4 left a
+// solver stuck in steps of 0.4r as 401 two-node pieces, below r / 2 as one
+// piece of 48 nodes; jitter of 0.05r on steps of 0.3r gave 113 pieces at
+// r / 4 and 5 at r / 2, while merging below a whole r halves the nodes of
+// every line sampled at r / 2. Splitting beyond 120 degrees keeps corners
+// of 100 degrees whole (mitres of 1.56r) and cuts those of 130 degrees,
+// which would reach 2.37r; a hairpin always splits.
 //
 // Points are three doubles x, y, z per point, values one double per point,
 // the radius in model units.
