@@ -29,7 +29,7 @@ constexpr double kOrigin[3] = {40.0, -25.0, 12.0};
 
 // ---- Lines ----------------------------------------------------------------------------
 
-// Points x, y, z one after another, built a step at a time.
+// Points x, y, z one after another, from kOrigin a step at a time.
 class Walk
 {
 public:
@@ -37,16 +37,20 @@ public:
 
     void Step(double dx, double dy, double dz)
     {
-        const std::size_t last = m_points.size() - 3;
-        m_points.insert(m_points.end(), {m_points[last] + dx, m_points[last + 1] + dy,
-                                         m_points[last + 2] + dz});
+        const double* last = &m_points[m_points.size() - 3];
+        const double next[3] = {last[0] + dx, last[1] + dy, last[2] + dz};
+        m_points.insert(m_points.end(), next, next + 3);
     }
-    // A step of that length at angle degrees from +x, in the plane z = const.
-    void Heading(double length, double degrees)
+    // count steps of that many radii at angle degrees from +x, in z = const.
+    Walk& Run(int count, double radii, double degrees)
     {
-        Step(length * std::cos(degrees * kPi / 180.0), length * std::sin(degrees * kPi / 180.0), 0.0);
+        const double a = degrees * kPi / 180.0;
+        for (int i = 0; i < count; ++i)
+        {
+            Step(radii * kRadius * std::cos(a), radii * kRadius * std::sin(a), 0.0);
+        }
+        return *this;
     }
-    void Repeat() { Step(0.0, 0.0, 0.0); }
 
     const std::vector<double>& Points() const { return m_points; }
 
@@ -63,41 +67,20 @@ std::vector<double> ZigZag()
     Walk walk;
     for (int i = 0; i < 400; ++i)
     {
-        walk.Heading(0.02 * kRadius, 0.0);
-        walk.Heading(0.018 * kRadius, 180.0 - bend(random));
+        walk.Run(1, 0.02, 0.0).Run(1, 0.018, 180.0 - bend(random));
     }
     return walk.Points();
 }
 
-// Out along x and back, 0.3 radii aside.
+// Out along x, 0.3 radii aside and back.
 std::vector<double> Hairpin()
 {
-    Walk walk;
-    for (int i = 0; i < 20; ++i)
-    {
-        walk.Heading(kRadius, 0.0);
-    }
-    walk.Step(0.0, 0.3 * kRadius, 0.0);
-    for (int i = 0; i < 20; ++i)
-    {
-        walk.Heading(kRadius, 180.0);
-    }
-    return walk.Points();
+    return Walk().Run(20, 1.0, 0.0).Run(1, 0.3, 90.0).Run(20, 1.0, 180.0).Points();
 }
 
-// Straight on, then straight back at 179.9 degrees.
 std::vector<double> Reversal()
 {
-    Walk walk;
-    for (int i = 0; i < 10; ++i)
-    {
-        walk.Heading(kRadius, 0.0);
-    }
-    for (int i = 0; i < 10; ++i)
-    {
-        walk.Heading(kRadius, 179.9);
-    }
-    return walk.Points();
+    return Walk().Run(10, 1.0, 0.0).Run(10, 1.0, 179.9).Points();
 }
 
 // A crawl in steps of 1e-6 radii, every one in a new direction, then on.
@@ -106,42 +89,28 @@ std::vector<double> Crawl()
     std::mt19937 random(11);
     std::normal_distribution<double> normal;
     Walk walk;
-    walk.Heading(2.0 * kRadius, 30.0);
+    walk.Run(1, 2.0, 30.0);
     for (int i = 0; i < 200; ++i)
     {
         const double d[3] = {normal(random), normal(random), normal(random)};
         const double scale = 1e-6 * kRadius / std::sqrt(d[0] * d[0] + d[1] * d[1] + d[2] * d[2]);
         walk.Step(d[0] * scale, d[1] * scale, d[2] * scale);
     }
-    walk.Heading(2.0 * kRadius, -60.0);
-    return walk.Points();
+    return walk.Run(1, 2.0, -60.0).Points();
 }
 
-// Every point written three times, round a right angle, in steps of two
-// radii.
+// Every point written three times, round a right angle.
 std::vector<double> Repeated()
 {
     Walk walk;
     for (int i = 0; i < 6; ++i)
     {
-        walk.Heading(2.0 * kRadius, i < 3 ? 0.0 : 90.0);
-        walk.Repeat();
-        walk.Repeat();
+        walk.Run(1, 2.0, i < 3 ? 0.0 : 90.0).Run(2, 0.0, 0.0);
     }
     return walk.Points();
 }
 
-std::vector<double> Straight()
-{
-    Walk walk;
-    for (int i = 0; i < 50; ++i)
-    {
-        walk.Step(0.7 * kRadius, -0.2 * kRadius, 0.1 * kRadius);
-    }
-    return walk.Points();
-}
-
-// A helix of curvature radius 10 radii, in steps of one radius.
+// A helix of curvature radius 10 radii, in steps of about one radius.
 std::vector<double> GentleCurve()
 {
     std::vector<double> points;
@@ -169,11 +138,11 @@ std::vector<double> Indices(const std::vector<double>& points)
 // ---- Tubes ----------------------------------------------------------------------------
 
 // The ring vertices the engine generates round points, x, y, z each.
-std::vector<double> TubeVertices(const std::vector<double>& points, double radius)
+std::vector<double> TubeVertices(const std::vector<double>& points)
 {
     const int nodes = static_cast<int>(points.size() / 3);
     KesraTest::TestStreamline tube;
-    EXPECT_TRUE(tube.Create(nodes, kSlices, radius, 1.0));
+    EXPECT_TRUE(tube.Create(nodes, kSlices, kRadius, 1.0));
     for (int i = 0; i < nodes; ++i)
     {
         double xyz[3] = {points[3 * i], points[3 * i + 1], points[3 * i + 2]};
@@ -187,35 +156,22 @@ std::vector<double> TubeVertices(const std::vector<double>& points, double radiu
 
 double DistanceToSegment(const double* p, const double* a, const double* b)
 {
-    double ab[3];
-    double ap[3];
-    double abab = 0.0;
-    double apab = 0.0;
-    for (int k = 0; k < 3; ++k)
-    {
-        ab[k] = b[k] - a[k];
-        ap[k] = p[k] - a[k];
-        abab += ab[k] * ab[k];
-        apab += ap[k] * ab[k];
-    }
+    const double ab[3] = {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
+    const double ap[3] = {p[0] - a[0], p[1] - a[1], p[2] - a[2]};
+    const double abab = ab[0] * ab[0] + ab[1] * ab[1] + ab[2] * ab[2];
+    const double apab = ap[0] * ab[0] + ap[1] * ab[1] + ap[2] * ab[2];
     const double t = abab > 0.0 ? std::clamp(apab / abab, 0.0, 1.0) : 0.0;
-    double squared = 0.0;
-    for (int k = 0; k < 3; ++k)
-    {
-        squared += (ap[k] - t * ab[k]) * (ap[k] - t * ab[k]);
-    }
-    return std::sqrt(squared);
+    return std::hypot(ap[0] - t * ab[0], ap[1] - t * ab[1], ap[2] - t * ab[2]);
 }
 
 // How far, in radii, the farthest vertex of the tubes round pieces lies
 // from line.
-double FarthestVertex(const std::vector<double>& line, const std::vector<PreparedLine>& pieces,
-                      double radius)
+double FarthestVertex(const std::vector<double>& line, const std::vector<PreparedLine>& pieces)
 {
     double farthest = 0.0;
     for (const PreparedLine& piece : pieces)
     {
-        const std::vector<double> vertices = TubeVertices(piece.points, radius);
+        const std::vector<double> vertices = TubeVertices(piece.points);
         for (std::size_t v = 0; v < vertices.size(); v += 3)
         {
             double nearest = std::numeric_limits<double>::infinity();
@@ -226,7 +182,7 @@ double FarthestVertex(const std::vector<double>& line, const std::vector<Prepare
             farthest = std::max(farthest, nearest);
         }
     }
-    return farthest / radius;
+    return farthest / kRadius;
 }
 
 // The raw line as a single piece, as a host without preparation draws it.
@@ -269,7 +225,7 @@ TEST(LinePreparationTest, RawTubesOfWildLinesStrayFarFromThem)
     for (const Shape& shape : kWildShapes)
     {
         const std::vector<double> line = shape.make();
-        EXPECT_GT(FarthestVertex(line, Unprepared(line), kRadius), 3.0) << shape.name;
+        EXPECT_GT(FarthestVertex(line, Unprepared(line)), 3.0) << shape.name;
     }
 }
 
@@ -280,94 +236,78 @@ TEST(LinePreparationTest, PreparedTubesOfWildLinesStayWithinTwoRadii)
         const std::vector<double> line = shape.make();
         const std::vector<PreparedLine> pieces = PrepareLine(line, Indices(line), kRadius);
         ASSERT_FALSE(pieces.empty()) << shape.name;
-        EXPECT_LE(FarthestVertex(line, pieces, kRadius), 2.0 + 1e-9) << shape.name;
+        EXPECT_LE(FarthestVertex(line, pieces), 2.0 + 1e-9) << shape.name;
         ExpectNodesFromLine(line, pieces);
     }
 }
 
-TEST(LinePreparationTest, HairpinAndReversalSplitAtTheirTurn)
+// The values of each piece: the indices of its nodes in the line.
+std::vector<std::vector<double>> PieceValues(const std::vector<double>& line)
 {
-    const std::vector<double> hairpin = Hairpin();
-    const std::vector<PreparedLine> pieces = PrepareLine(hairpin, Indices(hairpin), kRadius);
-    // The step aside, shorter than half a radius, merges into the way back.
-    ASSERT_EQ(pieces.size(), 2u);
-    EXPECT_EQ(pieces[0].values.size(), 21u);
-    EXPECT_EQ(pieces[0].values.back(), 20.0);
-    EXPECT_EQ(pieces[1].values.size(), 21u);
-    EXPECT_EQ(pieces[1].values[0], 20.0);
-    EXPECT_EQ(pieces[1].values[1], 22.0);
-    EXPECT_EQ(pieces[1].values.back(), 41.0);
-
-    const std::vector<double> reversal = Reversal();
-    const std::vector<PreparedLine> halves = PrepareLine(reversal, Indices(reversal), kRadius);
-    ASSERT_EQ(halves.size(), 2u);
-    EXPECT_EQ(halves[0].values.back(), 10.0);
-    EXPECT_EQ(halves[1].values.front(), 10.0);
-    EXPECT_EQ(halves[1].values.back(), 20.0);
+    std::vector<std::vector<double>> values;
+    for (const PreparedLine& piece : PrepareLine(line, Indices(line), kRadius))
+    {
+        values.push_back(piece.values);
+    }
+    return values;
 }
 
-TEST(LinePreparationTest, JitterMergesIntoItsDrift)
+TEST(LinePreparationTest, WildLinesSplitAtTurnsBackAndMergeTheirJitter)
 {
-    // The zig-zag drifts 0.002 radii a round trip: merged, it is a straight
-    // run, without a split.
-    const std::vector<double> line = ZigZag();
-    const std::vector<PreparedLine> pieces = PrepareLine(line, Indices(line), kRadius);
-    ASSERT_EQ(pieces.size(), 1u);
-    EXPECT_GE(pieces[0].values.size(), 2u);
-    EXPECT_LT(pieces[0].values.size(), 10u);
-}
+    // The hairpin's step aside, shorter than half a radius, merges into the
+    // way back.
+    const std::vector<std::vector<double>> hairpin = PieceValues(Hairpin());
+    ASSERT_EQ(hairpin.size(), 2u);
+    EXPECT_EQ(hairpin[0].size(), 21u);
+    EXPECT_EQ(hairpin[1].size(), 21u);
+    EXPECT_EQ(std::vector<double>(hairpin[1].begin(), hairpin[1].begin() + 2),
+              (std::vector<double>{20, 22}));
 
-TEST(LinePreparationTest, RepeatedPointsAreDroppedAndTheCornerKept)
-{
-    const std::vector<double> line = Repeated();
-    const std::vector<PreparedLine> pieces = PrepareLine(line, Indices(line), kRadius);
-    ASSERT_EQ(pieces.size(), 1u);
-    EXPECT_EQ(pieces[0].values, (std::vector<double>{0, 1, 4, 7, 10, 13, 16}));
+    const std::vector<std::vector<double>> reversal = PieceValues(Reversal());
+    ASSERT_EQ(reversal.size(), 2u);
+    EXPECT_EQ(reversal[0].back(), 10.0);
+    EXPECT_EQ(reversal[1].front(), 10.0);
+
+    // The zig-zag drifts 0.002 radii a round trip: merged, a straight run.
+    const std::vector<std::vector<double>> zigZag = PieceValues(ZigZag());
+    ASSERT_EQ(zigZag.size(), 1u);
+    EXPECT_LT(zigZag[0].size(), 10u);
+
+    EXPECT_EQ(PieceValues(Repeated()), (std::vector<std::vector<double>>{{0, 1, 4, 7, 10, 13, 16}}));
 }
 
 // ---- Tame lines pass untouched ---------------------------------------------------------
 
 TEST(LinePreparationTest, StraightLinesAndGentleCurvesPassUntouched)
 {
-    for (const std::vector<double>& line : {Straight(), GentleCurve()})
+    const std::vector<double> straight = Walk().Run(50, 0.7, -20.0).Points();
+    for (const std::vector<double>& line : {straight, GentleCurve()})
     {
         const std::vector<PreparedLine> pieces = PrepareLine(line, Indices(line), kRadius);
         ASSERT_EQ(pieces.size(), 1u);
         EXPECT_EQ(pieces[0].points, line);
         EXPECT_EQ(pieces[0].values, Indices(line));
         // The curve's turns of 5.7 degrees mitre its rings a little.
-        EXPECT_LE(FarthestVertex(line, pieces, kRadius), 1.01);
+        EXPECT_LE(FarthestVertex(line, pieces), 1.01);
     }
 }
 
-// A U of two right angles, its sides 1.05 radii long and its base as given.
-std::vector<double> SquareU(double base)
+TEST(LinePreparationTest, TurnsAreKeptWhereTheirRingsHaveRoom)
 {
-    Walk walk;
-    walk.Heading(1.05 * kRadius, 0.0);
-    walk.Heading(base * kRadius, 90.0);
-    walk.Heading(1.05 * kRadius, 180.0);
-    return walk.Points();
-}
+    // Each right angle's ring reaches one radius along its segments: a U
+    // with sides of 1.05 radii needs a base of 2.02 radii.
+    const std::vector<double> roomy = Walk().Run(1, 1.05, 0).Run(1, 2.1, 90).Run(1, 1.05, 180).Points();
+    const std::vector<PreparedLine> whole = PrepareLine(roomy, Indices(roomy), kRadius);
+    ASSERT_EQ(whole.size(), 1u);
+    EXPECT_EQ(whole[0].points, roomy);
+    EXPECT_LE(FarthestVertex(roomy, whole), std::sqrt(2.0) + 1e-9);
 
-TEST(LinePreparationTest, TurnsWithRoomForTheirRingsAreKept)
-{
-    // Each right angle's ring reaches one radius along its segments.
-    const std::vector<double> line = SquareU(2.1);
-    const std::vector<PreparedLine> pieces = PrepareLine(line, Indices(line), kRadius);
-    ASSERT_EQ(pieces.size(), 1u);
-    EXPECT_EQ(pieces[0].points, line);
-    EXPECT_LE(FarthestVertex(line, pieces, kRadius), std::sqrt(2.0) + 1e-9);
-}
-
-TEST(LinePreparationTest, TurnsWithoutRoomForTheirRingsSplit)
-{
-    const std::vector<double> line = SquareU(1.9);
-    EXPECT_GT(FarthestVertex(line, Unprepared(line), kRadius), 3.0);
-    const std::vector<PreparedLine> pieces = PrepareLine(line, Indices(line), kRadius);
-    ASSERT_EQ(pieces.size(), 2u);
-    EXPECT_EQ(pieces[0].values, (std::vector<double>{0, 1, 2}));
-    EXPECT_EQ(pieces[1].values, (std::vector<double>{2, 3}));
+    const std::vector<double> tight = Walk().Run(1, 1.05, 0).Run(1, 1.9, 90).Run(1, 1.05, 180).Points();
+    EXPECT_GT(FarthestVertex(tight, Unprepared(tight)), 3.0);
+    const std::vector<PreparedLine> split = PrepareLine(tight, Indices(tight), kRadius);
+    ASSERT_EQ(split.size(), 2u);
+    EXPECT_EQ(split[0].values, (std::vector<double>{0, 1, 2}));
+    EXPECT_EQ(split[1].values, (std::vector<double>{2, 3}));
 }
 
 // ---- Random lines: whatever comes in, every vertex stays near its node ------------------
@@ -377,35 +317,20 @@ TEST(LinePreparationTest, RandomLinesNeverStrayBeyondTwoRadii)
     std::mt19937 random(2024);
     std::uniform_real_distribution<double> exponent(-7.0, 1.5);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
-    std::uniform_int_distribution<int> pick(0, 9);
     for (int line = 0; line < 60; ++line)
     {
+        // Steps of 1e-7 to 30 radii, one in ten of no length at all.
         Walk walk;
         for (int i = 0; i < 60; ++i)
         {
-            // A step of 1e-7 to 30 radii, now and then a repeat or a reversal.
-            const double length = kRadius * std::pow(10.0, exponent(random));
-            const int kind = pick(random);
-            if (kind == 0)
-            {
-                walk.Repeat();
-                continue;
-            }
-            const std::size_t last = walk.Points().size() - 3;
-            if (kind == 1 && last >= 3)
-            {
-                const double* p = &walk.Points()[last];
-                walk.Step(p[-3] - p[0], p[-2] - p[1], p[-1] - p[2]);
-                continue;
-            }
+            const double length = i % 10 == 3 ? 0.0 : kRadius * std::pow(10.0, exponent(random));
             const double d[3] = {unit(random), unit(random), unit(random)};
-            const double norm = std::sqrt(d[0] * d[0] + d[1] * d[1] + d[2] * d[2]);
-            walk.Step(d[0] * length / norm, d[1] * length / norm, d[2] * length / norm);
+            const double scale = length / std::hypot(d[0], d[1], d[2]);
+            walk.Step(d[0] * scale, d[1] * scale, d[2] * scale);
         }
-        const std::vector<double>& points = walk.Points();
-        const std::vector<PreparedLine> pieces = PrepareLine(points, Indices(points), kRadius);
-        EXPECT_LE(FarthestVertex(points, pieces, kRadius), 2.0 + 1e-9) << "line " << line;
-        ExpectNodesFromLine(points, pieces);
+        const std::vector<PreparedLine> pieces = PrepareLine(walk.Points(), Indices(walk.Points()), kRadius);
+        EXPECT_LE(FarthestVertex(walk.Points(), pieces), 2.0 + 1e-9) << "line " << line;
+        ExpectNodesFromLine(walk.Points(), pieces);
     }
 }
 
@@ -429,42 +354,22 @@ TEST(LinePreparationTest, LinesWithNothingToDrawAreCounted)
     EXPECT_EQ(lines.pieces.size(), 2u);
 }
 
-TEST(LinePreparationTest, EndWithinHalfARadiusIsMergedAway)
+TEST(LinePreparationTest, LineEndsStayWhereTheTubeCanShowThem)
 {
-    const std::vector<double> points = {0, 0, 0, 1, 0, 0, 1 + 0.4 * kRadius, 0, 0};
-    const std::vector<PreparedLine> pieces = PrepareLine(points, {7, 8, 9}, kRadius);
-    ASSERT_EQ(pieces.size(), 1u);
-    EXPECT_EQ(pieces[0].values, (std::vector<double>{7, 8}));
-}
-
-TEST(LinePreparationTest, LastPointTooCloseToItsTurnStartsAPieceOfItsOwn)
-{
-    // A turn of 100 degrees needs 1.2 radii beyond it; the line ends 0.6 on.
-    const std::vector<double> points = {0, 0, 0, 1, 0, 0, 1 - 0.6 * kRadius * 0.17364817766693033,
-                                        0.6 * kRadius * 0.98480775301220802, 0};
-    const std::vector<PreparedLine> pieces = PrepareLine(points, {7, 8, 9}, kRadius);
-    ASSERT_EQ(pieces.size(), 2u);
-    EXPECT_EQ(pieces[0].values, (std::vector<double>{7, 8}));
-    EXPECT_EQ(pieces[1].values, (std::vector<double>{8, 9}));
+    // An end within half a radius of the node before merges away.
+    const std::vector<double> shortEnd = {0, 0, 0, 1, 0, 0, 1 + 0.4 * kRadius, 0, 0};
+    EXPECT_EQ(PieceValues(shortEnd), (std::vector<std::vector<double>>{{0, 1}}));
+    // A turn of 100 degrees needs 1.2 radii beyond it; an end 0.6 on gets a
+    // piece of its own.
+    const std::vector<double> turnedEnd = Walk().Run(1, 10.0, 0.0).Run(1, 0.6, 100.0).Points();
+    EXPECT_EQ(PieceValues(turnedEnd), (std::vector<std::vector<double>>{{0, 1}, {1, 2}}));
 }
 
 TEST(LinePreparationTest, PointThatIsNotFiniteEndsThePiece)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const std::vector<double> points = {0, 0, 0, 1, 0, 0, nan, 0, 0, 2, 0, 0, 3, 0, 0};
-    const std::vector<PreparedLine> pieces = PrepareLine(points, {0, 1, 2, 3, 4}, kRadius);
-    ASSERT_EQ(pieces.size(), 2u);
-    EXPECT_EQ(pieces[0].values, (std::vector<double>{0, 1}));
-    EXPECT_EQ(pieces[1].values, (std::vector<double>{3, 4}));
-}
-
-TEST(LinePreparationTest, ValuesThatAreNotFiniteStayWithTheirNodes)
-{
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const std::vector<PreparedLine> pieces = PrepareLine({0, 0, 0, 1, 0, 0}, {nan, 2.0}, kRadius);
-    ASSERT_EQ(pieces.size(), 1u);
-    EXPECT_TRUE(std::isnan(pieces[0].values[0]));
-    EXPECT_EQ(pieces[0].values[1], 2.0);
+    EXPECT_EQ(PieceValues(points), (std::vector<std::vector<double>>{{0, 1}, {3, 4}}));
 }
 
 TEST(LinePreparationTest, RefusesBadRadiusOrMismatchedValues)
@@ -513,23 +418,14 @@ KesraIo::PolyData FineLine(int count, double step, double last)
     return Lines(points, {0, points.size() / 3});
 }
 
-TEST(LinePreparationTest, SuggestedRadiusFollowsFineSteps)
+TEST(LinePreparationTest, SuggestedRadiusFollowsTheStepOfHalfTheLength)
 {
-    // 1000 steps of 0.01 hold two thirds of the length; the repeat does not
-    // count. Diagonal 15, typical step 0.01.
+    // 1000 steps of 0.01 hold two thirds of the length (the repeat does not
+    // count): twice 0.01 is below 0.005 of the diagonal of 15.
     EXPECT_NEAR(KesraIo::SuggestedTubeRadius(FineLine(1000, 0.01, 5.0)), 0.02, 1e-15);
-}
-
-TEST(LinePreparationTest, SuggestedRadiusIgnoresRunsOfTinySteps)
-{
     // 1000 steps of 0.001 are most of the steps but a tenth of the length.
     EXPECT_DOUBLE_EQ(KesraIo::SuggestedTubeRadius(FineLine(1000, 0.001, 9.0)), 0.05);
-}
-
-TEST(LinePreparationTest, SuggestedRadiusStaysVisible)
-{
-    // Diagonal 10.001, typical step 0.001: twice that is below 0.001 of the
-    // diagonal.
+    // Twice the step 0.001 is below 0.001 of the diagonal of 10.001.
     EXPECT_DOUBLE_EQ(KesraIo::SuggestedTubeRadius(FineLine(10000, 0.001, 0.001)), 0.010001);
 }
 
