@@ -70,6 +70,7 @@ public:
     {
     }
 
+    // The line's next point; lastOfLine for its final one.
     void Take(const Point& p, double value, bool lastOfLine)
     {
         if (!IsFinite(p))
@@ -84,6 +85,7 @@ public:
         }
         const Point step = Minus(p, m_last);
         const double length = std::sqrt(Dot(step, step));
+        // Too short a step for its direction to show at the tube's scale.
         if (length < m_mergeStep || length <= kNoDirection)
         {
             return;
@@ -94,21 +96,7 @@ public:
             Advance(p, value, direction, length, 0.0);
             return;
         }
-        const double turnCos = Dot(m_direction, direction);
-        const double tangent = turnCos < kSharpestTurnCos ? 0.0 : HalfTurnTangent(turnCos);
-        const bool sharp = turnCos < kSharpestTurnCos;
-        const bool inboundFits = m_length >= kFoldMargin * m_radius * (m_tangentBehind + tangent);
-        const bool outboundFits = length >= kFoldMargin * m_radius * tangent;
-        if (sharp || !inboundFits || (!outboundFits && lastOfLine))
-        {
-            SplitAtLast(p, value, direction, length);
-        }
-        else if (outboundFits)
-        {
-            Advance(p, value, direction, length, tangent);
-        }
-        // Otherwise the point is too close to the turn for its ring: a later
-        // point of the line continues the piece.
+        Join(p, value, direction, length, lastOfLine);
     }
 
     // Keeps the piece if the tube can draw it, and starts afresh.
@@ -122,6 +110,28 @@ public:
     }
 
 private:
+    // p, far enough from the last node, after a turn there.
+    void Join(const Point& p, double value, const Point& direction, double length, bool lastOfLine)
+    {
+        const double turnCos = Dot(m_direction, direction);
+        const bool sharp = turnCos < kSharpestTurnCos;
+        // Past the sharpest turn the split makes the tangent moot (and it
+        // grows without bound towards a reversal).
+        const double tangent = sharp ? 0.0 : HalfTurnTangent(turnCos);
+        const bool inboundFits = m_length >= kFoldMargin * m_radius * (m_tangentBehind + tangent);
+        const bool outboundFits = length >= kFoldMargin * m_radius * tangent;
+        if (sharp || !inboundFits || (!outboundFits && lastOfLine))
+        {
+            SplitAtLast(p, value, direction, length);
+        }
+        else if (outboundFits)
+        {
+            Advance(p, value, direction, length, tangent);
+        }
+        // Otherwise p is too close to the turn for its ring: a later point
+        // of the line continues the piece.
+    }
+
     void Append(const Point& p, double value)
     {
         m_piece.points.insert(m_piece.points.end(), {p.x, p.y, p.z});
