@@ -5,6 +5,7 @@
 
 #include "Flow.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct SceneData
     std::string unit;       // the legend's unit line
     std::string tipUnit;    // after the numbers of the tips
     double tubeRadius = 0.0; // model units; 0 picks one from the model's size
+    std::size_t skippedLines = 0; // source lines with nothing a tube can show
     bool sphere = false;     // the flow's sphere of radius 1 at the origin
     // Tip labels go on the ray from this centre through their point, at this
     // distance; a distance of 0 picks the box centre and its size.

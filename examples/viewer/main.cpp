@@ -27,5 +27,10 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
         return 2;
     }
+    if (data.skippedLines > 0)
+    {
+        std::fprintf(stderr, "kesra-viewer: %zu lines skipped: too short for the tubes to show\n",
+                     data.skippedLines);
+    }
     return options.headless ? RunHeadless(options, std::move(data)) : RunWindow(options, std::move(data));
 }

@@ -101,6 +101,22 @@ TEST_F(ViewerFile, WithoutAScalarTheHeightColours)
     EXPECT_EQ(data.lines[0].values, (std::vector<double>{0.0, 2.0, 5.0}));
 }
 
+TEST_F(ViewerFile, LinesAreSplitWhereTheyTurnBackAndSpecksSkipped)
+{
+    // A hairpin, a line shorter than its tube is thick, and a single point.
+    const std::string path = Write("hairpin.vtk", std::string(kHeader)
+        + "POINTS 6 float\n0 0 0  5 0 0  0 0.0078125 0  8 8 0  8 8.0078125 0  4 4 4\n"
+          "LINES 3 9\n3 0 1 2\n2 3 4\n1 5\n");
+    KesraExamples::SceneData data;
+    std::string error;
+    ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
+    EXPECT_DOUBLE_EQ(data.tubeRadius, 0.005 * std::sqrt(8.0 * 8.0 + 8.0078125 * 8.0078125 + 4.0 * 4.0));
+    ASSERT_EQ(data.lines.size(), 2u);
+    EXPECT_EQ(data.lines[0].values, (std::vector<double>{0.0, 0.0}));
+    EXPECT_EQ(data.lines[1].points[0].x, 5.0);
+    EXPECT_EQ(data.skippedLines, 2u);
+}
+
 TEST_F(ViewerFile, RefusalsNameTheFile)
 {
     const struct
