@@ -517,21 +517,15 @@ private:
         else if (keyword == "lines")
         {
             m_sawLines = true;
-            ReadCells("LINES", true);
+            ReadCells(at, "LINES", true);
         }
         else if (keyword == "vertices" || keyword == "polygons" || keyword == "triangle_strips")
         {
-            ReadCells(Upper(keyword), false);
+            ReadCells(at, Upper(keyword), false);
         }
         else if (keyword == "point_data" || keyword == "cell_data")
         {
-            const bool points = keyword == "point_data";
-            const std::size_t count = Count("the number of " + Upper(keyword) + " values");
-            m_attached = points ? Attached::Points : Attached::Cells;
-            m_attachedCount = count;
-            (points ? m_pointDataAt : m_cellDataAt) = at;
-            (points ? m_pointDataCount : m_cellDataCount) = count;
-            (points ? m_sawPointData : m_sawCellData) = true;
+            ReadDataSection(at, keyword == "point_data");
         }
         else if (keyword == "field")
         {
@@ -545,6 +539,24 @@ private:
         {
             ReadAttribute(at, keyword);
         }
+    }
+
+    // The arrays that follow belong to the points or to the cells, count
+    // tuples each.
+    void ReadDataSection(std::size_t at, bool points)
+    {
+        const std::string section = points ? "POINT_DATA" : "CELL_DATA";
+        bool& seen = points ? m_sawPointData : m_sawCellData;
+        if (seen)
+        {
+            FailAtLine(at, "a second " + section + " section");
+        }
+        seen = true;
+        const std::size_t count = Count("the number of " + section + " values");
+        m_attached = points ? Attached::Points : Attached::Cells;
+        m_attachedCount = count;
+        (points ? m_pointDataAt : m_cellDataAt) = at;
+        (points ? m_pointDataCount : m_cellDataCount) = count;
     }
 
     static std::string Upper(const std::string& keyword)
@@ -575,8 +587,14 @@ private:
 
     // A cell section: the classic cell array (each cell its size, then its
     // point indices), or from version 5 the OFFSETS and CONNECTIVITY arrays.
-    void ReadCells(const std::string& section, bool keep)
+    void ReadCells(std::size_t at, const std::string& section, bool keep)
     {
+        const std::size_t order = CellOrder(section);
+        if (m_sawCells[order])
+        {
+            FailAtLine(at, "a second " + section + " section");
+        }
+        m_sawCells[order] = true;
         const std::size_t first = Count("the first count of " + section);
         const std::size_t second = Count("the second count of " + section);
         const bool offsets = PeekLower() == "offsets";
@@ -595,7 +613,7 @@ private:
         }
         // The offsets of n cells are n + 1 numbers.
         const std::size_t cells = offsets ? first - std::min<std::size_t>(first, 1) : first;
-        m_cellCounts[CellOrder(section)] += cells;
+        m_cellCounts[order] = cells;
         if (!keep && cells > 0)
         {
             m_result.notes.push_back(section + ": " + std::to_string(cells) +
@@ -1025,6 +1043,7 @@ private:
     std::vector<DataArray> m_pointArrays;
     std::vector<DataArray> m_cellArrays; // a tuple for every cell, until Finish
     std::array<std::size_t, 4> m_cellCounts = {0, 0, 0, 0}; // in CellOrder
+    std::array<bool, 4> m_sawCells = {false, false, false, false};
 
     Attached m_attached = Attached::Nothing;
     std::size_t m_attachedCount = 0;

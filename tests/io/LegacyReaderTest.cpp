@@ -482,6 +482,12 @@ TEST(LegacyReaderTest, MalformedFilesAreRefusedWithWhereAndWhat)
          Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nPOINT_DATA 2\nTENSORS s float\n"
                "10 20 30 40 50 60 70 80 90\n10 20 30\n"),
          {"bad.vtk:13:", "after 12 of the 18 numbers of TENSORS"}},
+        {"second LINES section", Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nLINES 1 3\n2 1 0\n"),
+         {"bad.vtk:9:", "a second LINES section"}},
+        {"second POINT_DATA section",
+         Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nPOINT_DATA 3\nSCALARS a float\n"
+               "LOOKUP_TABLE default\n1 2 3\nPOINT_DATA 2\n"),
+         {"bad.vtk:13:", "a second POINT_DATA section"}},
         {"truncated strings", Ascii("FIELD f 1\nnames 1 3 string\nabc\n"),
          {"after 1 of the 3 strings of FIELD array 'names'"}},
         {"binary string longer than the file",
