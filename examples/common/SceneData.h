@@ -25,6 +25,7 @@ struct SceneData
     std::string title;      // the view's title
     std::string valueName;  // the legend's title
     std::string unit;       // the legend's unit line
+    std::string lengthUnit; // the ruler's unit; empty shows none
     std::string tipUnit;    // after the numbers of the tips
     double tubeRadius = 0.0; // model units; 0 picks one from the model's size
     bool sphere = false;     // the flow's sphere of radius 1 at the origin

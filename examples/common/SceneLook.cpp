@@ -28,9 +28,9 @@ void DressLegend(KesraEngine::CKesraScalarBar& legend, const SceneData& data)
     legend.SetValueFormat(3, 2);
 }
 
-void DressRuler(KesraEngine::CKesraRuler& ruler)
+void DressRuler(KesraEngine::CKesraRuler& ruler, const SceneData& data)
 {
-    ruler.SetUnit("[m]");
+    ruler.SetUnit(data.lengthUnit);
     ruler.SetRulerHeight(12);
     ruler.SetAutoBlock(true);
 }

@@ -1,8 +1,13 @@
 #include "SceneSource.h"
 
+#include "KesraIo/ArrayChoice.h"
 #include "KesraIo/Reader.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
+#include <vector>
 
 namespace KesraViewer
 {
@@ -13,15 +18,13 @@ namespace
 using KesraExamples::ScalarLine;
 using KesraExamples::Vec3;
 
-// The lines of a polydata file with the scalar (or, without one, the height
-// z) at every point; the reader has checked the points, indices and the
-// scalar's length. Consecutive repeated points are dropped: a tube segment
-// needs a direction. False with error set when no line is left to draw.
-bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, SceneData& data,
-                   std::string& error)
+// The lines of a polydata file with values[k] at connectivity entry k; the
+// reader has checked the points and indices. Consecutive repeated points are
+// dropped: a tube segment needs a direction. False with error set when no
+// line is left to draw.
+bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& values, const std::string& file,
+                   SceneData& data, std::string& error)
 {
-    const KesraIo::DataArray* scalars = poly.Find(poly.activeScalars, KesraIo::Association::Point);
-    const bool hasScalar = scalars != nullptr;
     for (std::size_t line = 0; line < poly.LineCount(); ++line)
     {
         ScalarLine scalarLine;
@@ -35,7 +38,7 @@ bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, Scene
                 continue;
             }
             scalarLine.points.push_back(p);
-            scalarLine.values.push_back(hasScalar ? scalars->Value(index, 0) : p.z);
+            scalarLine.values.push_back(values[k]);
         }
         if (scalarLine.points.size() >= 2)
         {
@@ -48,15 +51,60 @@ bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, Scene
         return false;
     }
     data.title = std::filesystem::path(file).filename().string();
-    data.valueName = hasScalar ? scalars->name : "z";
     return true;
+}
+
+// The chosen array's value at every connectivity entry, or without an array
+// the height z of its point.
+std::vector<double> EntryValues(const KesraIo::PolyData& poly, const KesraIo::ArrayChoice& choice)
+{
+    if (choice.array != nullptr)
+    {
+        return KesraIo::ConnectivityValues(poly, choice);
+    }
+    std::vector<double> heights;
+    heights.reserve(poly.connectivity.size());
+    for (const std::size_t index : poly.connectivity)
+    {
+        heights.push_back(poly.points[3 * index + 2]);
+    }
+    return heights;
+}
+
+std::string OpenSummary(const KesraIo::PolyData& poly, const SceneData& data, const std::string& file)
+{
+    double low = 0.0;
+    double high = 0.0;
+    bool found = false;
+    for (const KesraExamples::ScalarLine& line : data.lines)
+    {
+        for (const double v : line.values)
+        {
+            if (std::isfinite(v))
+            {
+                low = found ? std::min(low, v) : v;
+                high = found ? std::max(high, v) : v;
+                found = true;
+            }
+        }
+    }
+    char range[64] = "no finite value";
+    if (found)
+    {
+        std::snprintf(range, sizeof range, "[%.6g, %.6g]", low, high);
+    }
+    const std::size_t skipped = poly.LineCount() - std::min(poly.LineCount(), data.lines.size());
+    return file + ": " + std::to_string(data.lines.size()) + " lines (" + std::to_string(skipped) +
+           " skipped), " + std::to_string(poly.PointCount()) + " points, coloured by " + data.valueName + " " +
+           range;
 }
 
 } // namespace
 
-bool LoadScene(const std::string& file, SceneData& data, std::string& error)
+bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error)
 {
-    if (file.empty())
+    summary.clear();
+    if (request.file.empty())
     {
         data = KesraExamples::FlowSceneData();
         return true;
@@ -64,7 +112,40 @@ bool LoadScene(const std::string& file, SceneData& data, std::string& error)
     try
     {
         data = SceneData();
-        return FromPolyLines(KesraIo::ReadPolyData(file), file, data, error);
+        const KesraIo::PolyData poly = KesraIo::ReadPolyData(request.file);
+        KesraIo::ArrayChoice choice = KesraIo::DefaultArray(poly);
+        if (!request.scalars.empty() && !KesraIo::ChooseArray(poly, request.scalars, choice, error))
+        {
+            error = request.file + ": --scalars: " + error;
+            return false;
+        }
+        if (!FromPolyLines(poly, EntryValues(poly, choice), request.file, data, error))
+        {
+            return false;
+        }
+        data.valueName = choice.array != nullptr ? choice.Label() : "z";
+        summary = OpenSummary(poly, data, request.file);
+        return true;
+    }
+    catch (const KesraIo::ReadError& refusal)
+    {
+        error = refusal.what();
+        return false;
+    }
+}
+
+bool LoadScene(const std::string& file, SceneData& data, std::string& error)
+{
+    std::string summary;
+    return LoadScene(SceneRequest{file, ""}, data, summary, error);
+}
+
+bool DescribeFile(const std::string& file, std::string& text, std::string& error)
+{
+    try
+    {
+        text = KesraIo::Summary(KesraIo::ReadPolyData(file), file);
+        return true;
     }
     catch (const KesraIo::ReadError& refusal)
     {

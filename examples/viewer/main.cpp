@@ -13,19 +13,43 @@ int main(int argc, char** argv)
     std::string error;
     if (!ParseOptions(argc, argv, options, error))
     {
-        std::fprintf(stderr, "kesra-viewer: %s\n%s", error.c_str(), Usage());
+        std::fprintf(stderr, "kesra-viewer: %s\n%s", error.c_str(), Usage().c_str());
         return 2;
     }
     if (options.help)
     {
-        std::fputs(Usage(), stdout);
+        std::fputs(Usage().c_str(), stdout);
+        return 0;
+    }
+    if (options.info)
+    {
+        std::string text;
+        if (!DescribeFile(options.file, text, error))
+        {
+            std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
+            return 2;
+        }
+        std::fputs(text.c_str(), stdout);
         return 0;
     }
     SceneData data;
-    if (!LoadScene(options.file, data, error))
+    std::string summary;
+    if (!LoadScene(SceneRequest{options.file, options.scalars}, data, summary, error))
     {
         std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
         return 2;
+    }
+    if (!summary.empty())
+    {
+        std::printf("%s\n", summary.c_str());
+    }
+    if (options.radius > 0.0)
+    {
+        data.tubeRadius = options.radius;
+    }
+    if (options.hasUnit)
+    {
+        data.lengthUnit = options.unit;
     }
     return options.headless ? RunHeadless(options, std::move(data)) : RunWindow(options, std::move(data));
 }

@@ -74,7 +74,9 @@ class Window:
         deadline = time.monotonic() + 60
         while time.monotonic() < deadline:
             self.expect_running("before its window showed")
-            found = xdotool("search", "--onlyvisible", "--name", "^kesra-viewer$", check=False)
+            # The title names the file.
+            found = xdotool("search", "--onlyvisible", "--name", r"^lines\.vtk - kesra-viewer$",
+                            check=False)
             if found.strip():
                 return found.split()[0]
             time.sleep(0.2)
