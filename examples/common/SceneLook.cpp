@@ -30,7 +30,8 @@ void DressLegend(KesraEngine::CKesraScalarBar& legend, const SceneData& data)
 
 void DressRuler(KesraEngine::CKesraRuler& ruler, const SceneData& data)
 {
-    ruler.SetUnit(data.lengthUnit);
+    // The ruler keeps "[mm]" for an empty unit: a blank one shows none.
+    ruler.SetUnit(data.lengthUnit.empty() ? std::string(" ") : data.lengthUnit);
     ruler.SetRulerHeight(12);
     ruler.SetAutoBlock(true);
 }

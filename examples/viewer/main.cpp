@@ -13,7 +13,7 @@ int main(int argc, char** argv)
     std::string error;
     if (!ParseOptions(argc, argv, options, error))
     {
-        std::fprintf(stderr, "kesra-viewer: %s\n%s", error.c_str(), Usage().c_str());
+        std::fprintf(stderr, "kesra-viewer: %s\n(kesra-viewer --help lists the options)\n", error.c_str());
         return 2;
     }
     if (options.help)
