@@ -1,7 +1,8 @@
 // ViewerScene: the viewer's picture: tubes coloured through the legend, the
 // flow's sphere, tips at the largest and smallest values, legend, ruler, axis
-// triad, rubber band and a help overlay, drawn by the OpenGL backend into the
-// surface the host gives (a window, or the headless EGL context).
+// triad, rubber band, a help overlay and the mark of a probed value, drawn by
+// the OpenGL backend into the surface the host gives (a window, or the
+// headless EGL context). The lines show as tubes or, switched, as plain lines.
 //
 // The host's camera observer hands every rotation to the triad and every zoom
 // to the ruler; nothing else follows the camera, so a turn or a zoom costs no
