@@ -75,6 +75,10 @@ void CGlRenderer::ReleaseBuffers()
     {
         mesh->Release();
     }
+    for (CGlMesh* lines : m_plainLines)
+    {
+        lines->Release();
+    }
     if (m_axis != nullptr)
     {
         m_axis->ReleaseBuffers();
@@ -236,6 +240,17 @@ void CGlRenderer::DrawScene()
     }
     glDisable(GL_POLYGON_OFFSET_FILL);
     m_sceneProgramReady = false;
+    if (!m_plainLines.empty())
+    {
+        const CGlCamera* camera = GetGlCamera();
+        float normal[9];
+        camera->NormalMatrix(normal);
+        UseMeshProgram(camera->Projection(), camera->ModelView(), normal, false);
+        for (CGlMesh* lines : m_plainLines)
+        {
+            lines->Draw();
+        }
+    }
 }
 
 bool CGlRenderer::BeginOverlays()
@@ -374,6 +389,14 @@ void CGlRenderer::AddSurface(CGlMesh* mesh)
     if (mesh != nullptr)
     {
         m_surfaces.push_back(mesh);
+    }
+}
+
+void CGlRenderer::AddPlainLines(CGlMesh* lines)
+{
+    if (lines != nullptr)
+    {
+        m_plainLines.push_back(lines);
     }
 }
 

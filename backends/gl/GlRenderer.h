@@ -52,7 +52,8 @@ public:
     // The background colour, or the first colour at the top fading into the
     // second at the bottom while the gradient switch is on; clears the depth.
     void DrawBackground() override;
-    // Surfaces and tubes through the camera, lit by the applied light.
+    // Surfaces and tubes through the camera, lit by the applied light, then
+    // the plain lines unlit.
     void DrawScene() override;
     // The name in the title colour, bold and larger, in the top-left corner.
     void DrawTitle() override;
@@ -82,6 +83,9 @@ public:
     void AddStreamline(CGlStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(CGlMesh* mesh);
+    // Lines (GL_LINES or strips) drawn after the tubes in their vertices' own
+    // colours, unlit: a line has no surface to turn to the light.
+    void AddPlainLines(CGlMesh* lines);
     void SetAxis(CGlAxis* axis);
     void SetFont(const CGlFont* font) { m_font = font; }
     // The host's own overlay (KesraBackend::Overlay::HostOverlay).
@@ -139,6 +143,7 @@ private:
 
     std::vector<CGlStreamline*> m_streamlines;
     std::vector<CGlMesh*> m_surfaces;
+    std::vector<CGlMesh*> m_plainLines;
     // The triad again, for its buffers.
     CGlAxis* m_axis = nullptr;
     const CGlFont* m_font = nullptr;

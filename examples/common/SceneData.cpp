@@ -16,6 +16,7 @@ SceneData FlowSceneData()
     data.title = "Flow around a sphere";
     data.valueName = "Speed";
     data.unit = "[m/s]";
+    data.lengthUnit = "[m]";
     data.tipUnit = " m/s";
     data.tubeRadius = 0.035;
     data.sphere = true;

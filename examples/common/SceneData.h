@@ -26,6 +26,7 @@ struct SceneData
     std::string title;      // the view's title
     std::string valueName;  // the legend's title
     std::string unit;       // the legend's unit line
+    std::string lengthUnit; // the ruler's unit; empty shows none
     std::string tipUnit;    // after the numbers of the tips
     double tubeRadius = 0.0; // model units; 0 picks one from the model's size
     std::size_t skippedLines = 0; // source lines with nothing a tube can show

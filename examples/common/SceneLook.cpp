@@ -28,9 +28,10 @@ void DressLegend(KesraEngine::CKesraScalarBar& legend, const SceneData& data)
     legend.SetValueFormat(3, 2);
 }
 
-void DressRuler(KesraEngine::CKesraRuler& ruler)
+void DressRuler(KesraEngine::CKesraRuler& ruler, const SceneData& data)
 {
-    ruler.SetUnit("[m]");
+    // The ruler keeps "[mm]" for an empty unit: a blank one shows none.
+    ruler.SetUnit(data.lengthUnit.empty() ? std::string(" ") : data.lengthUnit);
     ruler.SetRulerHeight(12);
     ruler.SetAutoBlock(true);
 }

@@ -26,8 +26,8 @@ void PlaceLight(KesraEngine::CKesraLight& light);
 // The value's name and unit, three significant digits.
 void DressLegend(KesraEngine::CKesraScalarBar& legend, const SceneData& data);
 
-// Metres, 12 pixels high, blocks chosen by the ruler.
-void DressRuler(KesraEngine::CKesraRuler& ruler);
+// The data's length unit, 12 pixels high, blocks chosen by the ruler.
+void DressRuler(KesraEngine::CKesraRuler& ruler, const SceneData& data);
 
 // ZoomAll fits the model into the whole window; the legend takes the right
 // legendWidth pixels and the title the top band, so this scales the fitted

@@ -54,7 +54,7 @@ DemoScene::DemoScene(const SceneData& data, const SceneOptions& options)
     m_summary.maxSpeed = extremes.largest.value;
     m_legend.SetValueRange(m_summary.minSpeed, m_summary.maxSpeed, true, true);
 
-    KesraExamples::DressRuler(m_ruler);
+    KesraExamples::DressRuler(m_ruler, data);
     m_camera.RegisterEventHandler(&m_updater);
 
     BuildTubes(data);

@@ -52,6 +52,19 @@ bool WriteSnapshot(ViewerScene& scene, const std::string& path)
     return true;
 }
 
+void ApplyOptions(const Options& options, ViewerScene& scene, InputHandler& input)
+{
+    scene.SetView(options.view, false);
+    if (options.hasRange)
+    {
+        scene.SetValueRange(options.rangeMin, options.rangeMax);
+    }
+    input.SetProbeReport([](const std::string& line) {
+        std::printf("%s\n", line.c_str());
+        std::fflush(stdout);
+    });
+}
+
 bool LoadEvents(const Options& options, std::vector<Event>& events)
 {
     try
@@ -97,8 +110,8 @@ int RunHeadless(const Options& options, SceneData data)
         std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
         return 1;
     }
-    scene.SetView(options.view, false);
     InputHandler input(scene);
+    ApplyOptions(options, scene, input);
     int snapshots = 0;
     bool written = true;
     input.SetSnapshotAction([&]() {

@@ -29,6 +29,10 @@ bool LoadEvents(const Options& options, std::vector<Event>& events);
 bool RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
                InputHandler& input);
 
+// What the command line sets on a new scene: the view, the legend's range;
+// and what the input prints (the value under the cursor).
+void ApplyOptions(const Options& options, ViewerScene& scene, InputHandler& input);
+
 // Writes the current frame of scene as a PNG; false with the message printed.
 bool WriteSnapshot(ViewerScene& scene, const std::string& path);
 

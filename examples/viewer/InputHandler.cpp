@@ -1,5 +1,7 @@
 #include "InputHandler.h"
 
+#include <cstdio>
+
 namespace KesraViewer
 {
 
@@ -35,6 +37,8 @@ void InputHandler::Press(Button button, int x, int y, Modifiers modifiers)
 
 void InputHandler::Move(int x, int y)
 {
+    m_cursorX = x;
+    m_cursorY = y;
     KesraGl::CGlCamera& camera = m_scene.Camera();
     if (m_drag == Drag::Band)
     {
@@ -88,6 +92,9 @@ KeyAction InputHandler::Key(char key)
     case 'b': m_scene.ToggleBanded(); break;
     case 'v': m_scene.ToggleInverse(); break;
     case 'h': m_scene.ToggleHelp(); break;
+    case 'r': m_scene.ResetValueRange(); break;
+    case 'l': m_scene.ToggleLines(); break;
+    case 'c': Probe(); break;
     case 's':
         if (m_snapshot)
         {
@@ -106,6 +113,27 @@ KeyAction InputHandler::Key(char key)
     default: break;
     }
     return KeyAction::None;
+}
+
+void InputHandler::Probe()
+{
+    ViewerScene::Probe probe;
+    const bool found = m_cursorX >= 0 && m_scene.ProbeAt(m_cursorX, Up(m_cursorY), probe);
+    if (!m_report)
+    {
+        return;
+    }
+    if (!found)
+    {
+        m_report("no node within " + std::to_string(static_cast<int>(ViewerScene::kProbePixels)) +
+                 " pixels of the cursor");
+        return;
+    }
+    const Vec3& point = m_scene.Data().lines[probe.line].points[probe.node];
+    char text[160];
+    std::snprintf(text, sizeof text, "%.6g at (%.6g, %.6g, %.6g), line %zu node %zu", probe.value, point.x,
+                  point.y, point.z, probe.line, probe.node);
+    m_report(m_scene.Data().valueName + " " + text);
 }
 
 } // namespace KesraViewer

@@ -7,13 +7,16 @@
 // ctrl-left drag spans the rubber band that the view then zooms to, the wheel
 // zooms at the cursor. Keys: 1-7 the standard views (front, back, left,
 // right, top, bottom, iso) through a smooth rotation, i six-sides inspection,
-// f zoom all, p next palette, b banded, v inverse, s snapshot, h help, q or
-// Esc quit (Esc first abandons a rubber band under way).
+// f zoom all, p next palette, b banded, v inverse, r the legend back over the
+// data's range, l tubes or plain lines, c the value of the node under the
+// cursor (where the last move left it), s snapshot, h help, q or Esc quit
+// (Esc first abandons a rubber band under way). Controls.h lists them.
 #pragma once
 
 #include "ViewerScene.h"
 
 #include <functional>
+#include <string>
 
 namespace KesraViewer
 {
@@ -46,8 +49,12 @@ public:
 
     // What the s key does (the host writes a snapshot).
     void SetSnapshotAction(std::function<void()> action) { m_snapshot = std::move(action); }
+    // Where the c key's answer goes (the host prints it): a line naming the
+    // value, its line and node, or saying that no node is near.
+    void SetProbeReport(std::function<void(const std::string&)> report) { m_report = std::move(report); }
 
     void Press(Button button, int x, int y, Modifiers modifiers);
+    // With a button held or without: the cursor is where the c key looks.
     void Move(int x, int y);
     void Release(Button button, int x, int y);
     void Wheel(int x, int y, int steps);
@@ -65,9 +72,14 @@ private:
     // y up, as the camera counts.
     int Up(int y) const { return m_scene.Renderer().GetHeight() - 1 - y; }
 
+    void Probe();
+
     ViewerScene& m_scene;
     std::function<void()> m_snapshot;
+    std::function<void(const std::string&)> m_report;
     Drag m_drag = Drag::None;
+    int m_cursorX = -1; // none yet
+    int m_cursorY = -1;
 };
 
 } // namespace KesraViewer

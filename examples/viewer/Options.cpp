@@ -1,6 +1,9 @@
 #include "Options.h"
 
+#include "Controls.h"
+
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -60,14 +63,70 @@ std::string ViewNames()
     return names;
 }
 
+// A finite number, the whole text of it.
+bool RealNumber(const std::string& text, double& value)
+{
+    char* end = nullptr;
+    errno = 0;
+    const double number = std::strtod(text.c_str(), &end);
+    if (text.empty() || end != text.c_str() + text.size() || errno == ERANGE || !std::isfinite(number))
+    {
+        return false;
+    }
+    value = number;
+    return true;
+}
+
+bool ParseRange(const std::string& low, const std::string& high, Options& options)
+{
+    double minimum = 0.0;
+    double maximum = 0.0;
+    if (!RealNumber(low, minimum) || !RealNumber(high, maximum) || !(minimum < maximum))
+    {
+        return false;
+    }
+    options.hasRange = true;
+    options.rangeMin = minimum;
+    options.rangeMax = maximum;
+    return true;
+}
+
 } // namespace
 
-const char* Usage()
+std::string Usage()
 {
-    return "usage: kesra-viewer [--size WxH] [--view V] [--events FILE] [--bench-frames N] [FILE.vtk]\n"
-           "       kesra-viewer --headless --snapshot FILE.png [--size WxH] [--view V]\n"
-           "                    [--events FILE] [--bench-frames N] [FILE.vtk]\n"
-           "Without a file the viewer shows the flow past a sphere.\n";
+    std::string usage =
+        "usage: kesra-viewer [OPTIONS] [FILE]\n"
+        "       kesra-viewer --headless --snapshot FILE.png [OPTIONS] [FILE]\n"
+        "       kesra-viewer --info FILE\n"
+        "Shows the polylines of FILE as tubes coloured by one of its arrays: legacy\n"
+        ".vtk polydata (ASCII or binary, versions 2.0 to 5.1), XML polydata .vtp, its\n"
+        "parallel summary .pvtp and multi-block .vtm. Without a file the viewer shows\n"
+        "the flow past a sphere.\n"
+        "  --info              print the file's points, lines, bounds and arrays\n"
+        "                      (components, finite ranges), then exit\n"
+        "  --scalars NAME      the array that colours: NAME (a vector by its\n"
+        "                      magnitude), NAME:mag, NAME:x|y|z or NAME:N (component N\n"
+        "                      from 0); default the file's active scalars, else its\n"
+        "                      first point array, else the height z\n"
+        "  --range MIN MAX     the legend's range (default the data's; r returns to it)\n"
+        "  --radius R          the tube radius in model units (default from the size)\n"
+        "  --unit TEXT         the ruler's unit (default none for a file)\n"
+        "  --size WxH          the window, sides from " + std::to_string(kMinSide) + " to " +
+        std::to_string(kMaxSide) + " (default 1200x800)\n"
+        "  --view V            one of " + ViewNames() + " (default iso)\n"
+        "  --events FILE       replay mouse and key events first\n"
+        "  --bench-frames N    time N frames and print the median and the worst\n"
+        "  --headless          draw without a window (needs --snapshot or --bench-frames)\n"
+        "  --snapshot FILE.png the picture after the events (headless)\n"
+        "  --help              this text\n"
+        "Controls:\n";
+    for (const char* control : kControls)
+    {
+        usage += std::string("  ") + control + "\n";
+    }
+    usage += "Exit codes: 0 done, 1 no graphics or an output not written, 2 bad input.\n";
+    return usage;
 }
 
 bool ParseOptions(int argc, const char* const* argv, Options& options, std::string& error)
@@ -80,13 +139,24 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, std::stri
             options.help = true;
             continue;
         }
-        if (option == "--headless")
+        if (option == "--headless" || option == "--info")
         {
-            options.headless = true;
+            (option == "--info" ? options.info : options.headless) = true;
+            continue;
+        }
+        if (option == "--range")
+        {
+            if (i + 2 >= argc || !ParseRange(argv[i + 1], argv[i + 2], options))
+            {
+                error = "--range takes two finite numbers MIN MAX with MIN < MAX";
+                return false;
+            }
+            i += 2;
             continue;
         }
         const bool takesValue = option == "--snapshot" || option == "--size" || option == "--view"
-                                || option == "--events" || option == "--bench-frames";
+                                || option == "--events" || option == "--bench-frames"
+                                || option == "--scalars" || option == "--radius" || option == "--unit";
         if (!takesValue)
         {
             if (option.size() > 1 && option[0] == '-')
@@ -116,6 +186,20 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, std::stri
         {
             options.events = value;
         }
+        else if (option == "--scalars")
+        {
+            options.scalars = value;
+        }
+        else if (option == "--unit")
+        {
+            options.hasUnit = true;
+            options.unit = value;
+        }
+        else if (option == "--radius" && !(RealNumber(value, options.radius) && options.radius > 0.0))
+        {
+            error = "--radius takes a finite number greater than 0, not " + value;
+            return false;
+        }
         else if (option == "--size" && !ParseSize(value, options))
         {
             error = "--size takes WxH with sides from " + std::to_string(kMinSide) + " to "
@@ -134,6 +218,20 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, std::stri
                     + ", not " + value;
             return false;
         }
+    }
+    if (options.info)
+    {
+        if (options.file.empty())
+        {
+            error = "--info needs a FILE";
+            return false;
+        }
+        return true;
+    }
+    if (!options.scalars.empty() && options.file.empty())
+    {
+        error = "--scalars names an array of a FILE; the flow past a sphere has its speed only";
+        return false;
     }
     if (options.headless && options.snapshot.empty() && options.benchFrames == 0)
     {

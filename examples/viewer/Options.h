@@ -18,12 +18,21 @@ struct Options
     KesraExamples::View view = KesraExamples::View::Iso;
     std::string events;     // event file to replay first
     int benchFrames = 0;    // frames to time
-    std::string file;       // VTK polydata; empty for the flow past a sphere
+    std::string file;       // the user's polylines; empty for the flow past a sphere
+    bool info = false;      // print the file's summary instead of showing it
+    std::string scalars;    // the array that colours: NAME[:mag|:x|:y|:z|:N];
+                            // empty for the file's own choice
+    bool hasRange = false;  // the legend over [rangeMin, rangeMax], not the data's
+    double rangeMin = 0.0;
+    double rangeMax = 0.0;
+    double radius = 0.0;    // tube radius in model units; 0 picks one
+    bool hasUnit = false;   // the ruler's unit; a file's has none unless given
+    std::string unit;
 };
 
 // False with error set for anything that is not a valid command line.
 bool ParseOptions(int argc, const char* const* argv, Options& options, std::string& error);
 
-const char* Usage();
+std::string Usage();
 
 } // namespace KesraViewer

@@ -1,8 +1,12 @@
 #include "SceneSource.h"
 
+#include "KesraIo/ArrayChoice.h"
 #include "KesraIo/LinePreparation.h"
 #include "KesraIo/Reader.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <utility>
 #include <vector>
@@ -28,18 +32,15 @@ ScalarLine FromPiece(KesraIo::PreparedLine&& piece)
     return scalarLine;
 }
 
-// The lines of a polydata file with the scalar (or, without one, the height
-// z) at every point; the reader has checked the points, indices and the
-// scalar's length. Each line is readied for tubes of the radius suggested
-// for the file: split where it turns back, its jitter merged; a line with
-// nothing left to draw is counted as skipped. False with error set when no
-// line is left to draw.
-bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, SceneData& data,
-                   std::string& error)
+// The lines of a polydata file with entryValues[k] at connectivity entry k;
+// the reader has checked the points and indices. Each line is readied for
+// tubes of the given radius: split where it turns back, its jitter merged; a
+// line with nothing left to draw is counted as skipped. False with error set
+// when no line is left to draw.
+bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
+                   const std::string& file, SceneData& data, std::string& error)
 {
-    const KesraIo::DataArray* scalars = poly.Find(poly.activeScalars, KesraIo::Association::Point);
-    const bool hasScalar = scalars != nullptr;
-    data.tubeRadius = KesraIo::SuggestedTubeRadius(poly);
+    data.tubeRadius = radius > 0.0 ? radius : KesraIo::SuggestedTubeRadius(poly);
     KesraIo::PreparedLines prepared;
     std::vector<double> points;
     std::vector<double> values;
@@ -52,7 +53,7 @@ bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, Scene
             const std::size_t index = poly.connectivity[k];
             const Vec3 p(poly.points[3 * index], poly.points[3 * index + 1], poly.points[3 * index + 2]);
             points.insert(points.end(), {p.x, p.y, p.z});
-            values.push_back(hasScalar ? scalars->Value(index, 0) : p.z);
+            values.push_back(entryValues[k]);
         }
         KesraIo::AddPreparedLine(prepared, points, values, data.tubeRadius);
         // Handed on at once: a large file is held twice for one line only.
@@ -69,15 +70,63 @@ bool FromPolyLines(const KesraIo::PolyData& poly, const std::string& file, Scene
         return false;
     }
     data.title = std::filesystem::path(file).filename().string();
-    data.valueName = hasScalar ? scalars->name : "z";
     return true;
+}
+
+// The chosen array's value at every connectivity entry, or without an array
+// the height z of its point.
+std::vector<double> EntryValues(const KesraIo::PolyData& poly, const KesraIo::ArrayChoice& choice)
+{
+    if (choice.array != nullptr)
+    {
+        return KesraIo::ConnectivityValues(poly, choice);
+    }
+    std::vector<double> heights;
+    heights.reserve(poly.connectivity.size());
+    for (const std::size_t index : poly.connectivity)
+    {
+        heights.push_back(poly.points[3 * index + 2]);
+    }
+    return heights;
+}
+
+std::string OpenSummary(const KesraIo::PolyData& poly, const SceneData& data, const std::string& file)
+{
+    double low = 0.0;
+    double high = 0.0;
+    bool found = false;
+    for (const KesraExamples::ScalarLine& line : data.lines)
+    {
+        for (const double v : line.values)
+        {
+            if (std::isfinite(v))
+            {
+                low = found ? std::min(low, v) : v;
+                high = found ? std::max(high, v) : v;
+                found = true;
+            }
+        }
+    }
+    char range[64] = "no finite value";
+    if (found)
+    {
+        std::snprintf(range, sizeof range, "[%.6g, %.6g]", low, high);
+    }
+    // Lines that turn back are drawn as several tubes; say so only then.
+    const std::size_t drawn = poly.LineCount() - data.skippedLines;
+    const std::string pieces =
+        data.lines.size() != drawn ? ", drawn as " + std::to_string(data.lines.size()) + " tubes" : "";
+    return file + ": " + std::to_string(drawn) + " lines (" + std::to_string(data.skippedLines) + " skipped" +
+           pieces + "), " + std::to_string(poly.PointCount()) + " points, coloured by " + data.valueName + " " +
+           range;
 }
 
 } // namespace
 
-bool LoadScene(const std::string& file, SceneData& data, std::string& error)
+bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error)
 {
-    if (file.empty())
+    summary.clear();
+    if (request.file.empty())
     {
         data = KesraExamples::FlowSceneData();
         return true;
@@ -85,7 +134,40 @@ bool LoadScene(const std::string& file, SceneData& data, std::string& error)
     try
     {
         data = SceneData();
-        return FromPolyLines(KesraIo::ReadPolyData(file), file, data, error);
+        const KesraIo::PolyData poly = KesraIo::ReadPolyData(request.file);
+        KesraIo::ArrayChoice choice = KesraIo::DefaultArray(poly);
+        if (!request.scalars.empty() && !KesraIo::ChooseArray(poly, request.scalars, choice, error))
+        {
+            error = request.file + ": --scalars: " + error;
+            return false;
+        }
+        if (!FromPolyLines(poly, EntryValues(poly, choice), request.radius, request.file, data, error))
+        {
+            return false;
+        }
+        data.valueName = choice.array != nullptr ? choice.Label() : "z";
+        summary = OpenSummary(poly, data, request.file);
+        return true;
+    }
+    catch (const KesraIo::ReadError& refusal)
+    {
+        error = refusal.what();
+        return false;
+    }
+}
+
+bool LoadScene(const std::string& file, SceneData& data, std::string& error)
+{
+    std::string summary;
+    return LoadScene(SceneRequest{file, ""}, data, summary, error);
+}
+
+bool DescribeFile(const std::string& file, std::string& text, std::string& error)
+{
+    try
+    {
+        text = KesraIo::Summary(KesraIo::ReadPolyData(file), file);
+        return true;
     }
     catch (const KesraIo::ReadError& refusal)
     {

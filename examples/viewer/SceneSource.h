@@ -1,5 +1,6 @@
 // Where the viewer's scene comes from: the flow past a sphere without a
-// file, the user's VTK polydata with one.
+// file, the user's polylines with one, coloured by the array the user names
+// or by the file's own choice.
 #pragma once
 
 #include "SceneData.h"
@@ -11,8 +12,26 @@ namespace KesraViewer
 
 using KesraExamples::SceneData;
 
-// False with error set (naming the file and what is wrong) when the file
-// cannot be shown.
+// What the command line asks of the scene.
+struct SceneRequest
+{
+    std::string file;    // empty: the flow past a sphere
+    std::string scalars; // empty: the file's active scalars, else its first
+                         // point array, else the height z
+    double radius = 0.0; // tube radius the lines are prepared for; 0: the
+                         // one suggested for the file
+};
+
+// False with error set (naming the file and what is wrong, or the request
+// and the file's arrays) when the file cannot be shown. summary is set to one
+// line for the terminal: lines drawn and skipped, points, the colouring value
+// and its range; empty for the flow.
+bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error);
+// The file with its own choice of array.
 bool LoadScene(const std::string& file, SceneData& data, std::string& error);
+
+// The file's summary for --info: points, lines, bounds, every array with its
+// finite ranges, what was read past. False with error set for a bad file.
+bool DescribeFile(const std::string& file, std::string& text, std::string& error);
 
 } // namespace KesraViewer

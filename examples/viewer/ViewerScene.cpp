@@ -1,5 +1,6 @@
 #include "ViewerScene.h"
 
+#include "Controls.h"
 #include "SceneLook.h"
 #include "Sphere.h"
 
@@ -7,6 +8,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -20,21 +22,6 @@ namespace
 using KesraExamples::kTitleBand;
 
 constexpr int kSmoothFrames = 24; // frames of a smooth turn to a standard view
-
-const char* const kHelp[] = {
-    "left drag          rotate",
-    "middle/shift drag  pan",
-    "right drag         zoom",
-    "wheel              zoom at the cursor",
-    "ctrl drag          zoom to the rectangle",
-    "1-6 / 7            front back left right top bottom / iso",
-    "i                  six-sides inspection on/off",
-    "f                  zoom all",
-    "p                  next palette",
-    "b / v              banded / inverse on/off",
-    "s                  PNG snapshot",
-    "h                  this help",
-    "q / Esc            quit"};
 
 } // namespace
 
@@ -54,7 +41,7 @@ ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width
     KesraExamples::PlaceLight(m_light);
     KesraExamples::DressLegend(m_legend, m_data);
     m_legend.SetAutoTextColor(1);
-    KesraExamples::DressRuler(m_ruler);
+    KesraExamples::DressRuler(m_ruler, m_data);
     m_area.SetColor({30, 60, 160, 200});
     m_area.SetLineWidth(1.5f);
     m_area.SetEanble(true);
@@ -72,7 +59,11 @@ ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width
     m_renderer.SetAxis(&m_axis);
     m_renderer.SetDraggedArea(&m_area);
     m_renderer.SetTipManager(m_tips);
-    m_renderer.SetExtraOverlay([this](KesraGl::CGlRenderer& renderer) { DrawHelp(renderer); });
+    m_renderer.AddPlainLines(&m_lines);
+    m_renderer.SetExtraOverlay([this](KesraGl::CGlRenderer& renderer) {
+        DrawProbe(renderer);
+        DrawHelp(renderer);
+    });
     Layout(width, height);
     m_camera.SetRotateMatrixToISOView(false);
     ZoomAll();
@@ -95,8 +86,9 @@ void ViewerScene::BuildTubes()
     // the legend gives it but does not stretch the range.
     m_extremes = KesraExamples::FindExtremes(m_data.lines);
     const bool found = m_extremes.found;
-    m_legend.SetValueRange(found ? m_extremes.smallest.value : 0.0,
-                           found ? m_extremes.largest.value : 1.0, true, true);
+    m_dataMinimum = found ? m_extremes.smallest.value : 0.0;
+    m_dataMaximum = found ? m_extremes.largest.value : 1.0;
+    m_legend.SetValueRange(m_dataMinimum, m_dataMaximum, true, true);
     float low[3] = {0.0f, 0.0f, 0.0f};
     float high[3] = {1.0f, 1.0f, 1.0f};
     if (found)
@@ -163,7 +155,102 @@ void ViewerScene::Recolour()
             m_tubes[t]->SetStreamlineNodeColor(static_cast<int>(i), rgb[0], rgb[1], rgb[2], 255);
         }
     }
+    if (m_showLines)
+    {
+        FillLines();
+    }
     m_renderer.Invalidate();
+}
+
+void ViewerScene::FillLines()
+{
+    std::vector<KesraGl::GlVertex>& vertices = m_lines.Vertices();
+    std::vector<std::uint32_t>& indices = m_lines.Indices();
+    vertices.clear();
+    indices.clear();
+    for (const KesraGl::CGlStreamline* tube : m_tubes)
+    {
+        for (int i = 0; i < tube->GetNodes(); ++i)
+        {
+            double xyz[3] = {0.0, 0.0, 0.0};
+            unsigned char rgb[3] = {0, 0, 0};
+            tube->GetNodeCoord(i, xyz);
+            tube->GetNodeColor(i, rgb);
+            indices.push_back(static_cast<std::uint32_t>(vertices.size()));
+            vertices.push_back({{static_cast<float>(xyz[0]), static_cast<float>(xyz[1]), static_cast<float>(xyz[2])},
+                                {0.0f, 0.0f, 0.0f},
+                                {rgb[0], rgb[1], rgb[2], 255}});
+        }
+        indices.push_back(KesraGl::CGlMesh::kRestart);
+    }
+    m_lines.MarkChanged();
+}
+
+void ViewerScene::ToggleLines()
+{
+    m_showLines = !m_showLines;
+    for (KesraGl::CGlStreamline* tube : m_tubes)
+    {
+        tube->SetDrawStreamline(!m_showLines);
+    }
+    if (m_showLines)
+    {
+        FillLines();
+    }
+    else
+    {
+        // Nothing left to draw, and no memory held for it.
+        m_lines.Vertices() = std::vector<KesraGl::GlVertex>();
+        m_lines.Indices() = std::vector<std::uint32_t>();
+        m_lines.MarkChanged();
+    }
+    m_renderer.Invalidate();
+}
+
+void ViewerScene::SetValueRange(double minimum, double maximum)
+{
+    if (!std::isfinite(minimum) || !std::isfinite(maximum) || !(minimum < maximum))
+    {
+        return;
+    }
+    m_legend.SetValueRange(minimum, maximum, true, true);
+    Recolour();
+}
+
+void ViewerScene::ResetValueRange()
+{
+    m_legend.SetValueRange(m_dataMinimum, m_dataMaximum, true, true);
+    Recolour();
+}
+
+bool ViewerScene::ProbeAt(int x, int y, Probe& probe)
+{
+    double nearest = kProbePixels * kProbePixels;
+    m_probed = false;
+    for (std::size_t t = 0; t < m_tubeLines.size(); ++t)
+    {
+        const ScalarLine& line = *m_tubeLines[t];
+        for (std::size_t i = 0; i < line.points.size(); ++i)
+        {
+            Vec3 view;
+            m_camera.ProjectPointWorldToView(line.points[i], view);
+            const double dx = view.x - x;
+            const double dy = view.y - y;
+            const double distance = dx * dx + dy * dy;
+            if (distance <= nearest)
+            {
+                nearest = distance;
+                m_probed = true;
+                m_probe = Probe{static_cast<std::size_t>(m_tubeLines[t] - m_data.lines.data()), i, line.values[i]};
+            }
+        }
+    }
+    m_renderer.Invalidate();
+    if (m_probed)
+    {
+        probe = m_probe;
+    }
+    return m_probed;
 }
 
 void ViewerScene::BuildTips()
@@ -324,6 +411,31 @@ int ViewerScene::VertexCount() const
     return vertices;
 }
 
+void ViewerScene::DrawProbe(KesraGl::CGlRenderer& renderer)
+{
+    if (!m_probed)
+    {
+        return;
+    }
+    // The mark follows its node through every turn and zoom.
+    Vec3 view;
+    m_camera.ProjectPointWorldToView(m_data.lines[m_probe.line].points[m_probe.node], view);
+    KesraGl::CGlCanvas& canvas = renderer.Canvas();
+    const float x = static_cast<float>(view.x);
+    const float y = static_cast<float>(view.y);
+    const KesraGl::Color ink = {20, 24, 32, 255};
+    canvas.Frame(x - 4.0f, y - 4.0f, x + 4.0f, y + 4.0f, 1.5f, ink);
+    char number[32];
+    std::snprintf(number, sizeof number, "%.6g", m_probe.value);
+    const std::string text = m_data.valueName + " " + number;
+    const KesraGl::TextStyle style = renderer.Style(0);
+    const float width = canvas.TextWidth(text, style);
+    const float height = static_cast<float>(canvas.Ascender(style));
+    canvas.Rect(x + 8.0f, y + 6.0f, x + 16.0f + width, y + 12.0f + height, {255, 255, 240, 230});
+    canvas.Frame(x + 8.0f, y + 6.0f, x + 16.0f + width, y + 12.0f + height, 1.0f, ink);
+    canvas.Text(x + 12.0f, y + 9.0f, text, style, ink);
+}
+
 void ViewerScene::DrawHelp(KesraGl::CGlRenderer& renderer) const
 {
     if (!m_help)
@@ -334,20 +446,20 @@ void ViewerScene::DrawHelp(KesraGl::CGlRenderer& renderer) const
     // The keys line up in a fixed-width face, small enough for the window.
     KesraGl::CGlFont monoFont;
     monoFont.SetFace("DejaVu Sans Mono");
-    const int size = std::clamp((renderer.GetHeight() - kTitleBand) / (2 * static_cast<int>(std::size(kHelp))), 7, 13);
+    const int size = std::clamp((renderer.GetHeight() - kTitleBand) / (2 * static_cast<int>(kControls.size())), 7, 13);
     const KesraGl::TextStyle style{monoFont.FontFile(), size};
     const float line = static_cast<float>(canvas.Ascender(style)) + 0.5f * static_cast<float>(size);
     float width = 0.0f;
-    for (const char* text : kHelp)
+    for (const char* text : kControls)
     {
         width = std::max(width, canvas.TextWidth(text, style) + 24.0f);
     }
-    const float height = line * static_cast<float>(std::size(kHelp)) + 20.0f;
+    const float height = line * static_cast<float>(kControls.size()) + 20.0f;
     const float left = 10.0f;
     const float top = static_cast<float>(renderer.GetHeight() - kTitleBand);
     canvas.Rect(left, top - height, left + width, top, {20, 24, 32, 210});
     float y = top - 10.0f - static_cast<float>(canvas.Ascender(style));
-    for (const char* text : kHelp)
+    for (const char* text : kControls)
     {
         canvas.Text(left + 12.0f, y, text, style, {235, 235, 235, 255});
         y -= line;

@@ -1,7 +1,8 @@
 // ViewerScene: the viewer's picture: tubes coloured through the legend, the
 // flow's sphere, tips at the largest and smallest values, legend, ruler, axis
-// triad, rubber band and a help overlay, drawn by the OpenGL backend into the
-// surface the host gives (a window, or the headless EGL context).
+// triad, rubber band, a help overlay and the mark of a probed value, drawn by
+// the OpenGL backend into the surface the host gives (a window, or the
+// headless EGL context). The lines show as tubes or, switched, as plain lines.
 //
 // The host's camera observer hands every rotation to the triad and every zoom
 // to the ruler; nothing else follows the camera, so a turn or a zoom costs no
@@ -63,6 +64,27 @@ public:
     void ToggleInverse();
     void ToggleSixSides();
     void ToggleHelp() { m_help = !m_help; m_renderer.Invalidate(); }
+    // The legend over [minimum, maximum], the tubes recoloured through it;
+    // refused unless both are finite and minimum < maximum.
+    void SetValueRange(double minimum, double maximum);
+    // The legend back over the data's finite range.
+    void ResetValueRange();
+    // Tubes, or the lines themselves one pixel wide, in the same colours.
+    void ToggleLines();
+    bool ShowsLines() const { return m_showLines; }
+
+    // A node of a drawn line and its value.
+    struct Probe
+    {
+        std::size_t line = 0; // in Data().lines
+        std::size_t node = 0;
+        double value = 0.0;
+    };
+    // The node drawn nearest to window pixel (x, y up), within kProbePixels;
+    // it is marked with its value until the next probe. False, and the mark
+    // gone, when no node is that near.
+    static constexpr double kProbePixels = 12.0;
+    bool ProbeAt(int x, int y, Probe& probe);
 
     // One frame drawn and presented.
     void Render() { m_renderer.Render(); }
@@ -89,6 +111,8 @@ private:
     void Recolour();
     void Layout(int width, int height);
     void DrawHelp(KesraGl::CGlRenderer& renderer) const;
+    void DrawProbe(KesraGl::CGlRenderer& renderer);
+    void FillLines();
     int LegendWidth() const;
 
     SceneData m_data;
@@ -112,6 +136,14 @@ private:
     float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
     KesraExamples::Palette m_palette = KesraExamples::Palette::RedBlue;
     bool m_help = false;
+    // The data's finite range, to which the legend returns.
+    double m_dataMinimum = 0.0;
+    double m_dataMaximum = 1.0;
+    // The plain lines, filled only while they are shown.
+    KesraGl::CGlMesh m_lines{GL_LINE_STRIP};
+    bool m_showLines = false;
+    bool m_probed = false;
+    Probe m_probe;
 };
 
 } // namespace KesraViewer

@@ -6,6 +6,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <utility>
 
 namespace KesraViewer
 {
@@ -18,6 +20,7 @@ namespace
 class GlutSurface : public KesraGl::CGlSurface
 {
 public:
+    explicit GlutSurface(std::string title) : m_title(std::move(title)) {}
     ~GlutSurface() override { Destroy(); }
 
     bool Create(int width, int height) override
@@ -26,7 +29,7 @@ public:
         glutInitContextVersion(3, 3);
         glutInitContextProfile(GLUT_CORE_PROFILE);
         glutInitWindowSize(width, height);
-        m_window = glutCreateWindow("kesra-viewer");
+        m_window = glutCreateWindow(m_title.c_str());
         if (m_window <= 0)
         {
             m_error = "display: no window with an OpenGL 3.3 core context";
@@ -67,6 +70,7 @@ public:
     void Forget() { m_window = 0; }
 
 private:
+    std::string m_title;
     int m_window = 0;
     std::string m_error;
 };
@@ -149,15 +153,16 @@ void OnKey(unsigned char key, int, int)
 // everything it made is gone when it returns.
 int ShowWindow(const Options& options, const std::vector<Event>& events, SceneData data)
 {
-    GlutSurface surface;
+    // The file's name first, where a task bar cuts a long title short.
+    GlutSurface surface(options.file.empty() ? "kesra-viewer" : data.title + " - kesra-viewer");
     ViewerScene scene(surface, std::move(data), options.width, options.height);
     if (!scene.CreateContext())
     {
         std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
         return 1;
     }
-    scene.SetView(options.view, false);
     InputHandler input(scene);
+    ApplyOptions(options, scene, input);
     input.SetSnapshotAction([&scene]() {
         const std::string path = "kesra-viewer-" + std::to_string(++g_host.snapshots) + ".png";
         if (WriteSnapshot(scene, path))
@@ -175,6 +180,7 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
     glutReshapeFunc(OnReshape);
     glutMouseFunc(OnMouse);
     glutMotionFunc(OnMotion);
+    glutPassiveMotionFunc(OnMotion);
     glutKeyboardFunc(OnKey);
     glutCloseFunc(OnClose);
     glutMainLoop();

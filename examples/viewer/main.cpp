@@ -13,24 +13,39 @@ int main(int argc, char** argv)
     std::string error;
     if (!ParseOptions(argc, argv, options, error))
     {
-        std::fprintf(stderr, "kesra-viewer: %s\n%s", error.c_str(), Usage());
+        std::fprintf(stderr, "kesra-viewer: %s\n(kesra-viewer --help lists the options)\n", error.c_str());
         return 2;
     }
     if (options.help)
     {
-        std::fputs(Usage(), stdout);
+        std::fputs(Usage().c_str(), stdout);
+        return 0;
+    }
+    if (options.info)
+    {
+        std::string text;
+        if (!DescribeFile(options.file, text, error))
+        {
+            std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
+            return 2;
+        }
+        std::fputs(text.c_str(), stdout);
         return 0;
     }
     SceneData data;
-    if (!LoadScene(options.file, data, error))
+    std::string summary;
+    if (!LoadScene(SceneRequest{options.file, options.scalars, options.radius}, data, summary, error))
     {
         std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
         return 2;
     }
-    if (data.skippedLines > 0)
+    if (!summary.empty())
     {
-        std::fprintf(stderr, "kesra-viewer: %zu lines skipped: too short for the tubes to show\n",
-                     data.skippedLines);
+        std::printf("%s\n", summary.c_str());
+    }
+    if (options.hasUnit)
+    {
+        data.lengthUnit = options.unit;
     }
     return options.headless ? RunHeadless(options, std::move(data)) : RunWindow(options, std::move(data));
 }

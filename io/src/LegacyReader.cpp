@@ -12,6 +12,7 @@
 #include <iterator>
 #include <limits>
 #include <sstream>
+#include <type_traits>
 
 namespace KesraIo
 {
@@ -62,6 +63,7 @@ constexpr std::array<ValueType, 22> kValueTypes = {{
 }};
 constexpr ValueType kDouble = {"double", 8, Kind::Float};
 constexpr ValueType kInt = {"int", 4, Kind::Signed};
+constexpr ValueType kFloat = {"float", 4, Kind::Float};
 constexpr ValueType kUnsignedChar = {"unsigned_char", 1, Kind::Unsigned};
 
 std::string Lower(std::string_view text)
@@ -311,53 +313,105 @@ private:
 
     // ---- Arrays ------------------------------------------------------------------
 
-    // count values of type, ASCII or binary as the file is, as doubles.
-    std::vector<double> Numbers(const ValueType& type, std::size_t count, const std::string& what)
+    // Refuses a count that the rest of the file cannot hold, before anything
+    // is allocated for it.
+    void CheckRoom(const ValueType& type, std::size_t count, const std::string& what) const
     {
-        return m_binary ? BinaryNumbers(type, count, what) : AsciiNumbers(count, what);
+        const std::size_t start = std::min(m_pos, m_bytes.size());
+        const std::size_t left = m_bytes.size() - start;
+        if (!m_binary)
+        {
+            // Every number takes a character and all but the last a
+            // separator: a count beyond that cannot be in the file.
+            if (count > left / 2 + 1)
+            {
+                FailAtLine(m_pos, what + " announces " + std::to_string(count) +
+                                      " numbers, more than the rest of the file can hold");
+            }
+            return;
+        }
+        const std::size_t bytes = BinarySize(type, count, what);
+        if (bytes > left)
+        {
+            FailAtByte(m_bytes.size(), "the file ends " + std::to_string(left) + " bytes into the " +
+                                           std::to_string(bytes) + " bytes of " + what);
+        }
     }
 
-    std::vector<double> AsciiNumbers(std::size_t count, const std::string& what)
+    std::size_t BinarySize(const ValueType& type, std::size_t count, const std::string& what) const
     {
-        // Every number takes a character and all but the last a separator:
-        // a count beyond that cannot be in the file, whatever it says.
-        const std::size_t left = m_bytes.size() - std::min(m_pos, m_bytes.size());
-        if (count > left / 2 + 1)
+        if (type.kind == Kind::Bit)
         {
-            FailAtLine(m_pos, what + " announces " + std::to_string(count) +
-                                  " numbers, more than the rest of the file can hold");
+            return count / 8 + (count % 8 != 0 ? 1 : 0);
         }
-        std::vector<double> values;
-        values.reserve(count);
-        for (std::size_t i = 0; i < count; ++i)
+        std::size_t bytes = 0;
+        if (!Multiply(count, type.size, bytes))
         {
-            const std::size_t at = NextTokenStart();
-            std::string_view token = Token();
-            if (token.empty())
-            {
-                FailAtLine(at, "the file ends after " + std::to_string(i) + " of the " +
-                                   std::to_string(count) + " numbers of " + what);
-            }
-            values.push_back(AsciiNumber(at, token, what));
+            FailAtByte(m_pos, what + " announces more values than any file can hold");
+        }
+        return bytes;
+    }
+
+    // count values of type, ASCII or binary as the file is, each converted to
+    // T once.
+    template <typename T>
+    std::vector<T> Values(const ValueType& type, std::size_t count, const std::string& what)
+    {
+        CheckRoom(type, count, what);
+        std::vector<T> values(count);
+        if (m_binary)
+        {
+            BinaryValues(type, values, what);
+        }
+        else
+        {
+            AsciiValues(values, what);
         }
         return values;
     }
 
-    double AsciiNumber(std::size_t at, std::string_view token, const std::string& what) const
+    template <typename T>
+    void AsciiValues(std::vector<T>& values, const std::string& what)
+    {
+        for (std::size_t i = 0; i < values.size(); ++i)
+        {
+            const std::size_t at = NextTokenStart();
+            const std::string_view token = Token();
+            if (token.empty())
+            {
+                FailAtLine(at, "the file ends after " + std::to_string(i) + " of the " +
+                                   std::to_string(values.size()) + " numbers of " + what);
+            }
+            values[i] = AsciiNumber<T>(at, token, what);
+        }
+    }
+
+    // Parsed straight into T: a float read through a double could round
+    // twice.
+    template <typename T>
+    T AsciiNumber(std::size_t at, std::string_view token, const std::string& what) const
     {
         std::string_view digits = token;
         if (digits.size() > 1 && digits[0] == '+')
         {
             digits.remove_prefix(1);
         }
-        double value = 0.0;
+        T value = 0;
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
         const bool whole = end == digits.data() + digits.size();
         // Out of range, from_chars keeps no value, though the text was a
         // number: strtod rounds it to an infinity or to zero.
         if (error == std::errc::result_out_of_range && whole)
         {
-            return std::strtod(std::string(digits).c_str(), nullptr);
+            const std::string text(digits);
+            if constexpr (std::is_same_v<T, float>)
+            {
+                return std::strtof(text.c_str(), nullptr);
+            }
+            else
+            {
+                return std::strtod(text.c_str(), nullptr);
+            }
         }
         if (error != std::errc() || !whole)
         {
@@ -366,45 +420,48 @@ private:
         return value;
     }
 
-    std::vector<double> BinaryNumbers(const ValueType& type, std::size_t count, const std::string& what)
+    template <typename T>
+    void BinaryValues(const ValueType& type, std::vector<T>& values, const std::string& what)
     {
-        std::size_t bytes = 0;
-        if (type.kind == Kind::Bit)
-        {
-            bytes = count / 8 + (count % 8 != 0 ? 1 : 0);
-        }
-        else if (!Multiply(count, type.size, bytes))
-        {
-            FailAtByte(m_pos, what + " announces more values than any file can hold");
-        }
         const std::size_t start = std::min(m_pos, m_bytes.size());
-        if (bytes > m_bytes.size() - start)
-        {
-            FailAtByte(m_bytes.size(), "the file ends " + std::to_string(m_bytes.size() - start) +
-                                           " bytes into the " + std::to_string(bytes) +
-                                           " bytes of " + what);
-        }
         const auto* data = reinterpret_cast<const unsigned char*>(m_bytes.data() + start);
-        std::vector<double> values(count);
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < values.size(); ++i)
         {
-            values[i] = type.kind == Kind::Bit ? ((data[i / 8] >> (7 - i % 8)) & 1u)
-                                               : DecodeBinary(data + i * type.size, type);
+            values[i] = type.kind == Kind::Bit
+                            ? static_cast<T>((data[i / 8] >> (7 - i % 8)) & 1u)
+                            : static_cast<T>(DecodeBinary(data + i * type.size, type));
         }
-        m_pos = start + bytes;
-        return values;
+        m_pos = start + BinarySize(type, values.size(), what);
     }
 
     // count values of type after the line that announced them; lineEnded
     // when that line's end has been read already.
-    std::vector<double> Array(const ValueType& type, std::size_t count, const std::string& what,
-                              bool lineEnded = false)
+    template <typename T>
+    std::vector<T> Array(const ValueType& type, std::size_t count, const std::string& what,
+                         bool lineEnded = false)
     {
         if (m_binary && !lineEnded)
         {
             EndHeaderLine(what);
         }
-        return Numbers(type, count, what);
+        return Values<T>(type, count, what);
+    }
+
+    // As Array, in the width the file stores: 32-bit floats stay floats, so
+    // that a large float array is held once, in its own size.
+    Numbers NumberArray(const ValueType& type, std::size_t count, const std::string& what,
+                        bool lineEnded = false)
+    {
+        Numbers numbers;
+        if (type.kind == Kind::Float && type.size == 4)
+        {
+            numbers.Floats(0) = Array<float>(type, count, what, lineEnded);
+        }
+        else
+        {
+            numbers.Doubles(0) = Array<double>(type, count, what, lineEnded);
+        }
+        return numbers;
     }
 
     // ---- Header ------------------------------------------------------------------
@@ -460,24 +517,15 @@ private:
         else if (keyword == "lines")
         {
             m_sawLines = true;
-            ReadCells("LINES", true);
+            ReadCells(at, "LINES", true);
         }
         else if (keyword == "vertices" || keyword == "polygons" || keyword == "triangle_strips")
         {
-            ReadCells(Upper(keyword), false);
+            ReadCells(at, Upper(keyword), false);
         }
         else if (keyword == "point_data" || keyword == "cell_data")
         {
-            const bool points = keyword == "point_data";
-            const std::size_t count = Count("the number of " + Upper(keyword) + " values");
-            m_attached = points ? Attached::Points : Attached::Cells;
-            m_attachedCount = count;
-            if (points)
-            {
-                m_pointDataAt = at;
-                m_pointDataCount = count;
-                m_sawPointData = true;
-            }
+            ReadDataSection(at, keyword == "point_data");
         }
         else if (keyword == "field")
         {
@@ -491,6 +539,24 @@ private:
         {
             ReadAttribute(at, keyword);
         }
+    }
+
+    // The arrays that follow belong to the points or to the cells, count
+    // tuples each.
+    void ReadDataSection(std::size_t at, bool points)
+    {
+        const std::string section = points ? "POINT_DATA" : "CELL_DATA";
+        bool& seen = points ? m_sawPointData : m_sawCellData;
+        if (seen)
+        {
+            FailAtLine(at, "a second " + section + " section");
+        }
+        seen = true;
+        const std::size_t count = Count("the number of " + section + " values");
+        m_attached = points ? Attached::Points : Attached::Cells;
+        m_attachedCount = count;
+        (points ? m_pointDataAt : m_cellDataAt) = at;
+        (points ? m_pointDataCount : m_cellDataCount) = count;
     }
 
     static std::string Upper(const std::string& keyword)
@@ -516,16 +582,23 @@ private:
         {
             FailAtLine(at, "POINTS announces more points than any file can hold");
         }
-        m_result.points.Doubles(0) = Array(type, values, "POINTS");
+        m_result.points = NumberArray(type, values, "POINTS");
     }
 
     // A cell section: the classic cell array (each cell its size, then its
     // point indices), or from version 5 the OFFSETS and CONNECTIVITY arrays.
-    void ReadCells(const std::string& section, bool keep)
+    void ReadCells(std::size_t at, const std::string& section, bool keep)
     {
+        const std::size_t order = CellOrder(section);
+        if (m_sawCells[order])
+        {
+            FailAtLine(at, "a second " + section + " section");
+        }
+        m_sawCells[order] = true;
         const std::size_t first = Count("the first count of " + section);
         const std::size_t second = Count("the second count of " + section);
-        if (PeekLower() == "offsets")
+        const bool offsets = PeekLower() == "offsets";
+        if (offsets)
         {
             ReadOffsetCells(section, first, second, keep);
         }
@@ -538,6 +611,23 @@ private:
         {
             ReadClassicCells(section, first, second, keep);
         }
+        // The offsets of n cells are n + 1 numbers.
+        const std::size_t cells = offsets ? first - std::min<std::size_t>(first, 1) : first;
+        m_cellCounts[order] = cells;
+        if (!keep && cells > 0)
+        {
+            m_result.notes.push_back(section + ": " + std::to_string(cells) +
+                                     " cells read past; only lines are drawn");
+        }
+    }
+
+    // Cell data numbers the cells of every section in this order, wherever
+    // the sections stand in the file.
+    static std::size_t CellOrder(const std::string& section)
+    {
+        static const std::array<std::string_view, 4> order = {"VERTICES", "LINES", "POLYGONS",
+                                                               "TRIANGLE_STRIPS"};
+        return static_cast<std::size_t>(std::find(order.begin(), order.end(), section) - order.begin());
     }
 
     void ReadOffsetCells(const std::string& section, std::size_t offsetCount, std::size_t size, bool keep)
@@ -545,14 +635,14 @@ private:
         Token(); // OFFSETS
         const std::size_t offsetsAt = m_pos;
         const std::vector<double> offsets =
-            Array(Type(section + " OFFSETS"), offsetCount, section + " OFFSETS");
+            Array<double>(Type(section + " OFFSETS"), offsetCount, section + " OFFSETS");
         const std::size_t connectivityAt = NextTokenStart();
         if (Lower(Token()) != "connectivity")
         {
             FailAtLine(connectivityAt, "expected CONNECTIVITY after the OFFSETS of " + section);
         }
         std::vector<double> connectivity =
-            Array(Type(section + " CONNECTIVITY"), size, section + " CONNECTIVITY");
+            Array<double>(Type(section + " CONNECTIVITY"), size, section + " CONNECTIVITY");
         // No offsets at all is an empty section; otherwise they run from 0 up
         // to the size of the connectivity, never falling.
         const double end = static_cast<double>(size);
@@ -583,7 +673,7 @@ private:
     void ReadClassicCells(const std::string& section, std::size_t cells, std::size_t size, bool keep)
     {
         const std::size_t at = m_pos;
-        std::vector<double> numbers = Array(kInt, size, section);
+        std::vector<double> numbers = Array<double>(kInt, size, section);
         std::vector<std::size_t> offsets{0};
         std::vector<double> indices;
         std::size_t next = 0;
@@ -619,8 +709,7 @@ private:
         }
     }
 
-    // A data array of a POINT_DATA or CELL_DATA section; only the first
-    // SCALARS of the points are kept.
+    // A data array of a POINT_DATA or CELL_DATA section.
     void ReadAttribute(std::size_t at, const std::string& keyword)
     {
         static const std::array<std::string_view, 11> known = {
@@ -636,7 +725,7 @@ private:
             // A table of its own: size colours of four components.
             ExpectToken("the name of LOOKUP_TABLE");
             const std::size_t size = Count("the size of LOOKUP_TABLE");
-            Array(m_binary ? kUnsignedChar : kDouble, Product(at, size, 4, section), section);
+            Array<float>(m_binary ? kUnsignedChar : kFloat, Product(at, size, 4, section), section);
             return;
         }
         if (m_attached == Attached::Nothing)
@@ -646,9 +735,7 @@ private:
         const std::string name(ExpectToken("the name of " + section));
         if (keyword == "color_scalars")
         {
-            const std::size_t components = Count("the number of values of COLOR_SCALARS");
-            Array(m_binary ? kUnsignedChar : kDouble, Product(at, m_attachedCount, components, section),
-                      section);
+            ReadColorScalars(at, name);
             return;
         }
         std::size_t components = 1;
@@ -674,7 +761,7 @@ private:
         {
             components = 6;
         }
-        Array(type, Product(at, m_attachedCount, components, section), section);
+        Keep(at, name, components, NumberArray(type, Product(at, m_attachedCount, components, section), section));
     }
 
     std::size_t Product(std::size_t at, std::size_t a, std::size_t b, const std::string& section)
@@ -685,6 +772,42 @@ private:
             FailAtLine(at, section + " announces more values than any file can hold");
         }
         return product;
+    }
+
+    // An array of the current POINT_DATA or CELL_DATA section.
+    void Keep(std::size_t at, const std::string& name, std::size_t components, Numbers values)
+    {
+        if (components < 1 || components > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        {
+            FailAtLine(at, "array " + Shown(name) + " has " + std::to_string(components) +
+                               " components; expected 1 or more");
+        }
+        DataArray array;
+        array.name = name;
+        array.association = m_attached == Attached::Points ? Association::Point : Association::Cell;
+        array.components = static_cast<int>(components);
+        array.values = std::move(values);
+        (m_attached == Attached::Points ? m_pointArrays : m_cellArrays).push_back(std::move(array));
+    }
+
+    // Colours as the writers store them: bytes in binary files, numbers from
+    // 0 to 1 in text; both kept as 0 to 1.
+    void ReadColorScalars(std::size_t at, const std::string& name)
+    {
+        const std::size_t components = Count("the number of values of COLOR_SCALARS");
+        std::vector<float> colours =
+            Array<float>(m_binary ? kUnsignedChar : kFloat, Product(at, m_attachedCount, components, "COLOR_SCALARS"),
+                         "COLOR_SCALARS");
+        if (m_binary)
+        {
+            for (float& c : colours)
+            {
+                c /= 255.0f;
+            }
+        }
+        Numbers values;
+        values.Floats(0) = std::move(colours);
+        Keep(at, name, components, std::move(values));
     }
 
     void ReadScalars(std::size_t at, const std::string& name, const ValueType& type)
@@ -711,26 +834,18 @@ private:
             ExpectToken("the name of the SCALARS' LOOKUP_TABLE");
             lineEnded = false;
         }
-        const std::vector<double> values =
-            Array(type, Product(at, m_attachedCount, components, "SCALARS"), "SCALARS", lineEnded);
-        if (m_attached == Attached::Points && !m_sawScalars)
+        Keep(at, name, components,
+             NumberArray(type, Product(at, m_attachedCount, components, "SCALARS"), "SCALARS", lineEnded));
+        if (m_attached == Attached::Points && m_result.activeScalars.empty())
         {
-            m_sawScalars = true;
             m_result.activeScalars = name;
-            DataArray array;
-            array.name = name;
-            array.components = 1;
-            std::vector<double>& scalars = array.values.Doubles(m_attachedCount);
-            for (std::size_t i = 0; i < m_attachedCount; ++i)
-            {
-                scalars[i] = values[i * components];
-            }
-            m_result.arrays.push_back(std::move(array));
         }
     }
 
     // FIELD name k, then k arrays "name components tuples type" with their
-    // data, each perhaps followed by a METADATA block.
+    // data, each perhaps followed by a METADATA block. Inside POINT_DATA or
+    // CELL_DATA the arrays are the points' or the cells'; before, they
+    // describe the whole file (a time, a cycle) and are read past.
     void ReadField()
     {
         ExpectToken("the name of FIELD");
@@ -739,21 +854,83 @@ private:
         {
             const std::size_t at = NextTokenStart();
             const std::string name(ExpectToken("the name of FIELD array " + std::to_string(i)));
-            const std::size_t components = Count("the components of FIELD array " + name);
-            const std::size_t tuples = Count("the tuples of FIELD array " + name);
-            const std::size_t typeAt = NextTokenStart();
+            const std::string what = "FIELD array " + Shown(name);
+            const std::size_t components = Count("the components of " + what);
+            const std::size_t tuples = Count("the tuples of " + what);
+            const std::size_t count = Product(at, components, tuples, what);
             const std::string typeName = PeekLower();
             if (typeName == "string" || typeName == "utf8_string")
             {
-                FailAtLine(typeAt, "FIELD array " + Shown(name) + " holds strings, which this reader cannot skip");
+                Token();
+                SkipStrings(count, what);
+                m_result.notes.push_back(what + " holds strings; read past");
             }
-            const ValueType& type = Type("FIELD array " + name);
-            Array(type, Product(at, components, tuples, "FIELD array " + name), "FIELD array " + name);
+            else
+            {
+                ReadFieldArray(at, name, components, tuples, what);
+            }
             if (PeekLower() == "metadata")
             {
                 Token();
                 SkipMetadata();
             }
+        }
+    }
+
+    void ReadFieldArray(std::size_t at, const std::string& name, std::size_t components,
+                        std::size_t tuples, const std::string& what)
+    {
+        const ValueType& type = Type(what);
+        if (m_attached == Attached::Nothing)
+        {
+            Array<double>(type, components * tuples, what);
+            m_result.notes.push_back(what + " describes the whole file, not its points or lines; read past");
+            return;
+        }
+        if (tuples != m_attachedCount)
+        {
+            FailAtLine(at, what + " has " + std::to_string(tuples) + " tuples, but " +
+                               (m_attached == Attached::Points ? "POINT_DATA" : "CELL_DATA") + " has " +
+                               std::to_string(m_attachedCount));
+        }
+        Keep(at, name, components, NumberArray(type, components * tuples, what));
+    }
+
+    // count strings: in text, one a line; in binary, each after its length,
+    // whose first byte's two high bits tell its width (11: the other six
+    // bits, 10: two bytes, 01: four bytes, 00: eight bytes, high bits
+    // masked off).
+    void SkipStrings(std::size_t count, const std::string& what)
+    {
+        EndHeaderLine(what);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            if (m_pos >= m_bytes.size())
+            {
+                FailAtLine(m_bytes.size(), "the file ends after " + std::to_string(i) + " of the " +
+                                               std::to_string(count) + " strings of " + what);
+            }
+            if (!m_binary)
+            {
+                RestOfLine();
+                continue;
+            }
+            const auto* data = reinterpret_cast<const unsigned char*>(m_bytes.data());
+            const unsigned tag = data[m_pos] >> 6;
+            const std::size_t width = tag == 3 ? 1 : tag == 2 ? 2 : tag == 1 ? 4 : 8;
+            if (width > m_bytes.size() - m_pos)
+            {
+                FailAtByte(m_pos, "the length of string " + std::to_string(i) + " of " + what +
+                                      " runs past the end of the file");
+            }
+            const std::uint64_t mask = width == 8 ? ~(std::uint64_t{3} << 62)
+                                                  : (std::uint64_t{1} << (8 * width - 2)) - 1;
+            const std::uint64_t length = BigEndian(data + m_pos, width) & mask;
+            if (length > m_bytes.size() - m_pos - width)
+            {
+                FailAtByte(m_pos, "string " + std::to_string(i) + " of " + what + " runs past the end of the file");
+            }
+            m_pos += width + static_cast<std::size_t>(length);
         }
     }
 
@@ -804,7 +981,55 @@ private:
             FailAtLine(m_pointDataAt, "POINT_DATA has " + std::to_string(m_pointDataCount) +
                                           " values, but there are " + std::to_string(points) + " points");
         }
+        KeepLinesOfCellArrays();
+        m_result.arrays = std::move(m_pointArrays);
+        std::move(m_cellArrays.begin(), m_cellArrays.end(), std::back_inserter(m_result.arrays));
         return std::move(m_result);
+    }
+
+    // Cell arrays hold a tuple for every cell of every section; the lines'
+    // are those after the vertices'.
+    void KeepLinesOfCellArrays()
+    {
+        std::size_t cells = 0;
+        for (const std::size_t count : m_cellCounts)
+        {
+            cells += count;
+        }
+        if (m_sawCellData && m_cellDataCount != cells)
+        {
+            FailAtLine(m_cellDataAt, "CELL_DATA has " + std::to_string(m_cellDataCount) +
+                                         " values, but there are " + std::to_string(cells) + " cells");
+        }
+        const std::size_t first = m_cellCounts[0];
+        const std::size_t lines = m_cellCounts[1];
+        if (!m_cellArrays.empty() && lines != cells)
+        {
+            m_result.notes.push_back("cell arrays keep the values of the " + std::to_string(lines) +
+                                     " lines; those of the other " + std::to_string(cells - lines) +
+                                     " cells are read past");
+        }
+        for (DataArray& array : m_cellArrays)
+        {
+            const auto width = static_cast<std::size_t>(array.components);
+            Numbers kept;
+            if (array.values.IsFloat())
+            {
+                Slice(array.values.Floats(), first * width, lines * width, kept.Floats(0));
+            }
+            else
+            {
+                Slice(array.values.Doubles(), first * width, lines * width, kept.Doubles(0));
+            }
+            array.values = std::move(kept);
+        }
+    }
+
+    template <typename T>
+    static void Slice(const std::vector<T>& all, std::size_t first, std::size_t count, std::vector<T>& kept)
+    {
+        const auto begin = all.begin() + static_cast<std::ptrdiff_t>(first);
+        kept.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
     }
 
     std::string_view m_bytes;
@@ -815,17 +1040,23 @@ private:
 
     PolyData m_result;
     std::vector<double> m_indices; // LINES' point indices as read
+    std::vector<DataArray> m_pointArrays;
+    std::vector<DataArray> m_cellArrays; // a tuple for every cell, until Finish
+    std::array<std::size_t, 4> m_cellCounts = {0, 0, 0, 0}; // in CellOrder
+    std::array<bool, 4> m_sawCells = {false, false, false, false};
 
     Attached m_attached = Attached::Nothing;
     std::size_t m_attachedCount = 0;
     bool m_sawPoints = false;
     bool m_sawLines = false;
     bool m_sawPointData = false;
-    bool m_sawScalars = false;
+    bool m_sawCellData = false;
     std::size_t m_pointsAt = 0;
     std::size_t m_indicesAt = 0;
     std::size_t m_pointDataAt = 0;
     std::size_t m_pointDataCount = 0;
+    std::size_t m_cellDataAt = 0;
+    std::size_t m_cellDataCount = 0;
 };
 
 } // namespace

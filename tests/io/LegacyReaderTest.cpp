@@ -11,6 +11,7 @@
 #include <cstring>
 #include <fstream>
 #include <limits>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,14 +22,25 @@ using KesraIo::ParseLegacy;
 using KesraIo::PolyData;
 using KesraIo::ReadError;
 
-// The point scalars the file marks as active, as doubles; empty without.
+std::vector<double> AsDoubles(const KesraIo::Numbers& numbers)
+{
+    std::vector<double> values;
+    for (std::size_t i = 0; i < numbers.Size(); ++i)
+    {
+        values.push_back(numbers[i]);
+    }
+    return values;
+}
+
+// The first component of the point scalars the file marks as active, as
+// doubles; empty without.
 std::vector<double> ActiveScalars(const PolyData& lines)
 {
     const KesraIo::DataArray* array = lines.Find(lines.activeScalars, KesraIo::Association::Point);
     std::vector<double> values;
-    for (std::size_t i = 0; array != nullptr && i < array->values.Size(); ++i)
+    for (std::size_t t = 0; array != nullptr && t < array->TupleCount(); ++t)
     {
-        values.push_back(array->values[i]);
+        values.push_back(array->Value(t, 0));
     }
     return values;
 }
@@ -39,7 +51,7 @@ const std::vector<double> kSpeed = {0.5, 1.5, 2.5, -1, 1e-3};
 
 void ExpectTwoLines(const PolyData& lines)
 {
-    EXPECT_EQ(lines.points.Doubles(), kPoints);
+    EXPECT_EQ(AsDoubles(lines.points), kPoints);
     EXPECT_EQ(lines.PointCount(), 5u);
     EXPECT_EQ(lines.lineOffsets, (std::vector<std::size_t>{0, 3, 5}));
     EXPECT_EQ(lines.connectivity, (std::vector<std::size_t>{0, 1, 2, 3, 4}));
@@ -195,6 +207,7 @@ TEST(LegacyReaderTest, BinaryVersion51WithoutLookupTableLine)
     }
     const PolyData lines = ParseLegacy(file, "binary51.vtk");
     EXPECT_EQ(lines.points.Doubles(), kPoints);
+    EXPECT_FALSE(lines.points.IsFloat());
     EXPECT_EQ(lines.lineOffsets, (std::vector<std::size_t>{0, 3, 5}));
     ASSERT_EQ(ActiveScalars(lines).size(), 5u);
     for (std::size_t i = 0; i < speed.size(); ++i)
@@ -227,6 +240,171 @@ TEST(LegacyReaderTest, ReadsFilesAndRefusesMissingOnes)
     }
 }
 
+std::string Ascii(const std::string& body, const char* version = "3.0")
+{
+    return std::string("# vtk DataFile Version ") + version + "\ntitle\nASCII\nDATASET POLYDATA\n" + body;
+}
+
+// ---- Every array ---------------------------------------------------------------------
+
+using KesraIo::Association;
+using KesraIo::DataArray;
+
+const DataArray& Array(const PolyData& lines, const std::string& name, Association association)
+{
+    const DataArray* array = lines.Find(name, association);
+    if (array == nullptr)
+    {
+        throw std::runtime_error("no array " + name);
+    }
+    return *array;
+}
+
+void ExpectArray(const PolyData& lines, const std::string& name, Association association, int components,
+                 bool isFloat, const std::vector<double>& values)
+{
+    const DataArray& array = Array(lines, name, association);
+    EXPECT_EQ(array.components, components) << name;
+    EXPECT_EQ(array.values.IsFloat(), isFloat) << name;
+    EXPECT_EQ(AsDoubles(array.values), values) << name;
+}
+
+bool HasNote(const PolyData& lines, const std::string& part)
+{
+    for (const std::string& note : lines.notes)
+    {
+        if (note.find(part) != std::string::npos)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST(LegacyReaderTest, AsciiKeepsEveryPointArrayInItsWidthAndOrder)
+{
+    const std::string file = "# vtk DataFile Version 3.0\nt\nASCII\nDATASET POLYDATA\n"
+                             "FIELD FieldData 1\nTIME 1 1 double\n0.25\n"
+                             "POINTS 2 float\n0 0 0 1 0.1 0\nLINES 1 3\n2 0 1\n"
+                             "POINT_DATA 2\n"
+                             "SCALARS pair double 2\nLOOKUP_TABLE default\n1 2 3 4\n"
+                             "VECTORS velocity float\n1 2 3 4 5 6\n"
+                             "SCALARS second float\nLOOKUP_TABLE default\n0.1 0.2\n"
+                             "NORMALS n double\n0 0 1 0 1 0\n"
+                             "TENSORS stress float\n1 2 3 4 5 6 7 8 9 9 8 7 6 5 4 3 2 1\n"
+                             "TEXTURE_COORDINATES uv 2 float\n0 0.5 1 0.25\n"
+                             "COLOR_SCALARS rgb 3\n0 0.5 1 1 0.5 0\n"
+                             "FIELD more 2\n"
+                             "labels 1 2 string\nfirst one\nsecond\n"
+                             "id 1 2 int\n7 -8\n";
+    const PolyData lines = ParseLegacy(file, "arrays.vtk");
+    EXPECT_TRUE(lines.points.IsFloat());
+    EXPECT_EQ(lines.points.Floats()[4], 0.1f) << "parsed straight into a float";
+    EXPECT_EQ(lines.activeScalars, "pair");
+    ExpectArray(lines, "pair", Association::Point, 2, false, {1, 2, 3, 4});
+    ExpectArray(lines, "velocity", Association::Point, 3, true, {1, 2, 3, 4, 5, 6});
+    ExpectArray(lines, "second", Association::Point, 1, true, {0.1f, 0.2f});
+    ExpectArray(lines, "n", Association::Point, 3, false, {0, 0, 1, 0, 1, 0});
+    ExpectArray(lines, "stress", Association::Point, 9, true,
+                {1, 2, 3, 4, 5, 6, 7, 8, 9, 9, 8, 7, 6, 5, 4, 3, 2, 1});
+    ExpectArray(lines, "uv", Association::Point, 2, true, {0, 0.5, 1, 0.25});
+    ExpectArray(lines, "rgb", Association::Point, 3, true, {0, 0.5, 1, 1, 0.5, 0});
+    ExpectArray(lines, "id", Association::Point, 1, false, {7, -8});
+    std::vector<std::string> names;
+    for (const DataArray& array : lines.arrays)
+    {
+        names.push_back(array.name);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"pair", "velocity", "second", "n", "stress", "uv", "rgb", "id"}));
+    EXPECT_TRUE(HasNote(lines, "'labels' holds strings"));
+    EXPECT_TRUE(HasNote(lines, "'TIME' describes the whole file"));
+}
+
+TEST(LegacyReaderTest, BinaryArraysColoursAsFractionsAndStringsReadPast)
+{
+    std::string file = "# vtk DataFile Version 4.2\nt\nBINARY\nDATASET POLYDATA\nPOINTS 2 double\n";
+    for (const double v : {0.0, 0.0, 0.0, 1.0, 2.0, 3.0})
+    {
+        PutDouble(file, v);
+    }
+    file += "\nLINES 1 3\n";
+    for (const int v : {2, 0, 1})
+    {
+        PutInt(file, v, 4);
+    }
+    file += "\nPOINT_DATA 2\nCOLOR_SCALARS rgba 4\n";
+    for (const unsigned char c : {0, 51, 255, 255, 102, 0, 0, 255})
+    {
+        file += static_cast<char>(c);
+    }
+    file += "\nVECTORS v float\n";
+    for (const float v : {1.5f, -2.0f, 3.25e-39f, 4.0f, 5.0f, 6.0f})
+    {
+        PutFloat(file, v);
+    }
+    // Two strings: 5 bytes with a one-byte length, 70 with a two-byte one.
+    file += "\nFIELD f 2\nnames 1 2 string\n";
+    file += static_cast<char>(0xC0 | 5);
+    file += "hello";
+    PutInt(file, 0x8000 | 70, 2);
+    file += std::string(70, 'x');
+    file += "\nbig 1 2 vtktypeint64\n";
+    PutInt(file, -(std::int64_t{1} << 40), 8);
+    PutInt(file, 3, 8);
+    file += "\n";
+    const PolyData lines = ParseLegacy(file, "binary-arrays.vtk");
+    EXPECT_FALSE(lines.points.IsFloat());
+    ExpectArray(lines, "rgba", Association::Point, 4, true,
+                {0.0, 0.2f, 1.0, 1.0, 0.4f, 0.0, 0.0, 1.0});
+    ExpectArray(lines, "v", Association::Point, 3, true, {1.5, -2.0, 3.25e-39f, 4.0, 5.0, 6.0});
+    ExpectArray(lines, "big", Association::Point, 1, false, {-1099511627776.0, 3.0});
+    EXPECT_TRUE(HasNote(lines, "'names' holds strings"));
+    EXPECT_TRUE(lines.activeScalars.empty()) << "colours are not the scalars";
+}
+
+// Cell data numbers vertices, then lines, then polygons, then strips,
+// wherever their sections stand; the lines keep their own tuples.
+TEST(LegacyReaderTest, CellArraysKeepTheLinesTuples)
+{
+    const std::string classic = Ascii("POINTS 4 float\n0 0 0 1 0 0 1 1 0 0 1 0\n"
+                                      "POLYGONS 1 4\n3 0 1 2\n"
+                                      "LINES 2 6\n2 0 1\n2 2 3\n"
+                                      "TRIANGLE_STRIPS 1 5\n4 0 1 2 3\n"
+                                      "VERTICES 2 4\n1 0\n1 3\n"
+                                      "CELL_DATA 6\n"
+                                      "SCALARS id int\nLOOKUP_TABLE default\n0 1 2 3 4 5\n"
+                                      "VECTORS flux float\n0 0 0 1 1 1 2 2 2 3 3 3 4 4 4 5 5 5\n"
+                                      "POINT_DATA 4\nSCALARS t float\nLOOKUP_TABLE default\n1 2 3 4\n");
+    const std::string offsets = Ascii("POINTS 4 float\n0 0 0 1 0 0 1 1 0 0 1 0\n"
+                                      "POLYGONS 2 3\nOFFSETS vtktypeint64\n0 3\nCONNECTIVITY vtktypeint64\n0 1 2\n"
+                                      "LINES 3 4\nOFFSETS vtktypeint64\n0 2 4\n"
+                                      "CONNECTIVITY vtktypeint64\n0 1 2 3\n"
+                                      "TRIANGLE_STRIPS 2 4\nOFFSETS vtktypeint64\n0 4\n"
+                                      "CONNECTIVITY vtktypeint64\n0 1 2 3\n"
+                                      "VERTICES 3 2\nOFFSETS vtktypeint64\n0 1 2\nCONNECTIVITY vtktypeint64\n0 3\n"
+                                      "CELL_DATA 6\n"
+                                      "SCALARS id int\nLOOKUP_TABLE default\n0 1 2 3 4 5\n"
+                                      "VECTORS flux float\n0 0 0 1 1 1 2 2 2 3 3 3 4 4 4 5 5 5\n"
+                                      "POINT_DATA 4\nSCALARS t float\nLOOKUP_TABLE default\n1 2 3 4\n",
+                                      "5.1");
+    for (const std::string& file : {classic, offsets})
+    {
+        const PolyData lines = ParseLegacy(file, "cells.vtk");
+        EXPECT_EQ(lines.connectivity, (std::vector<std::size_t>{0, 1, 2, 3}));
+        ExpectArray(lines, "id", Association::Cell, 1, false, {2, 3});
+        ExpectArray(lines, "flux", Association::Cell, 3, true, {2, 2, 2, 3, 3, 3});
+        EXPECT_EQ(lines.activeScalars, "t") << "cell scalars are never the active ones";
+        // Point arrays first, each group in file order.
+        ASSERT_EQ(lines.arrays.size(), 3u);
+        EXPECT_EQ(lines.arrays[0].name, "t");
+        EXPECT_EQ(lines.arrays[1].name, "id");
+        EXPECT_TRUE(HasNote(lines, "VERTICES: 2 cells read past"));
+        EXPECT_TRUE(HasNote(lines, "POLYGONS: 1 cells read past"));
+        EXPECT_TRUE(HasNote(lines, "TRIANGLE_STRIPS: 1 cells read past"));
+        EXPECT_TRUE(HasNote(lines, "the values of the 2 lines"));
+    }
+}
+
 // ---- Malformed files ---------------------------------------------------------------
 
 struct Malformed
@@ -235,11 +413,6 @@ struct Malformed
     std::string file;
     std::vector<std::string> message; // each part must appear in the message
 };
-
-std::string Ascii(const std::string& body, const char* version = "3.0")
-{
-    return std::string("# vtk DataFile Version ") + version + "\ntitle\nASCII\nDATASET POLYDATA\n" + body;
-}
 
 std::string BinaryTruncated()
 {
@@ -297,9 +470,31 @@ TEST(LegacyReaderTest, MalformedFilesAreRefusedWithWhereAndWhat)
         {"no points", Ascii("LINES 1 3\n2 0 1\n"), {"bad.vtk: no POINTS section"}},
         {"unknown section", Ascii("POINTS 2 float\n0 0 0 1 1 1\nBANANAS 3\n"),
          {"bad.vtk:7:", "unknown section 'BANANAS'"}},
+        {"cell data of the wrong length",
+         Ascii("POINTS 2 float\n0 0 0 1 1 1\nVERTICES 1 2\n1 0\nLINES 1 3\n2 0 1\nCELL_DATA 1\n"
+               "SCALARS c float\nLOOKUP_TABLE default\n5\n"),
+         {"bad.vtk:11:", "CELL_DATA has 1 values, but there are 2 cells"}},
+        {"field array of the wrong length",
+         Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nPOINT_DATA 2\nFIELD f 1\n"
+               "temperature 1 3 float\n1 2 3\n"),
+         {"bad.vtk:11:", "'temperature' has 3 tuples, but POINT_DATA has 2"}},
+        {"tensors cut short",
+         Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nPOINT_DATA 2\nTENSORS s float\n"
+               "10 20 30 40 50 60 70 80 90\n10 20 30\n"),
+         {"bad.vtk:13:", "after 12 of the 18 numbers of TENSORS"}},
+        {"second LINES section", Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nLINES 1 3\n2 1 0\n"),
+         {"bad.vtk:9:", "a second LINES section"}},
+        {"second POINT_DATA section",
+         Ascii("POINTS 2 float\n0 0 0 1 1 1\nLINES 1 3\n2 0 1\nPOINT_DATA 3\nSCALARS a float\n"
+               "LOOKUP_TABLE default\n1 2 3\nPOINT_DATA 2\n"),
+         {"bad.vtk:13:", "a second POINT_DATA section"}},
+        {"truncated strings", Ascii("FIELD f 1\nnames 1 3 string\nabc\n"),
+         {"after 1 of the 3 strings of FIELD array 'names'"}},
+        {"binary string longer than the file",
+         "# vtk DataFile Version 3.0\nt\nBINARY\nDATASET POLYDATA\nFIELD f 1\nnames 1 1 string\n\xC9" "abc",
+         {"bad.vtk: byte 80:", "string 0 of FIELD array 'names' runs past the end"}},
         {"attribute before any data section", Ascii("POINTS 2 float\n0 0 0 1 1 1\nSCALARS s float\n"),
          {"bad.vtk:7:", "SCALARS outside POINT_DATA and CELL_DATA"}},
-        {"string field", Ascii("FIELD f 1\nnames 1 1 string\nabc\n"), {"bad.vtk:6:", "holds strings"}},
     };
     for (const Malformed& bad : cases)
     {

@@ -117,6 +117,121 @@ TEST_F(ViewerFile, LinesAreSplitWhereTheyTurnBackAndSpecksSkipped)
     EXPECT_EQ(data.skippedLines, 2u);
 }
 
+// Two lines of four points each, a point scalar, a point vector and a cell
+// scalar; the cell data numbers a vertex first.
+const char* const kArrays = "POINTS 9 float\n0 0 0  1 0.2 0  2 0.1 0.3  3 0 0.5\n"
+                            "0 1 0  1 1.3 0.2  2 1.2 0.1  3 1 0  5 5 5\n"
+                            "VERTICES 1 2\n1 8\nLINES 3 12\n4 0 1 2 3\n4 4 5 6 7\n1 8\n"
+                            "CELL_DATA 4\nSCALARS zone int 1\nLOOKUP_TABLE default\n9 1 5 7\n"
+                            "POINT_DATA 9\nSCALARS pressure double 1\nLOOKUP_TABLE default\n0 1 2 3 4 5 6 7 8\n"
+                            "VECTORS velocity float\n1 0 0 2 0 0 3 0 0 4 0 0 0 -1 0 0 -2 0 0 -3 0 0 -4 0 0 0 9\n";
+
+TEST_F(ViewerFile, TheNamedArrayColoursAndTheSummaryTellsIt)
+{
+    const std::string path = Write("arrays.vtk", std::string(kHeader) + kArrays);
+    const struct
+    {
+        const char* scalars;
+        std::vector<double> first;  // the first line's values
+        std::vector<double> second; // the second's
+        const char* name;           // the legend's title
+    } cases[] = {
+        {"", {0, 1, 2, 3}, {4, 5, 6, 7}, "pressure"},
+        {"velocity:y", {0, 0, 0, 0}, {-1, -2, -3, -4}, "velocity:y"},
+        {"velocity", {1, 2, 3, 4}, {1, 2, 3, 4}, "velocity"},
+        {"zone", {1, 1, 1, 1}, {5, 5, 5, 5}, "zone"}, // a line's tuple at each of its points
+    };
+    for (const auto& c : cases)
+    {
+        KesraExamples::SceneData data;
+        std::string summary;
+        std::string error;
+        ASSERT_TRUE(KesraViewer::LoadScene({path, c.scalars}, data, summary, error)) << error;
+        ASSERT_EQ(data.lines.size(), 2u) << "the one-point line is skipped";
+        EXPECT_EQ(data.lines[0].values, c.first) << c.scalars;
+        EXPECT_EQ(data.lines[1].values, c.second) << c.scalars;
+        EXPECT_EQ(data.valueName, c.name);
+        EXPECT_TRUE(data.lengthUnit.empty()) << "a file's lengths have no unit";
+        EXPECT_NE(summary.find("arrays.vtk: 2 lines (1 skipped), 9 points, coloured by " + std::string(c.name)),
+                  std::string::npos)
+            << summary;
+    }
+    KesraExamples::SceneData data;
+    std::string summary;
+    std::string error;
+    EXPECT_FALSE(KesraViewer::LoadScene({path, "zone:y"}, data, summary, error));
+    EXPECT_NE(error.find("arrays.vtk: --scalars: array 'zone' has 1 component(s)"), std::string::npos) << error;
+    EXPECT_NE(error.find("velocity (point, 3 components)"), std::string::npos) << error;
+
+    std::string text;
+    ASSERT_TRUE(KesraViewer::DescribeFile(path, text, error)) << error;
+    EXPECT_NE(text.find("  cell zone: 1 component, range [1, 7]\n"), std::string::npos) << text;
+    EXPECT_FALSE(KesraViewer::DescribeFile(path + ".none", text, error));
+    EXPECT_NE(error.find("arrays.vtk.none: cannot be opened"), std::string::npos) << error;
+}
+
+TEST_F(ViewerFile, RangeLinesAndProbe)
+{
+    const std::string path = Write("arrays.vtk", std::string(kHeader) + kArrays);
+    KesraExamples::SceneData data;
+    std::string error;
+    ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
+    data.tubeRadius = 0.08;
+    KesraGl::CEglContext context;
+    KesraViewer::ViewerScene scene(context, data, kWidth, kHeight);
+    ASSERT_TRUE(scene.CreateContext()) << scene.ContextError();
+
+    // The legend's range: refusals leave it, reset brings the data's back.
+    double minimum = 0.0, maximum = 0.0;
+    scene.SetValueRange(2.0, 5.0);
+    scene.SetValueRange(5.0, 2.0);
+    scene.SetValueRange(1.0, 1.0);
+    scene.SetValueRange(std::nan(""), 3.0);
+    scene.Legend().GetValueRange(minimum, maximum);
+    EXPECT_EQ(minimum, 2.0);
+    EXPECT_EQ(maximum, 5.0);
+    unsigned char expected[4] = {0, 0, 0, 0};
+    unsigned char color[4] = {0, 0, 0, 0};
+    scene.Legend().GetOpenGLColor(expected[0], expected[1], expected[2], 6.0);
+    scene.Tubes()[1]->GetNodeColor(2, color);
+    EXPECT_EQ(std::vector<int>(color, color + 3), std::vector<int>(expected, expected + 3)) << "recoloured";
+    scene.ResetValueRange();
+    scene.Legend().GetValueRange(minimum, maximum);
+    EXPECT_EQ(minimum, 0.0);
+    EXPECT_EQ(maximum, 7.0);
+
+    // The value under a node's pixel, and none far from every node.
+    scene.Render();
+    KesraEngine::CKesraCamera::Vector view;
+    scene.Camera().ProjectPointWorldToView(scene.Data().lines[1].points[2], view);
+    KesraViewer::ViewerScene::Probe probe;
+    ASSERT_TRUE(scene.ProbeAt(static_cast<int>(view.x) + 3, static_cast<int>(view.y) - 2, probe));
+    EXPECT_EQ(probe.line, 1u);
+    EXPECT_EQ(probe.node, 2u);
+    EXPECT_EQ(probe.value, 6.0);
+    EXPECT_FALSE(scene.ProbeAt(0, 0, probe));
+
+    // Plain lines: the tubes hide, the line shows its node's own colour,
+    // unlit; and back.
+    const int x = static_cast<int>(std::lround(view.x));
+    const int y = static_cast<int>(std::lround(view.y));
+    const KesraGl::Color tube = KesraTest::PixelAt(scene.Renderer(), x, y);
+    scene.ToggleLines();
+    EXPECT_TRUE(scene.ShowsLines());
+    EXPECT_FALSE(scene.Tubes()[0]->GetDrawStreamline());
+    scene.Render();
+    scene.Legend().GetOpenGLColor(expected[0], expected[1], expected[2], 6.0);
+    const KesraGl::Color line = KesraTest::PixelAt(scene.Renderer(), x, y);
+    EXPECT_TRUE(KesraTest::ColorNear(line, {expected[0], expected[1], expected[2], 255}, 40));
+    // A tube's width away the background shows.
+    const KesraGl::Color beside = KesraTest::PixelAt(scene.Renderer(), x, y + 6);
+    EXPECT_NE(KesraTest::ColorDistance(beside, tube), 0);
+    scene.ToggleLines();
+    EXPECT_TRUE(scene.Tubes()[0]->GetDrawStreamline());
+    scene.Render();
+    EXPECT_EQ(KesraTest::ColorDistance(KesraTest::PixelAt(scene.Renderer(), x, y), tube), 0);
+}
+
 TEST_F(ViewerFile, RefusalsNameTheFile)
 {
     const struct

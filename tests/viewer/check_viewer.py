@@ -34,6 +34,19 @@ def decode_png(path):
     return width, height
 
 
+def pixels(path):
+    """The unfiltered rows of a PNG: equal pictures give equal bytes."""
+    with open(path, "rb") as f:
+        data = f.read()
+    pos, idat = 8, b""
+    while pos < len(data):
+        length, kind = struct.unpack(">I4s", data[pos:pos + 8])
+        if kind == b"IDAT":
+            idat += data[pos + 8:pos + 8 + length]
+        pos += 12 + length
+    return zlib.decompress(idat)
+
+
 def run(viewer, args, env=None):
     full_env = dict(os.environ)
     # Libraries the viewer, not this script, must start with (a sanitized
@@ -101,6 +114,8 @@ def main():
     expect(sorted(os.listdir(work)) == ["events.txt", "shot.png"],
            "refused runs leave nothing behind: %s" % os.listdir(work))
 
+    check_arrays(viewer, work)
+
     # No EGL vendor: the headless context cannot be made.
     code, out, err = run(viewer, ["--headless", "--snapshot", shot + "3", "--size", "64x64"],
                          {"__EGL_VENDOR_LIBRARY_FILENAMES": os.path.join(work, "none.json")})
@@ -110,6 +125,131 @@ def main():
     expect(code == 1 and "display" in err, "without a display: exit 1 naming it: %d %s" % (code, err))
     expect(not os.path.exists(shot + "3"), "nothing written without a context")
     print("kesra-viewer command line: all checks passed")
+
+
+# Two polylines with a point scalar, a point vector and a cell scalar.
+ARRAYS_FILE = """# vtk DataFile Version 3.0
+arrays
+ASCII
+DATASET POLYDATA
+POINTS 8 float
+0 0 0  1 0.2 0  2 0.1 0.3  3 0 0.5
+0 1 0  1 1.3 0.2  2 1.2 0.1  3 1 0
+VERTICES 1 2
+1 0
+LINES 2 10
+4 0 1 2 3
+4 4 5 6 7
+CELL_DATA 3
+SCALARS zone int 1
+LOOKUP_TABLE default
+9 1 5
+POINT_DATA 8
+SCALARS pressure double 1
+LOOKUP_TABLE default
+0 1 2 3 4 5 6 7
+VECTORS velocity float
+1 0 0  2 0 0  3 0 0  4 0 0  0 -1 0  0 -2 0  0 -3 0  0 -4 0
+"""
+
+INFO = """{path}
+points: 8, lines: 2, line points: 8
+bounds: x [0, 3] y [0, 1.3] z [0, 0.5]
+arrays: 3
+  point pressure: 1 component, range [0, 7] (active scalars)
+  point velocity: 3 components, x [0, 4], y [-4, 0], z [0, 0], magnitude [1, 4]
+  cell zone: 1 component, range [1, 5]
+note: VERTICES: 1 cells read past; only lines are drawn
+note: cell arrays keep the values of the 2 lines; those of the other 1 cells are read past
+"""
+
+
+def check_arrays(viewer, work):
+    """--info, the array, range, radius and unit choices, the keys r, l and c."""
+    path = os.path.join(work, "arrays.vtk")
+    with open(path, "w") as f:
+        f.write(ARRAYS_FILE)
+
+    code, out, err = run(viewer, ["--info", path])
+    expect(code == 0 and out == INFO.format(path=path), "--info: %d %r %s" % (code, out, err))
+    code, out, err = run(viewer, ["--help"])
+    for option in ("--info", "--scalars", "--range", "--radius", "--unit", ".vtp", ".pvtp", ".vtm"):
+        expect(option in out, "--help mentions " + option)
+    for key in ("r  ", "l  ", "c  ", "s  ", "h  "):
+        expect("\n  " + key in out, "--help lists the key " + key.strip())
+
+    def shot(name, *args, events=None):
+        target = os.path.join(work, name + ".png")
+        extra = []
+        if events is not None:
+            script = os.path.join(work, name + ".events")
+            with open(script, "w") as f:
+                f.write(events)
+            extra = ["--events", script]
+        code, out, err = run(viewer, ["--headless", "--snapshot", target, "--size", "300x200"]
+                             + extra + list(args) + [path])
+        expect(code == 0, "%s exits 0: %s" % (name, err))
+        picture = pixels(target)
+        os.remove(target)
+        if events is not None:
+            os.remove(script)
+        return picture, out
+
+    default, out = shot("default")
+    expect(out.startswith(path + ": 2 lines (0 skipped), 8 points, coloured by pressure [0, 7]"),
+           "the summary on open: " + out)
+    again, _ = shot("again", "--scalars", "pressure")
+    expect(again == default, "naming the default array draws the same picture")
+    seen = {default}
+    for choice, says in (("velocity", "velocity [1, 4]"), ("velocity:y", "velocity:y [-4, 0]"),
+                         ("velocity:0", "velocity:x [0, 4]"), ("zone", "zone [1, 5]")):
+        picture, out = shot("choice", "--scalars", choice)
+        expect(picture not in seen, "--scalars %s changes the colours" % choice)
+        expect("coloured by " + says in out, "--scalars %s: %s" % (choice, out))
+        seen.add(picture)
+    ranged, _ = shot("ranged", "--range", "2", "5")
+    expect(ranged != default, "--range changes the colours")
+    reset, _ = shot("reset", "--range", "2", "5", events="key r\nframe\n")
+    expect(reset == default, "r brings the data's range back")
+    thick, _ = shot("thick", "--radius", "0.2")
+    expect(thick != default, "--radius changes the tubes")
+    unit, _ = shot("unit", "--unit", "km")
+    expect(unit != default, "--unit labels the ruler")
+    lines, _ = shot("lines", events="key l\nframe\n")
+    expect(lines != default, "l draws plain lines")
+    back, _ = shot("back", events="key l\nframe\nkey l\nframe\n")
+    expect(back == default, "l twice brings the tubes back")
+    # The middle of the window holds no node; a far corner neither.
+    _, out = shot("probe", events="move 2 198\nkey c\nframe\n")
+    expect("no node within 12 pixels" in out, "c away from the lines: " + out)
+
+    refused = [
+        (["--scalars", "speed", path], "no array 'speed'"),
+        (["--scalars", "velocity:3", path], "array 'velocity' has 3 component(s)"),
+        (["--range", "5", "2", path], "--range takes two finite numbers"),
+        (["--range", "1", "nan", path], "--range takes two finite numbers"),
+        (["--radius", "0", path], "--radius takes a finite number greater than 0"),
+        (["--info"], "--info needs a FILE"),
+        (["--scalars", "speed"], "--scalars names an array of a FILE"),
+    ]
+    for args, says in refused:
+        target = os.path.join(work, "refused.png")
+        code, out, err = run(viewer, ["--headless", "--snapshot", target] + args)
+        expect(code == 2 and says in err, "%s: exit 2 saying %r: %d %s" % (args, says, code, err))
+        expect(not os.path.exists(target), "%s: no snapshot" % args)
+    code, out, err = run(viewer, ["--headless", "--snapshot", os.path.join(work, "refused.png"),
+                                  "--scalars", "speed", path])
+    for listed in ("pressure (point, 1 component)", "velocity (point, 3 components)",
+                   "zone (cell, 1 component)"):
+        expect(listed in err, "a missing array lists " + listed + ": " + err)
+    bad = os.path.join(work, "bad-arrays.vtk")
+    with open(bad, "w") as f:
+        f.write(ARRAYS_FILE.replace("CELL_DATA 3", "CELL_DATA 4").replace("9 1 5", "9 1 5 6"))
+    code, out, err = run(viewer, ["--info", bad])
+    expect(code == 2 and "bad-arrays.vtk:13: CELL_DATA has 4 values, but there are 3 cells" in err
+           and out == "", "--info on a bad file: %d %s" % (code, err))
+    os.remove(bad)
+    os.remove(path)
 
 
 if __name__ == "__main__":

@@ -15,27 +15,14 @@ import sys
 import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from check_viewer import decode_png, expect  # noqa: E402
+from check_viewer import ARRAYS_FILE, decode_png, expect  # noqa: E402
 
 SKIPPED = 77
 UNDER_XVFB = "KESRA_WINDOW_TEST_UNDER_XVFB"
 
-# Two polylines with a point scalar: the user's own file, not the built-in scene.
-VTK_FILE = """# vtk DataFile Version 3.0
-window test
-ASCII
-DATASET POLYDATA
-POINTS 8 float
-0 0 0  1 0.2 0  2 0.1 0.3  3 0 0.5
-0 1 0  1 1.3 0.2  2 1.2 0.1  3 1 0
-LINES 2 10
-4 0 1 2 3
-4 4 5 6 7
-POINT_DATA 8
-SCALARS pressure double 1
-LOOKUP_TABLE default
-0 1 2 3 4 5 6 7
-"""
+# The user's own file, not the built-in scene: two polylines coloured by a point
+# scalar, with a vector and a cell scalar besides.
+VTK_FILE = ARRAYS_FILE
 
 
 def xdotool(*args, check=True):
@@ -74,7 +61,9 @@ class Window:
         deadline = time.monotonic() + 60
         while time.monotonic() < deadline:
             self.expect_running("before its window showed")
-            found = xdotool("search", "--onlyvisible", "--name", "^kesra-viewer$", check=False)
+            # The title names the file.
+            found = xdotool("search", "--onlyvisible", "--name", r"^lines\.vtk - kesra-viewer$",
+                            check=False)
             if found.strip():
                 return found.split()[0]
             time.sleep(0.2)
@@ -163,7 +152,7 @@ def check(viewer, work):
     shot = changes(window, shot, "f (zoom all)")
 
     # Switches: on changes the picture, off brings the same picture back.
-    for key, what in (("b", "banded"), ("v", "inverse"), ("h", "help")):
+    for key, what in (("b", "banded"), ("v", "inverse"), ("h", "help"), ("l", "plain lines")):
         window.key(key)
         on = changes(window, shot, key + " (" + what + " on)")
         window.key(key)
@@ -199,8 +188,13 @@ def check(viewer, work):
            "after a resize to 800x600 the snapshot is %dx%d" % resized[:2])
     expect(later[2] != resized[2], "the resize did not change the picture")
 
+    # The value under the cursor: the pointer, moved without a button, is
+    # where c looks; far from every line it finds none.
+    window.move(3, 3)
+    window.key("c")
     out = window.quit()
     expect("wrote" in out, "the viewer did not report its snapshots")
+    expect("no node within 12 pixels of the cursor" in out, "c did not report: " + out)
 
     # An event file that ends with q closes the window by itself.
     script = os.path.join(work, "quit.events")
