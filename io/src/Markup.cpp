@@ -133,14 +133,21 @@ void Markup::Feed(std::string_view bytes, bool last)
     } while (!bytes.empty());
 }
 
+void Markup::Skip(std::string_view bytes)
+{
+    m_skippedBytes += bytes.size();
+    m_skippedLines += static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
+}
+
 std::size_t Markup::Line() const
 {
-    return static_cast<std::size_t>(XML_GetCurrentLineNumber(m_parser->expat));
+    return static_cast<std::size_t>(XML_GetCurrentLineNumber(m_parser->expat)) + m_skippedLines;
 }
 
 std::size_t Markup::EventStart() const
 {
-    return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser->expat), 0));
+    return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser->expat), 0)) +
+           m_skippedBytes;
 }
 
 std::size_t Markup::EventEnd() const
