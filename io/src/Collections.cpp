@@ -96,8 +96,8 @@ private:
 // collection's folder or is missing.
 fs::path Resolve(const std::string& collection, const Entry& entry)
 {
-    const std::string where = collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" +
-                              entry.path + "': ";
+    const std::string where =
+        collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" + entry.path + "': ";
     const fs::path relative(entry.path);
     if (entry.path.empty() || relative.has_root_name() || relative.has_root_directory())
     {
@@ -151,8 +151,8 @@ PolyData ReadEntries(const std::string& collection, const std::vector<Entry>& en
     std::vector<std::string> notes;
     for (const Entry& entry : entries)
     {
-        const std::string label = collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" +
-                                  entry.path + "'";
+        const std::string label =
+            collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" + entry.path + "'";
         if (!HasExtension(entry.path, ".vtp"))
         {
             if (entry.element.rfind("Piece", 0) == 0)
@@ -186,7 +186,8 @@ void ExpectSame(bool same, const std::string& label, const DataArray& array, con
     if (!same)
     {
         throw ReadError(label + ": " + (array.association == Association::Point ? "point" : "cell") + " array '" +
-                        array.name + "' (" + std::to_string(array.components) + " components) " + what);
+                        array.name + "' of " + std::to_string(array.components) + " component" +
+                        (array.components == 1 ? " " : "s ") + what);
     }
 }
 
@@ -205,8 +206,7 @@ void Append(PolyData& data, const PolyData& piece, const std::string& label)
     }
     for (const DataArray& array : piece.arrays)
     {
-        ExpectSame(data.Find(array.name, array.association) != nullptr, label, array,
-                   "is not in the first piece");
+        ExpectSame(data.Find(array.name, array.association) != nullptr, label, array, "is not in the first piece");
     }
     const std::size_t pointBase = data.PointCount();
     const std::size_t indexBase = data.connectivity.size();

@@ -68,8 +68,8 @@ private:
     static void OnStart(void* user, const char* element, const char** attributes);
     static void OnEnd(void* user, const char* element);
     static void OnDoctype(void* user, const char* name, const char* system, const char* pub, int internal);
-    static void OnEntity(void* user, const char* name, int parameter, const char* value, int length,
-                         const char* base, const char* system, const char* pub, const char* notation);
+    static void OnEntity(void* user, const char* name, int parameter, const char* value, int length, const char* base,
+                         const char* system, const char* pub, const char* notation);
     void Stop(std::exception_ptr error);
 
     struct Parser;

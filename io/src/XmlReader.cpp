@@ -33,8 +33,8 @@ enum class Element
     Strips,
     Polys,
     FieldData,
-    DataArray,  // one this reader decodes
-    Skipped,    // one it reads past
+    DataArray, // one this reader decodes
+    Skipped,   // one it reads past
     AppendedData,
     Other
 };
@@ -138,9 +138,7 @@ Cut CutAppended(std::string_view bytes, const std::string& name)
 class Structure final : public MarkupHandler
 {
 public:
-    Structure(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name), m_markup(name, *this)
-    {
-    }
+    Structure(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name), m_markup(name, *this) {}
 
     void Parse(const Cut& cut)
     {
@@ -215,13 +213,13 @@ private:
         switch (parent)
         {
         case Element::File:
-            return element == "PolyData" ? Element::PolyData
+            return element == "PolyData"       ? Element::PolyData
                    : element == "AppendedData" ? Element::AppendedData
                                                : Element::Other;
         case Element::PolyData:
             return element == "Piece" ? Element::Piece : element == "FieldData" ? Element::FieldData : Element::Other;
         case Element::Piece:
-            return element == "PointData" ? Element::PointData
+            return element == "PointData"  ? Element::PointData
                    : element == "CellData" ? Element::CellData
                    : element == "Points"   ? Element::Points
                    : element == "Verts"    ? Element::Verts
@@ -232,12 +230,9 @@ private:
         case Element::PointData:
         case Element::CellData:
         case Element::Points:
-        case Element::Lines:
-            return element == "DataArray" ? Element::DataArray : Element::Other;
-        case Element::FieldData:
-            return element == "DataArray" ? Element::Skipped : Element::Other;
-        default:
-            return Element::Other;
+        case Element::Lines: return element == "DataArray" ? Element::DataArray : Element::Other;
+        case Element::FieldData: return element == "DataArray" ? Element::Skipped : Element::Other;
+        default: return Element::Other;
         }
     }
 
@@ -343,8 +338,7 @@ private:
         }
         layout.header64 = header != nullptr && std::string_view(header) == "UInt64";
         const char* compressor = attributes.Find("compressor");
-        if (compressor != nullptr && *compressor != '\0' &&
-            std::string_view(compressor) != "vtkZLibDataCompressor")
+        if (compressor != nullptr && *compressor != '\0' && std::string_view(compressor) != "vtkZLibDataCompressor")
         {
             Fail("VTKFile compressor: expected vtkZLibDataCompressor (the only one this reader inflates), found " +
                  Quoted(compressor));
@@ -510,13 +504,14 @@ private:
     {
         if (piece.points > 0 && !piece.pointArray)
         {
-            FailAt(piece.line, "Piece: expected a Points element with a DataArray for its " + std::to_string(piece.points) +
-                 " points");
+            FailAt(piece.line, "Piece: expected a Points element with a DataArray for its " +
+                                   std::to_string(piece.points) + " points");
         }
         if (piece.lines > 0 && (!piece.connectivity || !piece.offsets))
         {
-            FailAt(piece.line, "Piece: expected a Lines element with DataArrays named connectivity and offsets for its " +
-                 std::to_string(piece.lines) + " lines");
+            FailAt(piece.line,
+                   "Piece: expected a Lines element with DataArrays named connectivity and offsets for its " +
+                       std::to_string(piece.lines) + " lines");
         }
     }
 
@@ -587,8 +582,8 @@ private:
             }
             if (array.offset > m_cut.appended.size())
             {
-                throw ReadError(m_name + ":" + std::to_string(array.line) + ": " + array.where + " offset: " +
-                                std::to_string(array.offset) + " is past the end of the " +
+                throw ReadError(m_name + ":" + std::to_string(array.line) + ": " + array.where +
+                                " offset: " + std::to_string(array.offset) + " is past the end of the " +
                                 std::to_string(m_cut.appended.size()) + " bytes of the appended data");
             }
             data = m_cut.appended.substr(static_cast<std::size_t>(array.offset));
@@ -712,8 +707,8 @@ private:
         values.components = array.components;
         const auto components = static_cast<std::size_t>(array.components);
         const Expected expected{Times(tuples, components),
-                                std::to_string(components) + " components for each of " + std::to_string(tuples) +
-                                    " " + what + "s"};
+                                std::to_string(components) + (components == 1 ? " component" : " components") +
+                                    " for each of " + std::to_string(tuples) + " " + what + "s"};
         if (array.type->scalar == Scalar::Float32)
         {
             std::vector<float> numbers;
