@@ -124,10 +124,11 @@ fs::path Resolve(const std::string& collection, const Entry& entry)
         throw ReadError(where + "no such file (looked for " + file.string() + ")");
     }
     // Links may lead out of the tree where the names do not.
+    std::error_code realError;
     const fs::path real = fs::canonical(file, error);
-    const fs::path realFolder = fs::canonical(folder, error);
+    const fs::path realFolder = fs::canonical(folder, realError);
     const auto [mismatch, unused] = std::mismatch(realFolder.begin(), realFolder.end(), real.begin(), real.end());
-    if (error || mismatch != realFolder.end())
+    if (error || realError || mismatch != realFolder.end())
     {
         throw ReadError(where + "expected a file inside the folder of " + collection + ", found a link leading out");
     }

@@ -422,6 +422,16 @@ TEST_F(XmlCollectionTest, ParallelAndMultiBlockJoinTheirPieces)
     EXPECT_EQ(blocks.notes, (std::vector<std::string>{"parts/grid.vtu is not polydata (.vtp); it was read past."}));
 }
 
+TEST_F(XmlCollectionTest, FilesAreToldByTheirExtension)
+{
+    EXPECT_EQ(KesraIo::ReadPolyData(Write("data/LINES.VTP", Vtp(kThreePoints + kOneLine))).PointCount(), 3u);
+    // Any other name is a legacy file.
+    EXPECT_NE(RefusedWith("data/lines.xml", Vtp(kThreePoints + kOneLine)).find("lines.xml:1: expected '# vtk"),
+              std::string::npos);
+    const std::string folder = (m_root / "data" / "parts").string();
+    EXPECT_THROW(KesraIo::ReadPolyData(folder), ReadError);
+}
+
 TEST_F(XmlCollectionTest, PiecesMissingOrOutsideTheFolderAreRefused)
 {
     EXPECT_NE(RefusedWith("data/r.pvtp", Parallel("<Piece Source=\"parts/b.vtp\"/>"))
