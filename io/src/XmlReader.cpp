@@ -178,6 +178,11 @@ public:
         case Element::AppendedData: ReadAppended(attributes); break;
         default: break;
         }
+        if (element == "DataArray")
+        {
+            // Kept, read past or unknown, its text is no markup.
+            m_inlineContentAt = m_markup.EventEnd();
+        }
     }
 
     void End(std::string_view) override
@@ -419,10 +424,6 @@ private:
         ReadFormat(array, attributes);
         m_array = std::move(array);
         m_contentStart = m_markup.EventEnd();
-        if (!m_array.appended)
-        {
-            m_inlineContentAt = m_contentStart;
-        }
     }
 
     void ReadFormat(ArrayRef& array, const Attributes& attributes) const
@@ -521,7 +522,7 @@ private:
     std::vector<Element> m_stack;
     ArrayRef m_array;
     std::size_t m_contentStart = 0;
-    std::size_t m_inlineContentAt = 0; // where the last inline array's content starts
+    std::size_t m_inlineContentAt = 0; // where the last DataArray's content starts
     bool m_sawPolyData = false;
 };
 
