@@ -197,9 +197,16 @@ bool IsEmpty(const PolyData& piece)
     return piece.PointCount() == 0 && piece.LineCount() == 0;
 }
 
-void Append(PolyData& data, const PolyData& piece, const std::string& label)
+// Refuses a piece whose arrays are not the first piece's, and a name
+// given twice, which would leave the match to chance.
+void ExpectSameArrays(const PolyData& first, const PolyData& piece, const std::string& label)
 {
-    for (const DataArray& array : data.arrays)
+    for (const DataArray& array : piece.arrays)
+    {
+        ExpectSame(&array == piece.Find(array.name, array.association), label, array,
+                   "is there twice: pieces are joined by array names");
+    }
+    for (const DataArray& array : first.arrays)
     {
         const DataArray* match = piece.Find(array.name, array.association);
         ExpectSame(match != nullptr && match->components == array.components, label, array,
@@ -207,23 +214,90 @@ void Append(PolyData& data, const PolyData& piece, const std::string& label)
     }
     for (const DataArray& array : piece.arrays)
     {
-        ExpectSame(data.Find(array.name, array.association) != nullptr, label, array, "is not in the first piece");
+        ExpectSame(first.Find(array.name, array.association) != nullptr, label, array, "is not in the first piece");
     }
-    const std::size_t pointBase = data.PointCount();
-    const std::size_t indexBase = data.connectivity.size();
-    data.points.Append(piece.points);
-    for (std::size_t i = 1; i < piece.lineOffsets.size(); ++i)
+}
+
+Numbers& ValuesOf(PolyData& piece, const DataArray& like)
+{
+    for (DataArray& array : piece.arrays)
     {
-        data.lineOffsets.push_back(indexBase + piece.lineOffsets[i]);
+        if (array.name == like.name && array.association == like.association)
+        {
+            return array.values;
+        }
     }
-    data.connectivity.reserve(indexBase + piece.connectivity.size());
-    for (const std::size_t index : piece.connectivity)
+    return piece.points; // never reached: the arrays were matched first
+}
+
+// The runs of numbers of every piece, one after the other, each piece's
+// run freed as soon as it is copied: the whole never takes more than the
+// pieces and their join. Widened to double when the pieces' widths differ.
+template <typename Run>
+Numbers Joined(const std::vector<PolyData*>& pieces, Run run)
+{
+    std::size_t total = 0;
+    bool floats = true;
+    for (PolyData* piece : pieces)
     {
-        data.connectivity.push_back(pointBase + index);
+        const Numbers& numbers = run(*piece);
+        total += numbers.Size();
+        floats = floats && (numbers.IsFloat() || numbers.Size() == 0);
     }
-    for (DataArray& array : data.arrays)
+    Numbers joined;
+    if (floats)
     {
-        array.values.Append(piece.Find(array.name, array.association)->values);
+        std::vector<float>& values = joined.Floats(0);
+        values.reserve(total);
+        for (PolyData* piece : pieces)
+        {
+            Numbers& numbers = run(*piece);
+            values.insert(values.end(), numbers.Floats().begin(), numbers.Floats().end());
+            numbers = Numbers();
+        }
+        return joined;
+    }
+    std::vector<double>& values = joined.Doubles(0);
+    values.reserve(total);
+    for (PolyData* piece : pieces)
+    {
+        Numbers& numbers = run(*piece);
+        for (std::size_t i = 0; i < numbers.Size(); ++i)
+        {
+            values.push_back(numbers[i]);
+        }
+        numbers = Numbers();
+    }
+    return joined;
+}
+
+// The lines of every piece, their indices shifted past the points and
+// indices of the pieces before.
+void JoinLines(const std::vector<PolyData*>& pieces, PolyData& data)
+{
+    std::size_t lines = 0;
+    std::size_t indices = 0;
+    for (const PolyData* piece : pieces)
+    {
+        lines += piece->LineCount();
+        indices += piece->connectivity.size();
+    }
+    data.lineOffsets.reserve(lines + 1);
+    data.connectivity.reserve(indices);
+    std::size_t pointBase = 0;
+    for (PolyData* piece : pieces)
+    {
+        const std::size_t indexBase = data.connectivity.size();
+        for (std::size_t i = 1; i < piece->lineOffsets.size(); ++i)
+        {
+            data.lineOffsets.push_back(indexBase + piece->lineOffsets[i]);
+        }
+        for (const std::size_t index : piece->connectivity)
+        {
+            data.connectivity.push_back(pointBase + index);
+        }
+        pointBase += piece->PointCount();
+        piece->connectivity = std::vector<std::size_t>();
     }
 }
 
@@ -231,31 +305,50 @@ void Append(PolyData& data, const PolyData& piece, const std::string& label)
 
 PolyData JoinPieces(std::vector<PolyData> pieces, const std::vector<std::string>& labels)
 {
-    PolyData data;
-    data.lineOffsets.assign(1, 0);
     std::vector<std::string> notes;
     std::string scalars;
-    bool first = true;
+    std::vector<PolyData*> full;
     for (std::size_t i = 0; i < pieces.size(); ++i)
     {
-        PolyData& piece = pieces[i];
-        notes.insert(notes.end(), piece.notes.begin(), piece.notes.end());
+        notes.insert(notes.end(), pieces[i].notes.begin(), pieces[i].notes.end());
         if (scalars.empty())
         {
-            scalars = piece.activeScalars;
+            scalars = pieces[i].activeScalars;
         }
-        if (IsEmpty(piece))
+        if (IsEmpty(pieces[i]))
         {
             continue;
         }
-        if (first)
+        full.push_back(&pieces[i]);
+    }
+    for (std::size_t i = 1; i < full.size(); ++i)
+    {
+        ExpectSameArrays(*full.front(), *full[i], labels[static_cast<std::size_t>(full[i] - pieces.data())]);
+    }
+    if (full.size() > 1)
+    {
+        ExpectSameArrays(*full.front(), *full.front(), labels[static_cast<std::size_t>(full[0] - pieces.data())]);
+    }
+    PolyData data;
+    if (full.size() == 1)
+    {
+        data = std::move(*full.front());
+    }
+    else if (full.size() > 1)
+    {
+        data.lineOffsets.assign(1, 0);
+        JoinLines(full, data);
+        data.points = Joined(full, [](PolyData& piece) -> Numbers& { return piece.points; });
+        for (const DataArray& array : full.front()->arrays)
         {
-            data = std::move(piece);
-            first = false;
-            continue;
+            DataArray joined{array.name, array.association, array.components, Numbers()};
+            joined.values = Joined(full, [&array](PolyData& piece) -> Numbers& { return ValuesOf(piece, array); });
+            data.arrays.push_back(std::move(joined));
         }
-        Append(data, piece, labels[i]);
-        piece = PolyData(); // the joined copy is all that is kept
+    }
+    if (data.lineOffsets.empty())
+    {
+        data.lineOffsets.assign(1, 0);
     }
     data.notes = std::move(notes);
     data.activeScalars = scalars;

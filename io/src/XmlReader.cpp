@@ -43,7 +43,6 @@ enum class Element
 struct ArrayRef
 {
     std::string name;
-    std::string typeName;
     const ValueType* type = nullptr; // nullptr for strings
     int components = 1;
     Form form = Form::Ascii;
@@ -402,9 +401,9 @@ private:
         array.name = name != nullptr ? name : "";
         array.where = std::string(ParentName(parent)) + " DataArray" + (name != nullptr ? " " + Quoted(name) : "");
         const char* type = attributes.Find("type");
-        array.typeName = type != nullptr ? type : "";
-        array.type = FindValueType(array.typeName);
-        const bool strings = array.typeName == "String";
+        const std::string_view typeName = type != nullptr ? type : "";
+        array.type = FindValueType(typeName);
+        const bool strings = typeName == "String";
         if (array.type == nullptr && !(strings && (parent == Element::PointData || parent == Element::CellData)))
         {
             Fail(array.where + " type: expected one of " + ValueTypeNames() + ", found " + Shown(type));

@@ -332,33 +332,39 @@ TEST(XmlReaderTest, TypesKeepOrWidenAndExtrasAreReadPast)
     EXPECT_NE(lines.notes[1].find("'labels' holds strings"), std::string::npos) << lines.notes[1];
 }
 
+std::string Pieces(const std::string& pieces)
+{
+    return "<VTKFile type=\"PolyData\"><PolyData>" + pieces + "</PolyData></VTKFile>";
+}
+
 TEST(XmlReaderTest, PiecesOfOneFileJoinWithShiftedIndices)
 {
     const std::string piece = "<Piece NumberOfPoints=\"3\" NumberOfLines=\"1\">" + kThreePoints + kOneLine +
                               "<PointData Scalars=\"s\"><DataArray type=\"Int32\" Name=\"s\">1 2 3</DataArray>"
                               "</PointData></Piece>\n";
     const std::string empty = "<Piece NumberOfPoints=\"0\" NumberOfLines=\"0\"/>\n";
-    const std::string file = "<VTKFile type=\"PolyData\"><PolyData>" + piece + empty + piece + "</PolyData></VTKFile>";
-    const PolyData lines = ParseXmlPolyData(file, "pieces.vtp");
+    const PolyData lines = ParseXmlPolyData(Pieces(piece + empty + piece), "pieces.vtp");
     EXPECT_EQ(lines.PointCount(), 6u);
     EXPECT_EQ(lines.lineOffsets, (std::vector<std::size_t>{0, 3, 6}));
     EXPECT_EQ(lines.connectivity, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5}));
     EXPECT_EQ(lines.activeScalars, "s");
     EXPECT_EQ(lines.arrays[0].values.Doubles(), (std::vector<double>{1, 2, 3, 1, 2, 3}));
 
+    // Widths that differ widen to double; names that differ or repeat are refused.
+    std::string floats = piece;
+    floats.replace(floats.find("Float64"), 7, "Float32");
+    const PolyData widened = ParseXmlPolyData(Pieces(floats + piece), "widths.vtp");
+    EXPECT_FALSE(widened.points.IsFloat());
+    EXPECT_EQ(widened.points.Doubles(), (std::vector<double>{0, 0, 0, 1, 0, 0, 2, 0, 0, 0, 0, 0, 1, 0, 0, 2, 0, 0}));
     std::string other = piece;
     other.replace(other.find("Name=\"s\""), 8, "Name=\"t\"");
-    try
-    {
-        ParseXmlPolyData("<VTKFile type=\"PolyData\"><PolyData>" + piece + other + "</PolyData></VTKFile>", "p.vtp");
-        FAIL() << "pieces with different arrays were joined";
-    }
-    catch (const ReadError& error)
-    {
-        EXPECT_NE(std::string(error.what()).find("p.vtp:4: Piece 1: point array 's' of 1 component is missing"),
-                  std::string::npos)
-            << error.what();
-    }
+    std::string twice = piece;
+    twice.replace(twice.find("</PointData>"), 0, "<DataArray type=\"Int32\" Name=\"s\">1 2 3</DataArray>");
+    KesraTest::ExpectRefused({{"another array", Pieces(piece + other),
+                               {"p.vtp:4: Piece 1: point array 's' of 1 component is missing there"}},
+                              {"an array twice", Pieces(twice + piece),
+                               {"p.vtp:1: Piece 0: point array 's' of 1 component is there twice"}}},
+                             [](const std::string& file) { ParseXmlPolyData(file, "p.vtp"); });
 }
 
 // ---- Collections ----------------------------------------------------------------------------
