@@ -360,9 +360,11 @@ TEST(XmlReaderTest, PiecesOfOneFileJoinWithShiftedIndices)
     other.replace(other.find("Name=\"s\""), 8, "Name=\"t\"");
     std::string twice = piece;
     twice.replace(twice.find("</PointData>"), 0, "<DataArray type=\"Int32\" Name=\"s\">1 2 3</DataArray>");
-    KesraTest::ExpectRefused({{"another array", Pieces(piece + other),
+    KesraTest::ExpectRefused({{"another array",
+                               Pieces(piece + other),
                                {"p.vtp:4: Piece 1: point array 's' of 1 component is missing there"}},
-                              {"an array twice", Pieces(twice + piece),
+                              {"an array twice",
+                               Pieces(twice + piece),
                                {"p.vtp:1: Piece 0: point array 's' of 1 component is there twice"}}},
                              [](const std::string& file) { ParseXmlPolyData(file, "p.vtp"); });
 }
@@ -417,6 +419,14 @@ TEST_F(XmlCollectionTest, ParallelAndMultiBlockJoinTheirPieces)
         Write("data/run.pvtp", Parallel("<Piece Source=\"parts/a.vtp\"/><Piece Source=\"./parts/../parts/a.vtp\"/>")));
     EXPECT_EQ(parallel.PointCount(), 6u);
     EXPECT_EQ(parallel.connectivity, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5}));
+
+    // The summary names the active scalars where its pieces do not.
+    Write("data/parts/s.vtp", Vtp(kThreePoints + kOneLine +
+                                  "<PointData><DataArray type=\"Float32\" Name=\"s\">1 2 3</DataArray></PointData>"));
+    const PolyData named = KesraIo::ReadPolyData(
+        Write("data/s.pvtp", Parallel("<PPointData Scalars=\"s\"><PDataArray type=\"Float32\" Name=\"s\"/></PPointData>"
+                                      "<Piece Source=\"parts/s.vtp\"/>")));
+    EXPECT_EQ(named.activeScalars, "s");
 
     const PolyData blocks = KesraIo::ReadPolyData(
         Write("data/run.vtm", "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\"><vtkMultiBlockDataSet>"
