@@ -6,16 +6,17 @@
 // sphere's equator.
 #pragma once
 
-#include "MathKit/Vector3.h"
+#include "common/SceneData.h"
 
 #include <vector>
 
 namespace KesraExamples
 {
 
-using Vec3 = KesraMathKit::TKesraVector3<double>;
+using KesraBackend::Vec3;
 
-constexpr double kSphereRadius = 1.0; // m, centred at the origin
+// m, centred at the origin: the sphere a scene shows.
+constexpr double kSphereRadius = KesraBackend::kSceneSphereRadius;
 
 struct FlowLine
 {
@@ -31,5 +32,8 @@ Vec3 Velocity(const Vec3& p);
 // fourth-order Runge-Kutta step until it leaves the box downstream, and
 // resampled at equal arc lengths.
 std::vector<FlowLine> TraceSphereFlow();
+
+// The flow past a sphere as a scene shows it, coloured by speed.
+KesraBackend::SceneData FlowSceneData();
 
 } // namespace KesraExamples

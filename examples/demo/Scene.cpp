@@ -1,7 +1,7 @@
 #include "Scene.h"
 
-#include "SceneLook.h"
-#include "Sphere.h"
+#include "common/SceneLook.h"
+#include "common/SphereMesh.h"
 
 #include <algorithm>
 #include <limits>
@@ -19,7 +19,7 @@ constexpr int kLegendWidth = 170; // pixels at the right edge taken by the legen
 void PreparePaper(KesraSvg::CSvgRenderer& renderer, const KesraSvg::CSvgFont& font)
 {
     renderer.CreateContext();
-    KesraExamples::DressPaper(renderer);
+    KesraBackend::DressPaper(renderer);
     renderer.SetFont(&font);
 }
 
@@ -38,23 +38,23 @@ DemoScene::DemoScene(const SceneData& data, const SceneOptions& options)
     m_renderer.SetLineSmoothing(1);
     m_renderer.SetPolygonSmoothing(1);
     m_renderer.InitializeState();
-    KesraExamples::PlaceLight(m_light);
+    KesraBackend::PlaceLight(m_light);
 
-    KesraExamples::LoadPalette(m_legend, options.palette);
+    KesraBackend::LoadPalette(m_legend, options.palette);
     if (options.bandedBlocks > 0)
     {
         m_legend.SetBanded(1);
         m_legend.SetBlockNum(options.bandedBlocks);
     }
-    KesraExamples::DressLegend(m_legend, data);
+    KesraBackend::DressLegend(m_legend, data);
     m_legend.SetNote("stream 1 m/s");
 
-    const KesraExamples::Extremes extremes = KesraExamples::FindExtremes(data.lines);
+    const KesraBackend::Extremes extremes = KesraBackend::FindExtremes(data.lines);
     m_summary.minSpeed = extremes.smallest.value;
     m_summary.maxSpeed = extremes.largest.value;
     m_legend.SetValueRange(m_summary.minSpeed, m_summary.maxSpeed, true, true);
 
-    KesraExamples::DressRuler(m_ruler, data);
+    KesraBackend::DressRuler(m_ruler, data);
     m_camera.RegisterEventHandler(&m_updater);
 
     BuildTubes(data);
@@ -83,11 +83,11 @@ void DemoScene::BuildTubes(const SceneData& data)
                     std::numeric_limits<float>::max()};
     float high[3] = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest(),
                      std::numeric_limits<float>::lowest()};
-    for (const KesraExamples::ScalarLine& line : data.lines)
+    for (const KesraBackend::ScalarLine& line : data.lines)
     {
         const int nodes = static_cast<int>(line.points.size());
         KesraSvg::CSvgStreamline* tube = m_tubeFactory.MakeStreamline();
-        if (tube == nullptr || !tube->Create(nodes, KesraExamples::kTubeSlices, radius, 1.0))
+        if (tube == nullptr || !tube->Create(nodes, KesraBackend::kTubeSlices, radius, 1.0))
         {
             continue;
         }
@@ -112,7 +112,7 @@ void DemoScene::BuildTubes(const SceneData& data)
         m_renderer.AddStreamline(tube);
         ++m_summary.streamlines;
         m_summary.nodes += nodes;
-        m_summary.ringVertices += nodes * KesraExamples::kTubeSlices;
+        m_summary.ringVertices += nodes * KesraBackend::kTubeSlices;
     }
     for (int axis = 0; axis < 3; ++axis)
     {
@@ -121,17 +121,17 @@ void DemoScene::BuildTubes(const SceneData& data)
     }
 }
 
-void DemoScene::BuildTips(const SceneData& data, const KesraExamples::Extremes& extremes)
+void DemoScene::BuildTips(const SceneData& data, const KesraBackend::Extremes& extremes)
 {
     m_tips = m_tipFactory.CreateTipManager();
     if (m_tips != nullptr)
     {
-        KesraExamples::AddExtremeTips(*m_tips, extremes, "%.2f", data.tipUnit, data.tipCentre,
+        KesraBackend::AddExtremeTips(*m_tips, extremes, "%.2f", data.tipUnit, data.tipCentre,
                                       data.tipDistance);
     }
 }
 
-void DemoScene::BuildChart(const KesraExamples::ScalarLine& line)
+void DemoScene::BuildChart(const KesraBackend::ScalarLine& line)
 {
     for (std::size_t i = 0; i < line.values.size() && i < line.lengths.size(); ++i)
     {
@@ -142,14 +142,14 @@ void DemoScene::BuildChart(const KesraExamples::ScalarLine& line)
 void DemoScene::BuildSphere()
 {
     // Each ring closes on its first point: quadrilaterals need no seam.
-    KesraExamples::SphereMesh mesh = KesraExamples::UnitSphere(18, 36, false);
+    KesraBackend::SphereMesh mesh = KesraBackend::UnitSphere(18, 36, false);
     for (const Vec3& normal : mesh.normals)
     {
-        m_sphere.points.push_back(normal * KesraExamples::kSphereDrawnRadius);
+        m_sphere.points.push_back(normal * KesraBackend::kSphereDrawnRadius);
     }
     m_sphere.normals = std::move(mesh.normals);
     m_sphere.quads = std::move(mesh.quads);
-    const unsigned char* rgba = KesraExamples::kSphereRgba;
+    const unsigned char* rgba = KesraBackend::kSphereRgba;
     m_sphere.color = {rgba[0], rgba[1], rgba[2], rgba[3]};
     m_renderer.AddSurface(&m_sphere);
 }
@@ -158,9 +158,9 @@ void DemoScene::Layout(int width, int height, bool forSheet)
 {
     m_renderer.Resize(width, height);
     // The legend's window ends below the title band, so the two never meet.
-    m_legend.Create(width, height - KesraExamples::kTitleBand, width - kLegendWidth, 40);
+    m_legend.Create(width, height - KesraBackend::kTitleBand, width - kLegendWidth, 40);
     m_legend.SetVisibility(forSheet ? 0 : 1);
-    m_ruler.Create(width, height, static_cast<int>(KesraExamples::kRulerStart * width), 22);
+    m_ruler.Create(width, height, static_cast<int>(KesraBackend::kRulerStart * width), 22);
     m_ruler.SetTextColor({30, 30, 30, 255});
     m_axis.Create(width, height);
     if (m_tips != nullptr)
@@ -170,7 +170,7 @@ void DemoScene::Layout(int width, int height, bool forSheet)
 
     // The chart sits in the bottom strip between the axis triad and the
     // ruler, which the fitted model leaves free; a small frame has no room.
-    const double rulerStart = KesraExamples::kRulerStart * width;
+    const double rulerStart = KesraBackend::kRulerStart * width;
     KesraSvg::CurveInset inset;
     inset.x = 112.0;
     inset.y = 14.0;
@@ -191,14 +191,14 @@ std::string DemoScene::RenderFrame(View view, int width, int height, bool forShe
 {
     Layout(width, height, forSheet);
     m_camera.ZoomAll(m_box);
-    KesraExamples::ApplyView(m_camera, view, false);
+    KesraBackend::ApplyView(m_camera, view, false);
     if (!forSheet)
     {
-        KesraExamples::FitBesideLegend(m_camera, width, height, kLegendWidth);
+        KesraBackend::FitBesideLegend(m_camera, width, height, kLegendWidth);
     }
     // The sheet names each view in its caption.
     const std::string name =
-        forSheet ? std::string() : m_title + ", " + KesraExamples::ViewName(view) + " view";
+        forSheet ? std::string() : m_title + ", " + KesraBackend::ViewName(view) + " view";
     m_renderer.SetName(name.c_str());
     m_renderer.SetIdPrefix("f" + std::to_string(m_frames++) + "-");
     m_renderer.Render();

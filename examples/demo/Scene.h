@@ -5,16 +5,16 @@
 // triad and the ruler current, as a host's would.
 //
 // The data, its extremes and their tips, the sphere's mesh, the palettes and
-// the look are the examples' shared scene (examples/common); what is here is
+// the look are every backend's (common/); what is here is
 // the SVG wiring, the frame's layout, the chart and the contact sheet's key.
 #pragma once
 
 #include "Engine/Curve2D.h"
-#include "Extremes.h"
-#include "OverlayUpdater.h"
-#include "Palette.h"
-#include "SceneData.h"
-#include "Views.h"
+#include "common/OverlayUpdater.h"
+#include "common/Palette.h"
+#include "common/SceneData.h"
+#include "common/SceneExtremes.h"
+#include "common/Views.h"
 #include "svg/SvgAxis.h"
 #include "svg/SvgCamera.h"
 #include "svg/SvgLight.h"
@@ -30,10 +30,10 @@
 namespace KesraDemo
 {
 
-using KesraExamples::Palette;
-using KesraExamples::SceneData;
-using KesraExamples::Vec3;
-using KesraExamples::View;
+using KesraBackend::Palette;
+using KesraBackend::SceneData;
+using KesraBackend::Vec3;
+using KesraBackend::View;
 
 struct SceneOptions
 {
@@ -72,8 +72,8 @@ public:
 
 private:
     void BuildTubes(const SceneData& data);
-    void BuildTips(const SceneData& data, const KesraExamples::Extremes& extremes);
-    void BuildChart(const KesraExamples::ScalarLine& line);
+    void BuildTips(const SceneData& data, const KesraBackend::Extremes& extremes);
+    void BuildChart(const KesraBackend::ScalarLine& line);
     void BuildSphere();
     void Layout(int width, int height, bool forSheet);
 
@@ -90,7 +90,7 @@ private:
     KesraEngine::CKesraTipManager* m_tips = nullptr;
     KesraEngine::CKesraCurve2D m_chart;
     KesraSvg::SurfaceMesh m_sphere;
-    KesraExamples::OverlayUpdater m_updater;
+    KesraBackend::OverlayUpdater m_updater;
     float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
     std::string m_title; // of the data, before the view's name
     SceneSummary m_summary;

@@ -4,9 +4,9 @@
 //
 // Exit codes: 0 done, 1 an output could not be written (nothing is left
 // behind), 2 a bad option or value.
-#include "Palette.h"
+#include "Flow.h"
 #include "Scene.h"
-#include "SceneData.h"
+#include "common/Palette.h"
 #include "svg/SvgSheet.h"
 
 #include <algorithm>
@@ -25,10 +25,10 @@
 namespace
 {
 
-using KesraExamples::kPalettes;
-using KesraExamples::kViews;
-using KesraExamples::Palette;
-using KesraExamples::View;
+using KesraBackend::kPalettes;
+using KesraBackend::kViews;
+using KesraBackend::Palette;
+using KesraBackend::View;
 
 constexpr int kMinSide = 400;
 constexpr int kMaxSide = 8000;
@@ -352,7 +352,7 @@ void WriteOutputs(const std::vector<std::pair<std::string, std::string>>& output
 int Run(const Options& options)
 {
     const auto start = std::chrono::steady_clock::now();
-    const KesraExamples::SceneData data = KesraExamples::FlowSceneData();
+    const KesraBackend::SceneData data = KesraExamples::FlowSceneData();
     KesraDemo::DemoScene scene(data, options.scene);
 
     std::vector<std::pair<std::string, std::string>> outputs;
@@ -362,7 +362,7 @@ int Run(const Options& options)
         const int cellWidth = std::max(options.width / 3, 300);
         const int cellHeight = std::max(options.height / 3, 200);
         std::vector<KesraSvg::SheetCell> cells;
-        for (const KesraExamples::NamedView& view : kViews)
+        for (const KesraBackend::NamedView& view : kViews)
         {
             cells.push_back({view.name, scene.RenderFrame(view.value, cellWidth, cellHeight, true),
                              cellWidth, cellHeight});
@@ -386,7 +386,7 @@ int Run(const Options& options)
     std::printf("  ring vertices: %d\n", summary.ringVertices);
     std::printf("  speed range:   %.3f to %.3f m/s\n", summary.minSpeed, summary.maxSpeed);
     std::printf("  ruler:         %s\n", scene.RulerText().c_str());
-    std::printf("  view:          %s, %dx%d\n", KesraExamples::ViewName(options.view), options.width,
+    std::printf("  view:          %s, %dx%d\n", KesraBackend::ViewName(options.view), options.width,
                 options.height);
     std::printf("  frame:         %s\n", AbsolutePath(options.out).c_str());
     if (!options.sheet.empty())

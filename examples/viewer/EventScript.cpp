@@ -52,22 +52,22 @@ public:
         return static_cast<int>(value);
     }
 
-    Button ButtonWord()
+    KesraGl::MouseButton ButtonWord()
     {
         const std::string word = Word("a button: left, middle or right");
         if (word == "left")
         {
-            return Button::Left;
+            return KesraGl::MouseButton::Left;
         }
         if (word == "middle")
         {
-            return Button::Middle;
+            return KesraGl::MouseButton::Middle;
         }
         if (word != "right")
         {
             Fail("a button: left, middle or right, not \"" + word + "\"");
         }
-        return Button::Right;
+        return KesraGl::MouseButton::Right;
     }
 
     void Position(Event& event)
@@ -139,7 +139,7 @@ Event ParseLine(LineReader& reader, const std::string& kind)
         const std::string word = reader.Word("a key: one character or esc");
         if (word == "esc")
         {
-            event.key = InputHandler::kEscape;
+            event.key = KesraGl::CGlSceneInput::kEscape;
         }
         else if (word.size() == 1)
         {
@@ -206,7 +206,7 @@ std::vector<Event> ReadEventFile(const std::string& path)
     return ParseEvents(in, path);
 }
 
-bool ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerScene& scene)
+bool ReplayEvents(const std::vector<Event>& events, KesraGl::CGlSceneInput& input, KesraGl::CGlScene& scene)
 {
     for (const Event& event : events)
     {
@@ -218,7 +218,7 @@ bool ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerS
         case Event::Kind::Wheel: input.Wheel(event.a, event.b, event.c); break;
         case Event::Kind::Resize: input.Resize(event.a, event.b); break;
         case Event::Kind::Key:
-            if (input.Key(event.key) == KeyAction::Quit)
+            if (input.Key(event.key) == KesraGl::KeyAction::Quit)
             {
                 return true;
             }

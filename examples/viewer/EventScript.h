@@ -11,7 +11,7 @@
 // X and Y are window pixels from the top-left corner.
 #pragma once
 
-#include "InputHandler.h"
+#include "gl/GlSceneInput.h"
 
 #include <istream>
 #include <stdexcept>
@@ -41,8 +41,8 @@ struct Event
     };
 
     Kind kind = Kind::Frame;
-    Button button = Button::Left;
-    Modifiers modifiers;
+    KesraGl::MouseButton button = KesraGl::MouseButton::Left;
+    KesraGl::KeyModifiers modifiers;
     int a = 0; // x, width, steps or frame count
     int b = 0; // y or height
     int c = 0; // wheel steps
@@ -56,6 +56,6 @@ std::vector<Event> ReadEventFile(const std::string& path);
 
 // Feeds the events to input, drawing the frames through scene; stops early at
 // a quit key. Returns true when it stopped there.
-bool ReplayEvents(const std::vector<Event>& events, InputHandler& input, ViewerScene& scene);
+bool ReplayEvents(const std::vector<Event>& events, KesraGl::CGlSceneInput& input, KesraGl::CGlScene& scene);
 
 } // namespace KesraViewer

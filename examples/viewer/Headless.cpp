@@ -10,7 +10,7 @@
 namespace KesraViewer
 {
 
-std::vector<double> TimeFrames(ViewerScene& scene, int frames)
+std::vector<double> TimeFrames(KesraGl::CGlScene& scene, int frames)
 {
     std::vector<double> times;
     times.reserve(static_cast<std::size_t>(frames));
@@ -26,7 +26,7 @@ std::vector<double> TimeFrames(ViewerScene& scene, int frames)
     return times;
 }
 
-void PrintFrameTimes(const std::vector<double>& times, const ViewerScene& scene)
+void PrintFrameTimes(const std::vector<double>& times, const KesraGl::CGlScene& scene)
 {
     if (times.empty())
     {
@@ -40,7 +40,7 @@ void PrintFrameTimes(const std::vector<double>& times, const ViewerScene& scene)
                 scene.VertexCount(), median, sorted.back());
 }
 
-bool WriteSnapshot(ViewerScene& scene, const std::string& path)
+bool WriteSnapshot(KesraGl::CGlScene& scene, const std::string& path)
 {
     const std::vector<unsigned char> rgba = scene.Capture();
     std::string error;
@@ -52,7 +52,7 @@ bool WriteSnapshot(ViewerScene& scene, const std::string& path)
     return true;
 }
 
-void ApplyOptions(const Options& options, ViewerScene& scene, InputHandler& input)
+void ApplyOptions(const Options& options, KesraGl::CGlScene& scene, KesraGl::CGlSceneInput& input)
 {
     scene.SetView(options.view, false);
     if (options.hasRange)
@@ -82,8 +82,8 @@ bool LoadEvents(const Options& options, std::vector<Event>& events)
     return true;
 }
 
-bool RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
-               InputHandler& input)
+bool RunScript(const Options& options, const std::vector<Event>& events, KesraGl::CGlScene& scene,
+               KesraGl::CGlSceneInput& input)
 {
     if (ReplayEvents(events, input, scene))
     {
@@ -104,13 +104,13 @@ int RunHeadless(const Options& options, SceneData data)
         return 2;
     }
     KesraGl::CEglContext context;
-    ViewerScene scene(context, std::move(data), options.width, options.height);
+    KesraGl::CGlScene scene(context, std::move(data), options.width, options.height);
     if (!scene.CreateContext())
     {
         std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
         return 1;
     }
-    InputHandler input(scene);
+    KesraGl::CGlSceneInput input(scene);
     ApplyOptions(options, scene, input);
     int snapshots = 0;
     bool written = true;

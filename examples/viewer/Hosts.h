@@ -7,33 +7,35 @@
 
 #include "EventScript.h"
 #include "Options.h"
-#include "SceneData.h"
+#include "common/SceneData.h"
 
 #include <vector>
 
 namespace KesraViewer
 {
 
+using KesraBackend::SceneData;
+
 int RunHeadless(const Options& options, SceneData data);
 int RunWindow(const Options& options, SceneData data);
 
 // The milliseconds of each of frames frames, each drawn and finished.
-std::vector<double> TimeFrames(ViewerScene& scene, int frames);
+std::vector<double> TimeFrames(KesraGl::CGlScene& scene, int frames);
 // Prints the median and the worst of times.
-void PrintFrameTimes(const std::vector<double>& times, const ViewerScene& scene);
+void PrintFrameTimes(const std::vector<double>& times, const KesraGl::CGlScene& scene);
 
 // The --events file's events into events; false with the message printed.
 bool LoadEvents(const Options& options, std::vector<Event>& events);
 // Replays events, then times --bench-frames and prints the times. True when
 // the events end with a quit key (then nothing is timed).
-bool RunScript(const Options& options, const std::vector<Event>& events, ViewerScene& scene,
-               InputHandler& input);
+bool RunScript(const Options& options, const std::vector<Event>& events, KesraGl::CGlScene& scene,
+               KesraGl::CGlSceneInput& input);
 
 // What the command line sets on a new scene: the view, the legend's range;
 // and what the input prints (the value under the cursor).
-void ApplyOptions(const Options& options, ViewerScene& scene, InputHandler& input);
+void ApplyOptions(const Options& options, KesraGl::CGlScene& scene, KesraGl::CGlSceneInput& input);
 
 // Writes the current frame of scene as a PNG; false with the message printed.
-bool WriteSnapshot(ViewerScene& scene, const std::string& path);
+bool WriteSnapshot(KesraGl::CGlScene& scene, const std::string& path);
 
 } // namespace KesraViewer

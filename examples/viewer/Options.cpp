@@ -1,6 +1,6 @@
 #include "Options.h"
 
-#include "Controls.h"
+#include "gl/GlSceneControls.h"
 
 #include <cerrno>
 #include <cmath>
@@ -41,7 +41,7 @@ bool ParseSize(const std::string& text, Options& options)
 
 bool ParseView(const std::string& text, Options& options)
 {
-    for (const KesraExamples::NamedView& entry : KesraExamples::kViews)
+    for (const KesraBackend::NamedView& entry : KesraBackend::kViews)
     {
         if (text == entry.name)
         {
@@ -55,7 +55,7 @@ bool ParseView(const std::string& text, Options& options)
 std::string ViewNames()
 {
     std::string names;
-    for (const KesraExamples::NamedView& entry : KesraExamples::kViews)
+    for (const KesraBackend::NamedView& entry : KesraBackend::kViews)
     {
         names += names.empty() ? "" : ", ";
         names += entry.name;
@@ -121,7 +121,7 @@ std::string Usage()
         "  --snapshot FILE.png the picture after the events (headless)\n"
         "  --help              this text\n"
         "Controls:\n";
-    for (const char* control : kControls)
+    for (const char* control : KesraGl::kSceneControls)
     {
         usage += std::string("  ") + control + "\n";
     }

@@ -1,7 +1,7 @@
 // The viewer's command line.
 #pragma once
 
-#include "Views.h"
+#include "common/Views.h"
 
 #include <string>
 
@@ -15,7 +15,7 @@ struct Options
     std::string snapshot;   // PNG written after the events (headless)
     int width = 1200;
     int height = 800;
-    KesraExamples::View view = KesraExamples::View::Iso;
+    KesraBackend::View view = KesraBackend::View::Iso;
     std::string events;     // event file to replay first
     int benchFrames = 0;    // frames to time
     std::string file;       // the user's polylines; empty for the flow past a sphere

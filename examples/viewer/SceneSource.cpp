@@ -1,5 +1,6 @@
 #include "SceneSource.h"
 
+#include "Flow.h"
 #include "KesraIo/ArrayChoice.h"
 #include "KesraIo/LinePreparation.h"
 #include "KesraIo/Reader.h"
@@ -17,8 +18,8 @@ namespace KesraViewer
 namespace
 {
 
-using KesraExamples::ScalarLine;
-using KesraExamples::Vec3;
+using KesraBackend::ScalarLine;
+using KesraBackend::Vec3;
 
 // A prepared piece as the scene draws it.
 ScalarLine FromPiece(KesraIo::PreparedLine&& piece)
@@ -95,7 +96,7 @@ std::string OpenSummary(const KesraIo::PolyData& poly, const SceneData& data, co
     double low = 0.0;
     double high = 0.0;
     bool found = false;
-    for (const KesraExamples::ScalarLine& line : data.lines)
+    for (const KesraBackend::ScalarLine& line : data.lines)
     {
         for (const double v : line.values)
         {

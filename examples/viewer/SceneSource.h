@@ -3,14 +3,14 @@
 // or by the file's own choice.
 #pragma once
 
-#include "SceneData.h"
+#include "common/SceneData.h"
 
 #include <string>
 
 namespace KesraViewer
 {
 
-using KesraExamples::SceneData;
+using KesraBackend::SceneData;
 
 // What the command line asks of the scene.
 struct SceneRequest

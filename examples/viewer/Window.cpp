@@ -79,17 +79,17 @@ private:
 struct WindowHost
 {
     GlutSurface* surface = nullptr;
-    ViewerScene* scene = nullptr;
-    InputHandler* input = nullptr;
+    KesraGl::CGlScene* scene = nullptr;
+    KesraGl::CGlSceneInput* input = nullptr;
     int snapshots = 0;
 };
 
 WindowHost g_host;
 
-Modifiers CurrentModifiers()
+KesraGl::KeyModifiers CurrentModifiers()
 {
     const int held = glutGetModifiers();
-    return Modifiers{(held & GLUT_ACTIVE_SHIFT) != 0, (held & GLUT_ACTIVE_CTRL) != 0};
+    return KesraGl::KeyModifiers{(held & GLUT_ACTIVE_SHIFT) != 0, (held & GLUT_ACTIVE_CTRL) != 0};
 }
 
 void OnDisplay()
@@ -117,9 +117,9 @@ void OnMouse(int button, int state, int x, int y)
         }
         return;
     }
-    const Button which = button == GLUT_LEFT_BUTTON     ? Button::Left
-                         : button == GLUT_MIDDLE_BUTTON ? Button::Middle
-                                                        : Button::Right;
+    const KesraGl::MouseButton which = button == GLUT_LEFT_BUTTON     ? KesraGl::MouseButton::Left
+                         : button == GLUT_MIDDLE_BUTTON ? KesraGl::MouseButton::Middle
+                                                        : KesraGl::MouseButton::Right;
     if (state == GLUT_DOWN)
     {
         g_host.input->Press(which, x, y, CurrentModifiers());
@@ -143,7 +143,7 @@ void OnClose()
 
 void OnKey(unsigned char key, int, int)
 {
-    if (g_host.input->Key(static_cast<char>(key)) == KeyAction::Quit)
+    if (g_host.input->Key(static_cast<char>(key)) == KesraGl::KeyAction::Quit)
     {
         glutLeaveMainLoop();
     }
@@ -155,13 +155,13 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
 {
     // The file's name first, where a task bar cuts a long title short.
     GlutSurface surface(options.file.empty() ? "kesra-viewer" : data.title + " - kesra-viewer");
-    ViewerScene scene(surface, std::move(data), options.width, options.height);
+    KesraGl::CGlScene scene(surface, std::move(data), options.width, options.height);
     if (!scene.CreateContext())
     {
         std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
         return 1;
     }
-    InputHandler input(scene);
+    KesraGl::CGlSceneInput input(scene);
     ApplyOptions(options, scene, input);
     input.SetSnapshotAction([&scene]() {
         const std::string path = "kesra-viewer-" + std::to_string(++g_host.snapshots) + ".png";

@@ -1,11 +1,12 @@
-// The scene that the demo and the viewer both show (examples/common): the
-// flow's data, its extremes and their tips, the sphere mesh, the palettes and
-// the fit beside the legend.
-#include "Extremes.h"
-#include "Palette.h"
-#include "SceneData.h"
-#include "SceneLook.h"
-#include "Sphere.h"
+// The scene that the demo and the viewer both show: the flow's data
+// (examples/common), its extremes and their tips, the sphere mesh, the
+// palettes and the fit beside the legend (the backends' common/).
+#include "Flow.h"
+#include "common/Palette.h"
+#include "common/SceneData.h"
+#include "common/SceneExtremes.h"
+#include "common/SceneLook.h"
+#include "common/SphereMesh.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
@@ -18,9 +19,9 @@
 namespace
 {
 
-using KesraExamples::Extremes;
-using KesraExamples::ScalarLine;
-using KesraExamples::Vec3;
+using KesraBackend::Extremes;
+using KesraBackend::ScalarLine;
+using KesraBackend::Vec3;
 
 // The tips' texts are protected in the manager: a reader makes them public.
 class TipReader : public KesraTest::TestTipManager
@@ -44,7 +45,7 @@ TEST(ExampleSceneTest, ExtremesSkipValuesThatAreNotFiniteKeepTheFirstOfATieAndMa
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double inf = std::numeric_limits<double>::infinity();
-    const Extremes extremes = KesraExamples::FindExtremes(
+    const Extremes extremes = KesraBackend::FindExtremes(
         {Line({nan, 2.0, -inf}), Line({5.0, -1.0, 5.0}), Line({inf, -1.0})});
     ASSERT_TRUE(extremes.found);
     EXPECT_EQ(extremes.largest.value, 5.0);
@@ -55,12 +56,12 @@ TEST(ExampleSceneTest, ExtremesSkipValuesThatAreNotFiniteKeepTheFirstOfATieAndMa
     EXPECT_EQ(extremes.smallest.point.x, 1.0);
 
     // Nothing finite: not found, both zero, and no tips.
-    const Extremes none = KesraExamples::FindExtremes({Line({nan}), Line({})});
+    const Extremes none = KesraBackend::FindExtremes({Line({nan}), Line({})});
     EXPECT_FALSE(none.found);
     EXPECT_EQ(none.largest.value, 0.0);
     EXPECT_EQ(none.smallest.value, 0.0);
     TipReader tips;
-    KesraExamples::AddExtremeTips(tips, none, "%.2f", " m/s", Vec3(), 1.0);
+    KesraBackend::AddExtremeTips(tips, none, "%.2f", " m/s", Vec3(), 1.0);
     EXPECT_EQ(tips.GetTipsNum(), 0);
 }
 
@@ -70,7 +71,7 @@ TEST(ExampleSceneTest, ExtremeTipsAreLabelledAndPlacedOnTheRayFromTheCentre)
     line.points = {Vec3(3.0, 0.0, 0.0), Vec3(0.0, -0.5, 0.0)};
     line.values = {1.4849, 0.52071};
     TipReader tips;
-    KesraExamples::AddExtremeTips(tips, KesraExamples::FindExtremes({line}), "%.2f", " m/s",
+    KesraBackend::AddExtremeTips(tips, KesraBackend::FindExtremes({line}), "%.2f", " m/s",
                                   Vec3(1.0, 0.0, 0.0), 2.0);
     ASSERT_EQ(tips.GetTipsNum(), 2);
     EXPECT_STREQ(tips.GetTip(0)->GetContext(), "max 1.48 m/s");
@@ -92,7 +93,7 @@ TEST(ExampleSceneTest, SphereMeshCoversTheSphereCounterClockwiseFromOutside)
         const int stacks = 6;
         const int sectors = 8;
         const int columns = seam ? sectors + 1 : sectors;
-        const KesraExamples::SphereMesh mesh = KesraExamples::UnitSphere(stacks, sectors, seam);
+        const KesraBackend::SphereMesh mesh = KesraBackend::UnitSphere(stacks, sectors, seam);
         ASSERT_EQ(mesh.normals.size(), static_cast<std::size_t>((stacks + 1) * columns));
         ASSERT_EQ(mesh.quads.size(), static_cast<std::size_t>(stacks * sectors));
         for (const Vec3& n : mesh.normals)
@@ -129,15 +130,15 @@ TEST(ExampleSceneTest, SphereMeshCoversTheSphereCounterClockwiseFromOutside)
 TEST(ExampleSceneTest, PalettesHaveOneNameEachAndTheNextCyclesThroughAll)
 {
     std::set<std::string> names;
-    KesraExamples::Palette palette = KesraExamples::kPalettes[0].value;
+    KesraBackend::Palette palette = KesraBackend::kPalettes[0].value;
     std::set<std::string> endColours;
-    for (const KesraExamples::NamedPalette& entry : KesraExamples::kPalettes)
+    for (const KesraBackend::NamedPalette& entry : KesraBackend::kPalettes)
     {
         names.insert(entry.name);
         EXPECT_EQ(palette, entry.value) << "the next palette follows the table";
         KesraEngine::CKesraScalarBar legend;
         legend.SetValueRange(0.0, 1.0, false, false);
-        KesraExamples::LoadPalette(legend, entry.value);
+        KesraBackend::LoadPalette(legend, entry.value);
         std::string ends;
         for (const double value : {0.0, 1.0})
         {
@@ -146,11 +147,11 @@ TEST(ExampleSceneTest, PalettesHaveOneNameEachAndTheNextCyclesThroughAll)
             ends += std::to_string(r) + "," + std::to_string(g) + "," + std::to_string(b) + ";";
         }
         endColours.insert(ends);
-        palette = KesraExamples::NextPalette(palette);
+        palette = KesraBackend::NextPalette(palette);
     }
-    EXPECT_EQ(palette, KesraExamples::kPalettes[0].value) << "after the last comes the first";
-    EXPECT_EQ(names.size(), std::size(KesraExamples::kPalettes));
-    EXPECT_EQ(endColours.size(), std::size(KesraExamples::kPalettes)) << "each loads its own colours";
+    EXPECT_EQ(palette, KesraBackend::kPalettes[0].value) << "after the last comes the first";
+    EXPECT_EQ(names.size(), std::size(KesraBackend::kPalettes));
+    EXPECT_EQ(endColours.size(), std::size(KesraBackend::kPalettes)) << "each loads its own colours";
 }
 
 TEST(ExampleSceneTest, FitBesideLegendCentresTheModelInTheFreePart)
@@ -158,7 +159,7 @@ TEST(ExampleSceneTest, FitBesideLegendCentresTheModelInTheFreePart)
     KesraTest::TestCamera camera(1200, 800);
     camera.ZoomAll(-1.0f, 1.0f, -1.0f, 1.0f, -1.0f, 1.0f);
     const float fitted = camera.GetScale();
-    KesraExamples::FitBesideLegend(camera, 1200, 800, 170);
+    KesraBackend::FitBesideLegend(camera, 1200, 800, 170);
     // The free part is 1030 by 760 pixels: the model grows by 800 / 760.
     EXPECT_FLOAT_EQ(camera.GetScale(), fitted * (800.0f / 760.0f));
     KesraMathKit::TKesraVector3<double> centre;
@@ -169,7 +170,7 @@ TEST(ExampleSceneTest, FitBesideLegendCentresTheModelInTheFreePart)
 
 TEST(ExampleSceneTest, FlowDataHasAValueAndAnArcLengthAtEveryPoint)
 {
-    const KesraExamples::SceneData data = KesraExamples::FlowSceneData();
+    const KesraBackend::SceneData data = KesraExamples::FlowSceneData();
     ASSERT_EQ(data.lines.size(), 26u);
     for (const ScalarLine& line : data.lines)
     {
@@ -186,7 +187,7 @@ TEST(ExampleSceneTest, FlowDataHasAValueAndAnArcLengthAtEveryPoint)
             EXPECT_EQ(line.values[i], KesraExamples::Velocity(line.points[i]).Length());
         }
     }
-    const Extremes extremes = KesraExamples::FindExtremes(data.lines);
+    const Extremes extremes = KesraBackend::FindExtremes(data.lines);
     // The stream speeds up to 1.5 m/s at the equator and slows towards the
     // stagnation points; the traced lines stay off both.
     EXPECT_GT(extremes.largest.value, 1.4);

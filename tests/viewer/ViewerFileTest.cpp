@@ -4,7 +4,7 @@
 #include "GlTestSupport.h"
 
 #include "SceneSource.h"
-#include "ViewerScene.h"
+#include "gl/GlScene.h"
 
 #include <cmath>
 #include <filesystem>
@@ -45,7 +45,7 @@ TEST_F(ViewerFile, TubesTakeTheScalarsColoursAndTheLegendItsRange)
         + "POINTS 7 float\n0 0 0  1 0 0  2 0.5 0  0 1 1  1 1 1  1 1 1  2 1 1\n"
           "LINES 2 9\n3 0 1 2\n4 3 4 5 6\n"
           "POINT_DATA 7\nSCALARS pressure float 1\nLOOKUP_TABLE default\n10 20 30 40 50 55 60\n");
-    KesraExamples::SceneData data;
+    KesraBackend::SceneData data;
     std::string error;
     ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
     EXPECT_EQ(data.title, "lines.vtk");
@@ -58,7 +58,7 @@ TEST_F(ViewerFile, TubesTakeTheScalarsColoursAndTheLegendItsRange)
     // Thick enough to cover whole pixels in a small window.
     data.tubeRadius = 0.08;
     KesraGl::CEglContext context;
-    KesraViewer::ViewerScene scene(context, data, kWidth, kHeight);
+    KesraGl::CGlScene scene(context, data, kWidth, kHeight);
     ASSERT_TRUE(scene.CreateContext()) << scene.ContextError();
     double minimum = 0.0, maximum = 0.0;
     scene.Legend().GetValueRange(minimum, maximum);
@@ -93,7 +93,7 @@ TEST_F(ViewerFile, WithoutAScalarTheHeightColours)
 {
     const std::string path = Write("plain.vtk", std::string(kHeader)
         + "POINTS 3 double\n0 0 0 1 0 2 2 0 5\nLINES 1 4\n3 0 1 2\n");
-    KesraExamples::SceneData data;
+    KesraBackend::SceneData data;
     std::string error;
     ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
     EXPECT_EQ(data.valueName, "z");
@@ -107,7 +107,7 @@ TEST_F(ViewerFile, LinesAreSplitWhereTheyTurnBackAndSpecksSkipped)
     const std::string path = Write("hairpin.vtk", std::string(kHeader)
         + "POINTS 6 float\n0 0 0  5 0 0  0 0.0078125 0  8 8 0  8 8.0078125 0  4 4 4\n"
           "LINES 3 9\n3 0 1 2\n2 3 4\n1 5\n");
-    KesraExamples::SceneData data;
+    KesraBackend::SceneData data;
     std::string error;
     ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
     EXPECT_DOUBLE_EQ(data.tubeRadius, 0.005 * std::sqrt(8.0 * 8.0 + 8.0078125 * 8.0078125 + 4.0 * 4.0));
@@ -143,7 +143,7 @@ TEST_F(ViewerFile, TheNamedArrayColoursAndTheSummaryTellsIt)
     };
     for (const auto& c : cases)
     {
-        KesraExamples::SceneData data;
+        KesraBackend::SceneData data;
         std::string summary;
         std::string error;
         ASSERT_TRUE(KesraViewer::LoadScene({path, c.scalars}, data, summary, error)) << error;
@@ -156,7 +156,7 @@ TEST_F(ViewerFile, TheNamedArrayColoursAndTheSummaryTellsIt)
                   std::string::npos)
             << summary;
     }
-    KesraExamples::SceneData data;
+    KesraBackend::SceneData data;
     std::string summary;
     std::string error;
     EXPECT_FALSE(KesraViewer::LoadScene({path, "zone:y"}, data, summary, error));
@@ -173,12 +173,12 @@ TEST_F(ViewerFile, TheNamedArrayColoursAndTheSummaryTellsIt)
 TEST_F(ViewerFile, RangeLinesAndProbe)
 {
     const std::string path = Write("arrays.vtk", std::string(kHeader) + kArrays);
-    KesraExamples::SceneData data;
+    KesraBackend::SceneData data;
     std::string error;
     ASSERT_TRUE(KesraViewer::LoadScene(path, data, error)) << error;
     data.tubeRadius = 0.08;
     KesraGl::CEglContext context;
-    KesraViewer::ViewerScene scene(context, data, kWidth, kHeight);
+    KesraGl::CGlScene scene(context, data, kWidth, kHeight);
     ASSERT_TRUE(scene.CreateContext()) << scene.ContextError();
 
     // The legend's range: refusals leave it, reset brings the data's back.
@@ -204,7 +204,7 @@ TEST_F(ViewerFile, RangeLinesAndProbe)
     scene.Render();
     KesraEngine::CKesraCamera::Vector view;
     scene.Camera().ProjectPointWorldToView(scene.Data().lines[1].points[2], view);
-    KesraViewer::ViewerScene::Probe probe;
+    KesraGl::CGlScene::Probe probe;
     ASSERT_TRUE(scene.ProbeAt(static_cast<int>(view.x) + 3, static_cast<int>(view.y) - 2, probe));
     EXPECT_EQ(probe.line, 1u);
     EXPECT_EQ(probe.node, 2u);
@@ -251,13 +251,13 @@ TEST_F(ViewerFile, RefusalsNameTheFile)
     for (const auto& c : cases)
     {
         const std::string path = Write(c.name, c.text);
-        KesraExamples::SceneData data;
+        KesraBackend::SceneData data;
         std::string error;
         EXPECT_FALSE(KesraViewer::LoadScene(path, data, error)) << c.name;
         EXPECT_NE(error.find(c.name), std::string::npos) << error;
         EXPECT_NE(error.find(c.says), std::string::npos) << error;
     }
-    KesraExamples::SceneData data;
+    KesraBackend::SceneData data;
     std::string error;
     EXPECT_FALSE(KesraViewer::LoadScene("/no/such/lines.vtk", data, error));
     EXPECT_NE(error.find("/no/such/lines.vtk"), std::string::npos) << error;

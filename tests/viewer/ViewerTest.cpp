@@ -5,6 +5,7 @@
 #include "GlTestSupport.h"
 
 #include "EventScript.h"
+#include "Flow.h"
 #include "Options.h"
 #include "PngFile.h"
 
@@ -18,17 +19,17 @@ namespace
 {
 
 using KesraTest::ColorDistance;
-using KesraViewer::InputHandler;
-using KesraViewer::ViewerScene;
+using KesraGl::CGlScene;
+using KesraGl::CGlSceneInput;
 using Vector = KesraEngine::CKesraCamera::Vector;
 
 constexpr int kWidth = 200;
 constexpr int kHeight = 150;
 
 // The flow scene is traced once for all tests.
-const KesraExamples::SceneData& Flow()
+const KesraBackend::SceneData& Flow()
 {
-    static const KesraExamples::SceneData data = KesraExamples::FlowSceneData();
+    static const KesraBackend::SceneData data = KesraExamples::FlowSceneData();
     return data;
 }
 
@@ -49,8 +50,8 @@ struct Viewer
     }
 
     KesraGl::CEglContext context;
-    ViewerScene scene;
-    InputHandler input;
+    KesraGl::CGlScene scene;
+    KesraGl::CGlSceneInput input;
     bool created = false;
 };
 
@@ -81,7 +82,7 @@ TEST(ViewerViews, SmoothRotationReachesTheStandardViewAndItsPicture)
     smooth.Replay("frame");
     EXPECT_FALSE(smooth.scene.IsAnimating());
 
-    direct.scene.SetView(KesraExamples::View::Front, false);
+    direct.scene.SetView(KesraBackend::View::Front, false);
     const auto& reached = smooth.scene.Camera().GetRotateMatrix();
     const auto& target = direct.scene.Camera().GetRotateMatrix();
     for (int k = 0; k < 16; ++k)
@@ -159,7 +160,7 @@ TEST(ViewerViews, CtrlDragZoomsToTheRectangleAndKeepsItInView)
     // Window rows count from the top; the camera's from the bottom.
     const int left = 60, right = 100, top = 50, bottom = 70;
     std::vector<Vector> inside;
-    for (const KesraExamples::ScalarLine& line : Flow().lines)
+    for (const KesraBackend::ScalarLine& line : Flow().lines)
     {
         for (const Vector& p : line.points)
         {
@@ -211,7 +212,7 @@ TEST(ViewerLegend, KeysRecolourTheTubesOnceEach)
     EXPECT_EQ(viewer.scene.Legend().GetInverse(), 1);
     EXPECT_EQ(viewer.scene.UploadCount(), 4 * tubes);
     // Every node shows the legend's colour of its value.
-    const KesraExamples::ScalarLine& line = Flow().lines.front();
+    const KesraBackend::ScalarLine& line = Flow().lines.front();
     for (std::size_t i = 0; i < line.values.size(); ++i)
     {
         unsigned char expected[3];
@@ -277,8 +278,8 @@ TEST(ViewerEvents, MalformedLinesAreRefusedWithTheirLine)
     const std::vector<KesraViewer::Event> events = KesraViewer::ParseEvents(good, "good");
     ASSERT_EQ(events.size(), 3u);
     EXPECT_TRUE(events[0].modifiers.shift && events[0].modifiers.ctrl);
-    EXPECT_EQ(events[0].button, KesraViewer::Button::Middle);
-    EXPECT_EQ(events[1].key, InputHandler::kEscape);
+    EXPECT_EQ(events[0].button, KesraGl::MouseButton::Middle);
+    EXPECT_EQ(events[1].key, KesraGl::CGlSceneInput::kEscape);
     EXPECT_EQ(events[2].a, 3);
 }
 
@@ -297,7 +298,7 @@ TEST(ViewerOptions, CommandLines)
         << error;
     EXPECT_EQ(options.width, 320);
     EXPECT_EQ(options.height, 240);
-    EXPECT_EQ(options.view, KesraExamples::View::Top);
+    EXPECT_EQ(options.view, KesraBackend::View::Top);
     EXPECT_EQ(options.benchFrames, 5);
     EXPECT_EQ(options.file, "lines.vtk");
 

@@ -1,13 +1,13 @@
-// The viewer's mouse and keys, one line each, as the help overlay and
-// --help show them; InputHandler does what they say.
+// A scene's mouse and keys, one line each, as its help overlay and a host's
+// help show them; CGlSceneInput does what they say.
 #pragma once
 
 #include <array>
 
-namespace KesraViewer
+namespace KesraGl
 {
 
-inline constexpr std::array<const char*, 16> kControls = {
+inline constexpr std::array<const char*, 16> kSceneControls = {
     "left drag          rotate",
     "middle/shift drag  pan",
     "right drag         zoom",
@@ -25,4 +25,4 @@ inline constexpr std::array<const char*, 16> kControls = {
     "h                  this help",
     "q / Esc            quit"};
 
-} // namespace KesraViewer
+} // namespace KesraGl

@@ -1,23 +1,28 @@
-// What the example hosts show: polylines with a value at every point, and how
-// to name, frame and annotate them. The flow past a sphere, which the demo and
-// the viewer both show, and the viewer's own files come in this form.
+// What a scene of the reference backends shows: polylines with a value at
+// every point, and how to name, frame and annotate them. A host fills it from
+// its own results (a traced flow, a result file) and hands it to a scene.
 #pragma once
 
-#include "Flow.h"
+#include "MathKit/Vector3.h"
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
-namespace KesraExamples
+namespace KesraBackend
 {
+
+using Vec3 = KesraMathKit::TKesraVector3<double>;
+
+// The sphere a scene can show: radius 1 model unit at the origin.
+constexpr double kSceneSphereRadius = 1.0;
 
 struct ScalarLine
 {
     std::vector<Vec3> points;
     std::vector<double> values;  // one per point
     std::vector<double> lengths; // arc length from the first point, where the
-                                 // source knows it (the flow); else empty
+                                 // source knows it (a traced flow); else empty
 };
 
 struct SceneData
@@ -30,14 +35,11 @@ struct SceneData
     std::string tipUnit;    // after the numbers of the tips
     double tubeRadius = 0.0; // model units; 0 picks one from the model's size
     std::size_t skippedLines = 0; // source lines with nothing a tube can show
-    bool sphere = false;     // the flow's sphere of radius 1 at the origin
+    bool sphere = false;     // the sphere of radius kSceneSphereRadius at the origin
     // Tip labels go on the ray from this centre through their point, at this
     // distance; a distance of 0 picks the box centre and its size.
     Vec3 tipCentre;
     double tipDistance = 0.0;
 };
 
-// The flow past a sphere, coloured by speed.
-SceneData FlowSceneData();
-
-} // namespace KesraExamples
+} // namespace KesraBackend

@@ -1,8 +1,8 @@
-#include "ViewerScene.h"
+#include "gl/GlScene.h"
 
-#include "Controls.h"
-#include "SceneLook.h"
-#include "Sphere.h"
+#include "common/SceneLook.h"
+#include "common/SphereMesh.h"
+#include "gl/GlSceneControls.h"
 
 #include <algorithm>
 #include <array>
@@ -13,35 +13,36 @@
 #include <utility>
 #include <vector>
 
-namespace KesraViewer
+namespace KesraGl
 {
 
 namespace
 {
 
-using KesraExamples::kTitleBand;
+using KesraBackend::kTitleBand;
+using KesraBackend::Vec3;
 
 constexpr int kSmoothFrames = 24; // frames of a smooth turn to a standard view
 
 } // namespace
 
-ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width, int height)
+CGlScene::CGlScene(CGlSurface& surface, SceneData data, int width, int height)
     : m_data(std::move(data)), m_renderer(width, height, surface), m_camera(width, height),
       m_light(m_renderer), m_axis(m_renderer), m_area(width, height, m_renderer),
       m_updater(m_axis, m_ruler)
 {
     m_renderer.SetCamera(&m_camera);
     m_renderer.SetFont(&m_font);
-    KesraExamples::DressPaper(m_renderer);
+    KesraBackend::DressPaper(m_renderer);
     m_renderer.SetName(m_data.title.c_str());
     m_renderer.SetLineSmoothing(1);
     m_renderer.SetPolygonSmoothing(1);
     m_renderer.SetPolygonOffsetPara(1.0f, 1.0f);
 
-    KesraExamples::PlaceLight(m_light);
-    KesraExamples::DressLegend(m_legend, m_data);
+    KesraBackend::PlaceLight(m_light);
+    KesraBackend::DressLegend(m_legend, m_data);
     m_legend.SetAutoTextColor(1);
-    KesraExamples::DressRuler(m_ruler, m_data);
+    KesraBackend::DressRuler(m_ruler, m_data);
     m_area.SetColor({30, 60, 160, 200});
     m_area.SetLineWidth(1.5f);
     m_area.SetEanble(true);
@@ -60,7 +61,7 @@ ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width
     m_renderer.SetDraggedArea(&m_area);
     m_renderer.SetTipManager(m_tips);
     m_renderer.AddPlainLines(&m_lines);
-    m_renderer.SetExtraOverlay([this](KesraGl::CGlRenderer& renderer) {
+    m_renderer.SetExtraOverlay([this](CGlRenderer& renderer) {
         DrawProbe(renderer);
         DrawHelp(renderer);
     });
@@ -69,22 +70,22 @@ ViewerScene::ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width
     ZoomAll();
 }
 
-ViewerScene::~ViewerScene()
+CGlScene::~CGlScene()
 {
     m_renderer.DestroyContext();
     m_camera.UnregisterEventHandler(&m_updater);
 }
 
-bool ViewerScene::CreateContext()
+bool CGlScene::CreateContext()
 {
     return m_renderer.CreateContext();
 }
 
-void ViewerScene::BuildTubes()
+void CGlScene::BuildTubes()
 {
     // A value that is not finite (a file's undefined point) takes the colour
     // the legend gives it but does not stretch the range.
-    m_extremes = KesraExamples::FindExtremes(m_data.lines);
+    m_extremes = KesraBackend::FindExtremes(m_data.lines);
     const bool found = m_extremes.found;
     m_dataMinimum = found ? m_extremes.smallest.value : 0.0;
     m_dataMaximum = found ? m_extremes.largest.value : 1.0;
@@ -120,8 +121,8 @@ void ViewerScene::BuildTubes()
     for (const ScalarLine& line : m_data.lines)
     {
         const int nodes = static_cast<int>(line.points.size());
-        KesraGl::CGlStreamline* tube = m_tubeFactory.MakeStreamline();
-        if (tube == nullptr || !tube->Create(nodes, KesraExamples::kTubeSlices, radius, 1.0))
+        CGlStreamline* tube = m_tubeFactory.MakeStreamline();
+        if (tube == nullptr || !tube->Create(nodes, KesraBackend::kTubeSlices, radius, 1.0))
         {
             continue;
         }
@@ -139,7 +140,7 @@ void ViewerScene::BuildTubes()
     Recolour();
 }
 
-void ViewerScene::Recolour()
+void CGlScene::Recolour()
 {
     // One batch query a tube: a result of millions of values is recoloured
     // at the speed of the batch, not of a call per value.
@@ -162,13 +163,13 @@ void ViewerScene::Recolour()
     m_renderer.Invalidate();
 }
 
-void ViewerScene::FillLines()
+void CGlScene::FillLines()
 {
-    std::vector<KesraGl::GlVertex>& vertices = m_lines.Vertices();
+    std::vector<GlVertex>& vertices = m_lines.Vertices();
     std::vector<std::uint32_t>& indices = m_lines.Indices();
     vertices.clear();
     indices.clear();
-    for (const KesraGl::CGlStreamline* tube : m_tubes)
+    for (const CGlStreamline* tube : m_tubes)
     {
         for (int i = 0; i < tube->GetNodes(); ++i)
         {
@@ -181,15 +182,15 @@ void ViewerScene::FillLines()
                                 {0.0f, 0.0f, 0.0f},
                                 {rgb[0], rgb[1], rgb[2], 255}});
         }
-        indices.push_back(KesraGl::CGlMesh::kRestart);
+        indices.push_back(CGlMesh::kRestart);
     }
     m_lines.MarkChanged();
 }
 
-void ViewerScene::ToggleLines()
+void CGlScene::ToggleLines()
 {
     m_showLines = !m_showLines;
-    for (KesraGl::CGlStreamline* tube : m_tubes)
+    for (CGlStreamline* tube : m_tubes)
     {
         tube->SetDrawStreamline(!m_showLines);
     }
@@ -200,14 +201,14 @@ void ViewerScene::ToggleLines()
     else
     {
         // Nothing left to draw, and no memory held for it.
-        m_lines.Vertices() = std::vector<KesraGl::GlVertex>();
+        m_lines.Vertices() = std::vector<GlVertex>();
         m_lines.Indices() = std::vector<std::uint32_t>();
         m_lines.MarkChanged();
     }
     m_renderer.Invalidate();
 }
 
-void ViewerScene::SetValueRange(double minimum, double maximum)
+void CGlScene::SetValueRange(double minimum, double maximum)
 {
     if (!std::isfinite(minimum) || !std::isfinite(maximum) || !(minimum < maximum))
     {
@@ -217,13 +218,13 @@ void ViewerScene::SetValueRange(double minimum, double maximum)
     Recolour();
 }
 
-void ViewerScene::ResetValueRange()
+void CGlScene::ResetValueRange()
 {
     m_legend.SetValueRange(m_dataMinimum, m_dataMaximum, true, true);
     Recolour();
 }
 
-bool ViewerScene::ProbeAt(int x, int y, Probe& probe)
+bool CGlScene::ProbeAt(int x, int y, Probe& probe)
 {
     double nearest = kProbePixels * kProbePixels;
     m_probed = false;
@@ -253,7 +254,7 @@ bool ViewerScene::ProbeAt(int x, int y, Probe& probe)
     return m_probed;
 }
 
-void ViewerScene::BuildTips()
+void CGlScene::BuildTips()
 {
     m_tips = m_tipFactory.CreateTipManager();
     if (m_tips == nullptr)
@@ -270,12 +271,12 @@ void ViewerScene::BuildTips()
             distance = std::max(distance, 0.6 * (m_box[2 * axis + 1] - m_box[2 * axis]));
         }
     }
-    KesraExamples::AddExtremeTips(*m_tips, m_extremes, "%.3g", m_data.tipUnit,
+    KesraBackend::AddExtremeTips(*m_tips, m_extremes, "%.3g", m_data.tipUnit,
                                   Vec3(centre[0], centre[1], centre[2]), distance);
     m_tips->SetTipFontType(KesraEngine::eTipFontSmall);
 }
 
-void ViewerScene::BuildSphere()
+void CGlScene::BuildSphere()
 {
     if (!m_data.sphere)
     {
@@ -283,10 +284,10 @@ void ViewerScene::BuildSphere()
     }
     // Each ring repeats its first vertex at azimuth 2 pi, so that no index
     // wraps around.
-    const KesraExamples::SphereMesh mesh = KesraExamples::UnitSphere(24, 48, true);
-    const float r = static_cast<float>(KesraExamples::kSphereDrawnRadius);
-    const unsigned char* rgba = KesraExamples::kSphereRgba;
-    std::vector<KesraGl::GlVertex>& vertices = m_sphere.Vertices();
+    const KesraBackend::SphereMesh mesh = KesraBackend::UnitSphere(24, 48, true);
+    const float r = static_cast<float>(KesraBackend::kSphereDrawnRadius);
+    const unsigned char* rgba = KesraBackend::kSphereRgba;
+    std::vector<GlVertex>& vertices = m_sphere.Vertices();
     for (const Vec3& normal : mesh.normals)
     {
         const float n[3] = {static_cast<float>(normal.x), static_cast<float>(normal.y),
@@ -307,18 +308,18 @@ void ViewerScene::BuildSphere()
     m_renderer.AddSurface(&m_sphere);
 }
 
-int ViewerScene::LegendWidth() const
+int CGlScene::LegendWidth() const
 {
     return std::clamp(m_renderer.GetWidth() / 7, 90, 170);
 }
 
-void ViewerScene::Layout(int width, int height)
+void CGlScene::Layout(int width, int height)
 {
     m_renderer.Resize(width, height);
     const int legendWidth = LegendWidth();
     m_legend.Create(width, std::max(height - kTitleBand, 1), width - legendWidth,
                     std::min(40, height / 8));
-    m_ruler.Create(width, height, static_cast<int>(KesraExamples::kRulerStart * width),
+    m_ruler.Create(width, height, static_cast<int>(KesraBackend::kRulerStart * width),
                    std::min(22, height / 10));
     m_ruler.SetTextColor({30, 30, 30, 255});
     m_ruler.SetOpenGLScale(1.0f / m_camera.GetScale());
@@ -328,7 +329,7 @@ void ViewerScene::Layout(int width, int height)
     m_area.SetWindowSize(width, height);
 }
 
-void ViewerScene::Resize(int width, int height)
+void CGlScene::Resize(int width, int height)
 {
     if (width <= 0 || height <= 0)
     {
@@ -338,46 +339,46 @@ void ViewerScene::Resize(int width, int height)
     m_renderer.Invalidate();
 }
 
-void ViewerScene::ZoomAll()
+void CGlScene::ZoomAll()
 {
     m_camera.ZoomAll(m_box);
-    KesraExamples::FitBesideLegend(m_camera, m_renderer.GetWidth(), m_renderer.GetHeight(),
+    KesraBackend::FitBesideLegend(m_camera, m_renderer.GetWidth(), m_renderer.GetHeight(),
                                    LegendWidth());
     m_renderer.Invalidate();
 }
 
-void ViewerScene::SetView(View view, bool smooth)
+void CGlScene::SetView(View view, bool smooth)
 {
-    KesraExamples::ApplyView(m_camera, view, smooth);
+    KesraBackend::ApplyView(m_camera, view, smooth);
     m_renderer.Invalidate();
 }
 
-void ViewerScene::NextPalette()
+void CGlScene::NextPalette()
 {
-    m_palette = KesraExamples::NextPalette(m_palette);
-    KesraExamples::LoadPalette(m_legend, m_palette);
+    m_palette = KesraBackend::NextPalette(m_palette);
+    KesraBackend::LoadPalette(m_legend, m_palette);
     Recolour();
 }
 
-void ViewerScene::ToggleBanded()
+void CGlScene::ToggleBanded()
 {
     m_legend.SetBanded(m_legend.GetBanded() == 1 ? 0 : 1);
     Recolour();
 }
 
-void ViewerScene::ToggleInverse()
+void CGlScene::ToggleInverse()
 {
     m_legend.SetInverse(m_legend.GetInverse() == 1 ? 0 : 1);
     Recolour();
 }
 
-void ViewerScene::ToggleSixSides()
+void CGlScene::ToggleSixSides()
 {
     m_camera.SetSixSidesInspection(!m_camera.IsSixSidesInspection(), true);
     m_renderer.Invalidate();
 }
 
-std::vector<unsigned char> ViewerScene::Capture()
+std::vector<unsigned char> CGlScene::Capture()
 {
     const int width = m_renderer.GetWidth();
     const int height = m_renderer.GetHeight();
@@ -391,27 +392,27 @@ std::vector<unsigned char> ViewerScene::Capture()
     return rgba;
 }
 
-int ViewerScene::UploadCount() const
+int CGlScene::UploadCount() const
 {
     int uploads = 0;
-    for (const KesraGl::CGlStreamline* tube : m_tubes)
+    for (const CGlStreamline* tube : m_tubes)
     {
         uploads += tube->UploadCount();
     }
     return uploads;
 }
 
-int ViewerScene::VertexCount() const
+int CGlScene::VertexCount() const
 {
     int vertices = 0;
-    for (const KesraGl::CGlStreamline* tube : m_tubes)
+    for (const CGlStreamline* tube : m_tubes)
     {
         vertices += tube->GetNodes() * tube->GetSlices();
     }
     return vertices;
 }
 
-void ViewerScene::DrawProbe(KesraGl::CGlRenderer& renderer)
+void CGlScene::DrawProbe(CGlRenderer& renderer)
 {
     if (!m_probed)
     {
@@ -420,15 +421,15 @@ void ViewerScene::DrawProbe(KesraGl::CGlRenderer& renderer)
     // The mark follows its node through every turn and zoom.
     Vec3 view;
     m_camera.ProjectPointWorldToView(m_data.lines[m_probe.line].points[m_probe.node], view);
-    KesraGl::CGlCanvas& canvas = renderer.Canvas();
+    CGlCanvas& canvas = renderer.Canvas();
     const float x = static_cast<float>(view.x);
     const float y = static_cast<float>(view.y);
-    const KesraGl::Color ink = {20, 24, 32, 255};
+    const Color ink = {20, 24, 32, 255};
     canvas.Frame(x - 4.0f, y - 4.0f, x + 4.0f, y + 4.0f, 1.5f, ink);
     char number[32];
     std::snprintf(number, sizeof number, "%.6g", m_probe.value);
     const std::string text = m_data.valueName + " " + number;
-    const KesraGl::TextStyle style = renderer.Style(0);
+    const TextStyle style = renderer.Style(0);
     const float width = canvas.TextWidth(text, style);
     const float height = static_cast<float>(canvas.Ascender(style));
     canvas.Rect(x + 8.0f, y + 6.0f, x + 16.0f + width, y + 12.0f + height, {255, 255, 240, 230});
@@ -436,34 +437,35 @@ void ViewerScene::DrawProbe(KesraGl::CGlRenderer& renderer)
     canvas.Text(x + 12.0f, y + 9.0f, text, style, ink);
 }
 
-void ViewerScene::DrawHelp(KesraGl::CGlRenderer& renderer) const
+void CGlScene::DrawHelp(CGlRenderer& renderer) const
 {
     if (!m_help)
     {
         return;
     }
-    KesraGl::CGlCanvas& canvas = renderer.Canvas();
+    CGlCanvas& canvas = renderer.Canvas();
     // The keys line up in a fixed-width face, small enough for the window.
-    KesraGl::CGlFont monoFont;
+    CGlFont monoFont;
     monoFont.SetFace("DejaVu Sans Mono");
-    const int size = std::clamp((renderer.GetHeight() - kTitleBand) / (2 * static_cast<int>(kControls.size())), 7, 13);
-    const KesraGl::TextStyle style{monoFont.FontFile(), size};
+    const int lines = static_cast<int>(kSceneControls.size());
+    const int size = std::clamp((renderer.GetHeight() - kTitleBand) / (2 * lines), 7, 13);
+    const TextStyle style{monoFont.FontFile(), size};
     const float line = static_cast<float>(canvas.Ascender(style)) + 0.5f * static_cast<float>(size);
     float width = 0.0f;
-    for (const char* text : kControls)
+    for (const char* text : kSceneControls)
     {
         width = std::max(width, canvas.TextWidth(text, style) + 24.0f);
     }
-    const float height = line * static_cast<float>(kControls.size()) + 20.0f;
+    const float height = line * static_cast<float>(kSceneControls.size()) + 20.0f;
     const float left = 10.0f;
     const float top = static_cast<float>(renderer.GetHeight() - kTitleBand);
     canvas.Rect(left, top - height, left + width, top, {20, 24, 32, 210});
     float y = top - 10.0f - static_cast<float>(canvas.Ascender(style));
-    for (const char* text : kControls)
+    for (const char* text : kSceneControls)
     {
         canvas.Text(left + 12.0f, y, text, style, {235, 235, 235, 255});
         y -= line;
     }
 }
 
-} // namespace KesraViewer
+} // namespace KesraGl

@@ -1,23 +1,25 @@
-// ViewerScene: the viewer's picture: tubes coloured through the legend, the
-// flow's sphere, tips at the largest and smallest values, legend, ruler, axis
-// triad, rubber band, a help overlay and the mark of a probed value, drawn by
-// the OpenGL backend into the surface the host gives (a window, or the
-// headless EGL context). The lines show as tubes or, switched, as plain lines.
+// CGlScene: a whole picture of streamline results: tubes coloured through the
+// legend, the sphere, tips at the largest and smallest values, legend, ruler,
+// axis triad, rubber band, a help overlay and the mark of a probed value,
+// drawn by this backend into the surface the host gives (a window, a toolkit's
+// widget, or the headless EGL context). The lines show as tubes or, switched,
+// as plain lines. Nothing here needs a window: a host without one draws the
+// scene into a CEglContext and reads the frame back with Capture.
 //
 // The host's camera observer hands every rotation to the triad and every zoom
 // to the ruler; nothing else follows the camera, so a turn or a zoom costs no
 // upload: tubes are rebuilt only when the legend's colours change.
 //
 // The data, its extremes and their tips, the sphere's mesh, the palettes and
-// the look are the examples' shared scene (examples/common); what is here is
-// the OpenGL wiring, the window's layout, the controls' effects and the help.
+// the look are every backend's (common/); what is here is the OpenGL wiring,
+// the window's layout, the controls' effects and the help.
 #pragma once
 
-#include "Extremes.h"
-#include "OverlayUpdater.h"
-#include "Palette.h"
-#include "SceneData.h"
-#include "Views.h"
+#include "common/OverlayUpdater.h"
+#include "common/Palette.h"
+#include "common/SceneData.h"
+#include "common/SceneExtremes.h"
+#include "common/Views.h"
 #include "gl/GlAxis.h"
 #include "gl/GlCamera.h"
 #include "gl/GlDraggedArea.h"
@@ -33,21 +35,20 @@
 #include <string>
 #include <vector>
 
-namespace KesraViewer
+namespace KesraGl
 {
 
-using KesraExamples::ScalarLine;
-using KesraExamples::SceneData;
-using KesraExamples::Vec3;
-using KesraExamples::View;
+using KesraBackend::ScalarLine;
+using KesraBackend::SceneData;
+using KesraBackend::View;
 
-class ViewerScene
+class CGlScene
 {
 public:
-    ViewerScene(KesraGl::CGlSurface& surface, SceneData data, int width, int height);
-    ~ViewerScene();
-    ViewerScene(const ViewerScene&) = delete;
-    ViewerScene& operator=(const ViewerScene&) = delete;
+    CGlScene(CGlSurface& surface, SceneData data, int width, int height);
+    ~CGlScene();
+    CGlScene(const CGlScene&) = delete;
+    CGlScene& operator=(const CGlScene&) = delete;
 
     // Makes the context and fits the model; false with ContextError.
     bool CreateContext();
@@ -92,13 +93,13 @@ public:
     std::vector<unsigned char> Capture();
     bool IsAnimating() const { return m_camera.IsAnimating(); }
 
-    KesraGl::CGlRenderer& Renderer() { return m_renderer; }
-    KesraGl::CGlCamera& Camera() { return m_camera; }
-    KesraGl::CGlScalarBar& Legend() { return m_legend; }
-    KesraGl::CGlAxis& Axis() { return m_axis; }
-    KesraGl::CGlRuler& Ruler() { return m_ruler; }
-    KesraGl::CGlDraggedArea& Area() { return m_area; }
-    const std::vector<KesraGl::CGlStreamline*>& Tubes() const { return m_tubes; }
+    CGlRenderer& Renderer() { return m_renderer; }
+    CGlCamera& Camera() { return m_camera; }
+    CGlScalarBar& Legend() { return m_legend; }
+    CGlAxis& Axis() { return m_axis; }
+    CGlRuler& Ruler() { return m_ruler; }
+    CGlDraggedArea& Area() { return m_area; }
+    const std::vector<CGlStreamline*>& Tubes() const { return m_tubes; }
     const SceneData& Data() const { return m_data; }
     // Vertex buffer fills over all tubes.
     int UploadCount() const;
@@ -110,40 +111,40 @@ private:
     void BuildSphere();
     void Recolour();
     void Layout(int width, int height);
-    void DrawHelp(KesraGl::CGlRenderer& renderer) const;
-    void DrawProbe(KesraGl::CGlRenderer& renderer);
+    void DrawHelp(CGlRenderer& renderer) const;
+    void DrawProbe(CGlRenderer& renderer);
     void FillLines();
     int LegendWidth() const;
 
     SceneData m_data;
-    KesraGl::CGlRenderer m_renderer;
-    KesraGl::CGlCamera m_camera;
-    KesraGl::CGlLight m_light;
-    KesraGl::CGlFont m_font;
-    KesraGl::CGlScalarBar m_legend;
-    KesraGl::CGlRuler m_ruler;
-    KesraGl::CGlAxis m_axis;
-    KesraGl::CGlDraggedArea m_area;
-    KesraGl::CGlStreamlineFactory m_tubeFactory;
-    KesraGl::CGlTipManagerFactory m_tipFactory;
-    KesraGl::CGlTipManager* m_tips = nullptr;
-    KesraGl::CGlMesh m_sphere;
-    KesraExamples::OverlayUpdater m_updater;
-    std::vector<KesraGl::CGlStreamline*> m_tubes;
+    CGlRenderer m_renderer;
+    CGlCamera m_camera;
+    CGlLight m_light;
+    CGlFont m_font;
+    CGlScalarBar m_legend;
+    CGlRuler m_ruler;
+    CGlAxis m_axis;
+    CGlDraggedArea m_area;
+    CGlStreamlineFactory m_tubeFactory;
+    CGlTipManagerFactory m_tipFactory;
+    CGlTipManager* m_tips = nullptr;
+    CGlMesh m_sphere;
+    KesraBackend::OverlayUpdater m_updater;
+    std::vector<CGlStreamline*> m_tubes;
     // The ring and its value of each tube, in m_tubes' order.
     std::vector<const ScalarLine*> m_tubeLines;
-    KesraExamples::Extremes m_extremes;
+    KesraBackend::Extremes m_extremes;
     float m_box[6] = {0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f};
-    KesraExamples::Palette m_palette = KesraExamples::Palette::RedBlue;
+    KesraBackend::Palette m_palette = KesraBackend::Palette::RedBlue;
     bool m_help = false;
     // The data's finite range, to which the legend returns.
     double m_dataMinimum = 0.0;
     double m_dataMaximum = 1.0;
     // The plain lines, filled only while they are shown.
-    KesraGl::CGlMesh m_lines{GL_LINE_STRIP};
+    CGlMesh m_lines{GL_LINE_STRIP};
     bool m_showLines = false;
     bool m_probed = false;
     Probe m_probe;
 };
 
-} // namespace KesraViewer
+} // namespace KesraGl

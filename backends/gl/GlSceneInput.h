@@ -1,5 +1,5 @@
-// InputHandler: what the user's mouse and keys do to the viewer, the same
-// for the window and for a replayed event file.
+// CGlSceneInput: what the user's mouse and keys do to a CGlScene, the same
+// for every host (a window, a toolkit's widget, a replayed event file).
 //
 // Positions are window pixels from the top-left corner, as window systems
 // report them; the camera and the rubber band get them with y up.
@@ -10,25 +10,26 @@
 // f zoom all, p next palette, b banded, v inverse, r the legend back over the
 // data's range, l tubes or plain lines, c the value of the node under the
 // cursor (where the last move left it), s snapshot, h help, q or Esc quit
-// (Esc first abandons a rubber band under way). Controls.h lists them.
+// (Esc first abandons a rubber band under way); the host decides what
+// snapshot and quit mean. GlSceneControls.h lists them.
 #pragma once
 
-#include "ViewerScene.h"
+#include "gl/GlScene.h"
 
 #include <functional>
 #include <string>
 
-namespace KesraViewer
+namespace KesraGl
 {
 
-enum class Button
+enum class MouseButton
 {
     Left,
     Middle,
     Right
 };
 
-struct Modifiers
+struct KeyModifiers
 {
     bool shift = false;
     bool ctrl = false;
@@ -40,12 +41,13 @@ enum class KeyAction
     Quit
 };
 
-class InputHandler
+class CGlSceneInput
 {
 public:
     static constexpr char kEscape = 27;
 
-    explicit InputHandler(ViewerScene& scene) : m_scene(scene) {}
+    // scene is not owned and must outlive the input.
+    explicit CGlSceneInput(CGlScene& scene) : m_scene(scene) {}
 
     // What the s key does (the host writes a snapshot).
     void SetSnapshotAction(std::function<void()> action) { m_snapshot = std::move(action); }
@@ -53,10 +55,10 @@ public:
     // value, its line and node, or saying that no node is near.
     void SetProbeReport(std::function<void(const std::string&)> report) { m_report = std::move(report); }
 
-    void Press(Button button, int x, int y, Modifiers modifiers);
+    void Press(MouseButton button, int x, int y, KeyModifiers modifiers);
     // With a button held or without: the cursor is where the c key looks.
     void Move(int x, int y);
-    void Release(Button button, int x, int y);
+    void Release(MouseButton button, int x, int y);
     void Wheel(int x, int y, int steps);
     KeyAction Key(char key);
     void Resize(int width, int height) { m_scene.Resize(width, height); }
@@ -74,7 +76,7 @@ private:
 
     void Probe();
 
-    ViewerScene& m_scene;
+    CGlScene& m_scene;
     std::function<void()> m_snapshot;
     std::function<void(const std::string&)> m_report;
     Drag m_drag = Drag::None;
@@ -82,4 +84,4 @@ private:
     int m_cursorY = -1;
 };
 
-} // namespace KesraViewer
+} // namespace KesraGl

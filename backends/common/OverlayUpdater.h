@@ -1,4 +1,4 @@
-// OverlayUpdater: a host's camera observer that hands the rotation on to the
+// OverlayUpdater: a scene's camera observer that hands the rotation on to the
 // axis triad and the zoom to the ruler, whatever the backend.
 #pragma once
 
@@ -6,7 +6,7 @@
 #include "Engine/CameraEventHandler.h"
 #include "Engine/Ruler.h"
 
-namespace KesraExamples
+namespace KesraBackend
 {
 
 class OverlayUpdater : public KesraEngine::IKesraCameraEventHandler
@@ -37,4 +37,4 @@ private:
     KesraEngine::CKesraRuler& m_ruler;
 };
 
-} // namespace KesraExamples
+} // namespace KesraBackend

@@ -1,18 +1,18 @@
-#include "InputHandler.h"
+#include "gl/GlSceneInput.h"
 
 #include <cstdio>
 
-namespace KesraViewer
+namespace KesraGl
 {
 
-void InputHandler::Press(Button button, int x, int y, Modifiers modifiers)
+void CGlSceneInput::Press(MouseButton button, int x, int y, KeyModifiers modifiers)
 {
     if (m_drag != Drag::None)
     {
         return;
     }
-    KesraGl::CGlCamera& camera = m_scene.Camera();
-    if (button == Button::Left && modifiers.ctrl)
+    CGlCamera& camera = m_scene.Camera();
+    if (button == MouseButton::Left && modifiers.ctrl)
     {
         if (m_scene.Area().OnMouseDown(x, Up(y)))
         {
@@ -20,11 +20,11 @@ void InputHandler::Press(Button button, int x, int y, Modifiers modifiers)
         }
         return;
     }
-    if (button == Button::Middle || (button == Button::Left && modifiers.shift))
+    if (button == MouseButton::Middle || (button == MouseButton::Left && modifiers.shift))
     {
         camera.BeginPan(x, Up(y));
     }
-    else if (button == Button::Left)
+    else if (button == MouseButton::Left)
     {
         camera.BeginRotate(x, Up(y));
     }
@@ -35,11 +35,11 @@ void InputHandler::Press(Button button, int x, int y, Modifiers modifiers)
     m_drag = Drag::Camera;
 }
 
-void InputHandler::Move(int x, int y)
+void CGlSceneInput::Move(int x, int y)
 {
     m_cursorX = x;
     m_cursorY = y;
-    KesraGl::CGlCamera& camera = m_scene.Camera();
+    CGlCamera& camera = m_scene.Camera();
     if (m_drag == Drag::Band)
     {
         m_scene.Area().OnMouseMove(x, Up(y));
@@ -54,7 +54,7 @@ void InputHandler::Move(int x, int y)
     }
 }
 
-void InputHandler::Release(Button, int x, int y)
+void CGlSceneInput::Release(MouseButton, int x, int y)
 {
     if (m_drag == Drag::Band)
     {
@@ -68,13 +68,13 @@ void InputHandler::Release(Button, int x, int y)
     m_drag = Drag::None;
 }
 
-void InputHandler::Wheel(int x, int y, int steps)
+void CGlSceneInput::Wheel(int x, int y, int steps)
 {
     m_scene.Camera().WheelZoom(x, Up(y), steps);
     m_scene.Renderer().Invalidate();
 }
 
-KeyAction InputHandler::Key(char key)
+KeyAction CGlSceneInput::Key(char key)
 {
     if (key >= '1' && key <= '7')
     {
@@ -115,9 +115,9 @@ KeyAction InputHandler::Key(char key)
     return KeyAction::None;
 }
 
-void InputHandler::Probe()
+void CGlSceneInput::Probe()
 {
-    ViewerScene::Probe probe;
+    CGlScene::Probe probe;
     const bool found = m_cursorX >= 0 && m_scene.ProbeAt(m_cursorX, Up(m_cursorY), probe);
     if (!m_report)
     {
@@ -125,15 +125,15 @@ void InputHandler::Probe()
     }
     if (!found)
     {
-        m_report("no node within " + std::to_string(static_cast<int>(ViewerScene::kProbePixels)) +
+        m_report("no node within " + std::to_string(static_cast<int>(CGlScene::kProbePixels)) +
                  " pixels of the cursor");
         return;
     }
-    const Vec3& point = m_scene.Data().lines[probe.line].points[probe.node];
+    const KesraBackend::Vec3& point = m_scene.Data().lines[probe.line].points[probe.node];
     char text[160];
     std::snprintf(text, sizeof text, "%.6g at (%.6g, %.6g, %.6g), line %zu node %zu", probe.value, point.x,
                   point.y, point.z, probe.line, probe.node);
     m_report(m_scene.Data().valueName + " " + text);
 }
 
-} // namespace KesraViewer
+} // namespace KesraGl
