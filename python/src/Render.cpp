@@ -132,10 +132,14 @@ SceneData MakeScene(py::handle pointsArg, py::handle offsetsArg, py::handle valu
     const CArray<double> points = PointsArray(pointsArg, "points");
     RequireFinite(points);
     const py::ssize_t pointCount = points.shape(0);
-    const Lines lines = offsetsArg.is_none()
-                            ? ReadLines(py::array_t<std::int64_t>(std::vector<std::int64_t>{0, pointCount}),
-                                        connectivityArg, pointCount)
-                            : ReadLines(offsetsArg, connectivityArg, pointCount);
+    // Without offsets every point (or index) is on one line.
+    py::object offsets = py::reinterpret_borrow<py::object>(offsetsArg);
+    if (offsets.is_none())
+    {
+        const py::ssize_t last = connectivityArg.is_none() ? pointCount : py::len(connectivityArg);
+        offsets = py::make_tuple(0, last);
+    }
+    const Lines lines = ReadLines(offsets, connectivityArg, pointCount);
     std::optional<CArray<double>> values;
     if (!valuesArg.is_none())
     {
