@@ -45,17 +45,20 @@ def growth():
     return measured
 
 
+# Each bound lies halfway between what the claim allows and what one more
+# copy would take, so that an allocator's own overhead (a sanitizer's shadow
+# memory) does not decide.
 def test_contiguous_float64_values_are_not_copied(growth):
-    # The colours are 4 bytes a value; a copy of the values would add 8.
-    assert growth["colors"] < 4 * COUNT + 16 * MIB
+    # The colours take 4 bytes a value; a copy of the values would add 8.
+    assert growth["colors"] < 8 * COUNT
 
 
 def test_contiguous_float64_points_are_not_copied(growth):
-    # The projection's output is as large as its input; a copy would double it.
-    assert growth["project"] < 8 * COUNT + 16 * MIB
+    # The projection's output is as large as its input; a copy would add as much.
+    assert growth["project"] < 12 * COUNT
 
 
 def test_other_dtypes_are_converted_once(growth):
-    # One float64 conversion (8 bytes a value) and the colours (4).
-    assert growth["colors_float32"] < 12 * COUNT + 16 * MIB
-    assert growth["colors_float32"] > 8 * COUNT
+    # One float64 conversion (8 bytes a value) and the colours (4); another
+    # copy would add 8.
+    assert 8 * COUNT < growth["colors_float32"] < 16 * COUNT
