@@ -104,7 +104,8 @@ py::array_t<T> ProjectAs(Camera& camera, const py::array& points)
     const CArray<T> in = AsCArray<T>(points);
     py::array_t<T> out = NewArray<T>({in.shape(0), 3});
     const std::size_t count = static_cast<std::size_t>(in.shape(0));
-    py::gil_scoped_release unlocked;
+    // The interpreter stays locked: the projection refreshes the camera's
+    // cached matrix, which another thread must not do at the same time.
     camera.ProjectPointsWorldToView(in.data(), count, out.mutable_data());
     return out;
 }

@@ -118,7 +118,8 @@ void Query(const Legend& legend, const CArray<double>& values, bool smooth, unsi
 {
     const double* data = values.data();
     const std::size_t count = static_cast<std::size_t>(values.size());
-    py::gil_scoped_release unlocked;
+    // The interpreter stays locked: the bar keeps its batch tables in itself,
+    // and two threads must not rebuild them at once.
     if (smooth)
     {
         legend.bar.GetOpenGLColorsByValue(data, count, rgba, codes);
