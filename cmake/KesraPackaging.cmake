@@ -79,7 +79,7 @@ if(TARGET kesraengine_native)
   list(GET KESRA_PYTHON_VERSION 1 python_minor)
   math(EXPR python_next "${python_minor} + 1")
   set(python_depends "python3 (>= ${python_major}.${python_minor}), python3 (<< ${python_major}.${python_next}), "
-      "python3-numpy, libegl1, libgl1, libgl1-mesa-dri, libfreetype6, fonts-dejavu-core, libpng16-16, "
+      "python3-numpy, libegl1, libopengl0, libgl1-mesa-dri, libfreetype6, fonts-dejavu-core, libpng16-16, "
       "libexpat1, zlib1g, libstdc++6, libgcc-s1, libc6")
   string(CONCAT CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS ${python_depends})
   if(BUILD_SHARED_LIBS)

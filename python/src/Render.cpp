@@ -16,7 +16,6 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <iterator>
 #include <optional>
 #include <utility>
 
