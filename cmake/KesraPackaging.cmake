@@ -5,6 +5,7 @@
 #       libkesraengine1     the shared object (Runtime)
 #       libkesraengine-dev  headers, CMake and pkg-config files, the linker
 #                           link and the reference backends' archives
+#       python3-kesraengine the Python module, for Debian's python3
 #     A static build has no runtime package: everything is development files.
 include_guard(GLOBAL)
 
@@ -64,6 +65,29 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkesraengine-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+# The module holds the reader, the OpenGL backend and the viewer's scene, and
+# needs at run time what they load: EGL and Mesa's driver for the headless
+# context, FreeType and the DejaVu fonts for text, libpng for PNG files.
+if(TARGET kesraengine_native)
+  list(APPEND CPACK_COMPONENTS_ALL Python)
+  set(CPACK_COMPONENT_PYTHON_GROUP python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-kesraengine)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+  # The module is built for one series of the interpreter (its file name
+  # says cpython-3XY).
+  list(GET KESRA_PYTHON_VERSION 0 python_major)
+  list(GET KESRA_PYTHON_VERSION 1 python_minor)
+  math(EXPR python_next "${python_minor} + 1")
+  set(python_depends "python3 (>= ${python_major}.${python_minor}), python3 (<< ${python_major}.${python_next}), "
+      "python3-numpy, libegl1, libopengl0, libgl1-mesa-dri, libfreetype6, fonts-dejavu-core, libpng16-16, "
+      "libexpat1, zlib1g, libstdc++6, libgcc-s1, libc6")
+  string(CONCAT CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS ${python_depends})
+  if(BUILD_SHARED_LIBS)
+    string(PREPEND CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "libkesraengine${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), ")
+  endif()
+  set(CPACK_COMPONENT_GROUP_PYTHON_DESCRIPTION "${PROJECT_DESCRIPTION} (Python module)")
+endif()
+
 set(CPACK_COMPONENT_GROUP_RUNTIME_DESCRIPTION
   "${PROJECT_DESCRIPTION} (shared library)")
 set(CPACK_COMPONENT_GROUP_DEVELOPMENT_DESCRIPTION

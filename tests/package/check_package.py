@@ -78,6 +78,20 @@ def scan_for_paths(root, forbidden, all_files):
     return found
 
 
+def import_installed(site_dir):
+    """Imports kesraengine from site_dir alone, away from the build tree, and runs one query."""
+    probe = ("import kesraengine, sys; "
+             "assert kesraengine.__file__.startswith(sys.argv[1]), kesraengine.__file__; "
+             "print(kesraengine.ScalarBar(0, 1).colors([0.5]).tolist())")
+    env = clean_env()
+    env["PYTHONPATH"] = site_dir
+    env.pop("LD_LIBRARY_PATH", None)
+    with tempfile.TemporaryDirectory() as elsewhere:
+        out = run([sys.executable, "-c", probe, site_dir], cwd=elsewhere, env=env)
+    if "255" not in out:
+        raise Failure(f"the module installed in {site_dir} gave {out!r}")
+
+
 def install(args):
     shutil.rmtree(args.prefix, ignore_errors=True)
     run(["cmake", "--install", args.build_dir, "--prefix", args.prefix, "--config", args.config])
@@ -94,6 +108,9 @@ def install(args):
     if missing or doubles or found:
         raise Failure("install tree: missing " + str(missing) + ", test files " + str(doubles) +
                       ", absolute paths " + str(found))
+    site_dir = os.path.join(args.prefix, "lib", "python3", "dist-packages")
+    if os.path.isdir(os.path.join(site_dir, "kesraengine")):
+        import_installed(site_dir)
     print(f"installed into {args.prefix}; no text file names the source or build tree")
 
 
@@ -210,6 +227,8 @@ def deb(args):
         names.add(f"libkesraengine-io-dev_{version}_{arch}.deb")
     if not args.static:
         names.add(f"libkesraengine1_{version}_{arch}.deb")
+    if args.with_python:
+        names.add(f"python3-kesraengine_{version}_{arch}.deb")
     if set(debs) != names:
         raise Failure(f"packages {debs}, expected {sorted(names)}")
 
@@ -235,6 +254,12 @@ def deb(args):
             for needed in (f"libkesraengine-dev (= {version})", "libexpat1-dev", "zlib1g-dev"):
                 if needed not in fields:
                     raise Failure(f"{name}: no dependency on {needed}:\n{fields}")
+        if package == "python3-kesraengine":
+            needed = ["python3-numpy", "libegl1", "libgl1-mesa-dri", "fonts-dejavu-core", "python3 (>= 3."]
+            needed += [] if args.static else [f"libkesraengine1 (= {version})"]
+            for wanted in needed:
+                if wanted not in fields:
+                    raise Failure(f"{name}: no dependency on {wanted}:\n{fields}")
         files[package] = deb_contents(path)
         with tempfile.TemporaryDirectory() as tree:
             run(["dpkg-deb", "-x", path, tree])
@@ -267,6 +292,12 @@ def deb(args):
         wanted["libkesraengine1"] = [r"/libKesraEngine\.so\.1$", r"/libKesraEngine\.so\.1\.0\.0$"]
         if any(re.search(r"\.so", f) for f in dev if not f.endswith("libKesraEngine.so")):
             raise Failure("the development package holds a versioned shared object")
+    if args.with_python:
+        wanted["python3-kesraengine"] = [
+            r"/usr/lib/python3/dist-packages/kesraengine/__init__\.py$",
+            r"/usr/lib/python3/dist-packages/kesraengine/__init__\.pyi$",
+            r"/usr/lib/python3/dist-packages/kesraengine/py\.typed$",
+            r"/usr/lib/python3/dist-packages/kesraengine/_kesraengine\.cpython-3\d+-[\w-]+\.so$"]
     for package, patterns in wanted.items():
         for pattern in patterns:
             if not any(re.search(pattern, f) for f in files[package]):
@@ -275,6 +306,13 @@ def deb(args):
     stray = [f for package in files for f in files[package] if unwanted.search(f)]
     if stray:
         raise Failure("files from the tests or the build tree: " + ", ".join(stray))
+    if args.with_python:
+        # The module and the library it links, unpacked together anywhere.
+        with tempfile.TemporaryDirectory() as tree:
+            for name in debs:
+                if name.startswith(("python3-kesraengine_", "libkesraengine1_")):
+                    run(["dpkg-deb", "-x", os.path.join(args.out, name), tree])
+            import_installed(os.path.join(tree, "usr", "lib", "python3", "dist-packages"))
     print(f"{', '.join(debs)}: {sum(len(v) for v in files.values())} entries, fields and files as expected")
 
 
@@ -318,6 +356,7 @@ def static(args):
     deb_args.with_svg = False
     deb_args.with_gl = False
     deb_args.with_io = False
+    deb_args.with_python = False
     deb(deb_args)
     print("static library: installed, found by CMake and pkg-config, packaged")
 
@@ -431,6 +470,7 @@ def main():
     parser.add_argument("--with-svg", action="store_true")
     parser.add_argument("--with-gl", action="store_true")
     parser.add_argument("--with-io", action="store_true")
+    parser.add_argument("--with-python", action="store_true")
     parser.add_argument("--programs", nargs="*", default=[], help="the example programs")
     args = parser.parse_args()
     try:
