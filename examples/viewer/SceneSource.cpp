@@ -19,7 +19,6 @@ namespace
 {
 
 using KesraBackend::ScalarLine;
-using KesraBackend::Vec3;
 
 // A prepared piece as the scene draws it.
 ScalarLine FromPiece(KesraIo::PreparedLine&& piece)
@@ -33,13 +32,10 @@ ScalarLine FromPiece(KesraIo::PreparedLine&& piece)
     return scalarLine;
 }
 
-// The lines of a polydata file with entryValues[k] at connectivity entry k;
-// the reader has checked the points and indices. Each line is readied for
-// tubes of the given radius: split where it turns back, its jitter merged; a
-// line with nothing left to draw is counted as skipped. False with error set
-// when no line is left to draw.
-bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
-                   const std::string& file, SceneData& data, std::string& error)
+} // namespace
+
+bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
+                  SceneData& data)
 {
     data.tubeRadius = radius > 0.0 ? radius : KesraIo::SuggestedTubeRadius(poly);
     KesraIo::PreparedLines prepared;
@@ -52,8 +48,8 @@ bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& ent
         for (std::size_t k = poly.lineOffsets[line]; k < poly.lineOffsets[line + 1]; ++k)
         {
             const std::size_t index = poly.connectivity[k];
-            const Vec3 p(poly.points[3 * index], poly.points[3 * index + 1], poly.points[3 * index + 2]);
-            points.insert(points.end(), {p.x, p.y, p.z});
+            points.insert(points.end(), {poly.points[3 * index], poly.points[3 * index + 1],
+                                         poly.points[3 * index + 2]});
             values.push_back(entryValues[k]);
         }
         KesraIo::AddPreparedLine(prepared, points, values, data.tubeRadius);
@@ -65,7 +61,16 @@ bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& ent
         prepared.pieces.clear();
     }
     data.skippedLines = prepared.skippedLines;
-    if (data.lines.empty())
+    return !data.lines.empty();
+}
+
+namespace
+{
+
+bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
+                   const std::string& file, SceneData& data, std::string& error)
+{
+    if (!PrepareLines(poly, entryValues, radius, data))
     {
         error = file + ": no line with two or more distinct points to draw";
         return false;

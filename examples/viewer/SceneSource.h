@@ -3,14 +3,25 @@
 // or by the file's own choice.
 #pragma once
 
+#include "KesraIo/PolyData.h"
 #include "common/SceneData.h"
 
 #include <string>
+#include <vector>
 
 namespace KesraViewer
 {
 
 using KesraBackend::SceneData;
+
+// The lines of poly, with entryValues[k] at connectivity entry k, readied for
+// tubes of the given radius (0: the one suggested for the data) and added to
+// data with that radius: split where they turn back, their jitter merged; a
+// line with nothing left to draw is counted in data.skippedLines. Every host
+// that draws a user's lines goes through here, so that they all draw the same
+// tubes. False when no line is left to draw.
+bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
+                  SceneData& data);
 
 // What the command line asks of the scene.
 struct SceneRequest

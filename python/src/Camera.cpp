@@ -140,7 +140,7 @@ per pixel.)")
         .def(
             "set_view",
             [](Camera& camera, const std::string& name) {
-                KesraExamples::ApplyView(camera, ViewNamed(name, "view"), false);
+                KesraBackend::ApplyView(camera, ViewNamed(name, "view"), false);
             },
             "view"_a,
             "Turns to a standard view: 'iso', 'front', 'back', 'left', 'right', 'top' or 'bottom'.")

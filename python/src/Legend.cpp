@@ -30,7 +30,7 @@ using RgbTuple = std::tuple<int, int, int>;
 struct Legend
 {
     CKesraScalarBar bar;
-    KesraExamples::Palette palette = KesraExamples::Palette::RedBlue;
+    KesraBackend::Palette palette = KesraBackend::Palette::RedBlue;
 
     Legend() { bar.Create(1, 1, 0, 0); }
 };
@@ -65,7 +65,7 @@ std::pair<double, double> GetRange(const Legend& legend)
 void SetPalette(Legend& legend, const std::string& name)
 {
     legend.palette = PaletteNamed(name, "palette");
-    KesraExamples::LoadPalette(legend.bar, legend.palette);
+    KesraBackend::LoadPalette(legend.bar, legend.palette);
 }
 
 void SetBlocks(Legend& legend, int blocks)

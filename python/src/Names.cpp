@@ -25,26 +25,26 @@ auto Named(const Entries& entries, const std::string& name, const char* argument
 
 } // namespace
 
-KesraExamples::Palette PaletteNamed(const std::string& name, const char* argument)
+KesraBackend::Palette PaletteNamed(const std::string& name, const char* argument)
 {
-    return Named(KesraExamples::kPalettes, name, argument);
+    return Named(KesraBackend::kPalettes, name, argument);
 }
 
-const char* PaletteName(KesraExamples::Palette palette)
+const char* PaletteName(KesraBackend::Palette palette)
 {
-    for (const KesraExamples::NamedPalette& entry : KesraExamples::kPalettes)
+    for (const KesraBackend::NamedPalette& entry : KesraBackend::kPalettes)
     {
         if (entry.value == palette)
         {
             return entry.name;
         }
     }
-    return KesraExamples::kPalettes[0].name;
+    return KesraBackend::kPalettes[0].name;
 }
 
-KesraExamples::View ViewNamed(const std::string& name, const char* argument)
+KesraBackend::View ViewNamed(const std::string& name, const char* argument)
 {
-    return Named(KesraExamples::kViews, name, argument);
+    return Named(KesraBackend::kViews, name, argument);
 }
 
 } // namespace KesraPython

@@ -7,12 +7,14 @@
 #include "Names.h"
 
 #include "PngFile.h"
-#include "ViewerScene.h"
+#include "SceneSource.h"
 #include "gl/EglContext.h"
+#include "gl/GlScene.h"
 
 #include <pybind11/stl.h>
 #include <pybind11/stl/filesystem.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
@@ -25,16 +27,14 @@ namespace KesraPython
 namespace
 {
 
-using KesraExamples::ScalarLine;
-using KesraExamples::SceneData;
-using KesraExamples::Vec3;
+using KesraBackend::SceneData;
 
 struct Look
 {
-    KesraExamples::Palette palette;
+    KesraBackend::Palette palette;
     int banded;
     bool inverse;
-    KesraExamples::View view;
+    KesraBackend::View view;
     int width;
     int height;
 };
@@ -94,35 +94,28 @@ Lines ReadLines(py::handle offsetsArg, py::handle connectivityArg, py::ssize_t p
     return lines;
 }
 
-// The polylines with a value at each point (the height z without values).
-// Consecutive repeated points are dropped, as the viewer drops them: a tube
-// segment needs a direction. Lines left with fewer than 2 points are skipped.
-std::vector<ScalarLine> MakeLines(const CArray<double>& points, const Lines& lines,
-                                  const std::optional<CArray<double>>& values)
+// The lines as the reader hands a file's lines to the viewer, with the value
+// of each index (the height z without values), so that the viewer's own
+// preparation readies them for the same tubes it draws for a file.
+KesraIo::PolyData AsPolyData(const CArray<double>& points, const Lines& lines,
+                             const std::optional<CArray<double>>& values, std::vector<double>& entryValues)
 {
+    KesraIo::PolyData poly;
     const double* xyz = points.data();
-    std::vector<ScalarLine> result;
-    for (py::ssize_t line = 0; line + 1 < lines.offsets.shape(0); ++line)
+    std::vector<double>& coordinates = poly.points.Doubles(static_cast<std::size_t>(points.size()));
+    std::copy(xyz, xyz + points.size(), coordinates.begin());
+    const py::ssize_t count = lines.offsets.shape(0);
+    poly.lineOffsets.assign(lines.offsets.data(), lines.offsets.data() + count);
+    const std::int64_t indexCount = lines.offsets.data()[count - 1];
+    poly.connectivity.reserve(static_cast<std::size_t>(indexCount));
+    entryValues.reserve(static_cast<std::size_t>(indexCount));
+    for (std::int64_t k = 0; k < indexCount; ++k)
     {
-        ScalarLine scalarLine;
-        for (std::int64_t k = lines.offsets.data()[line]; k < lines.offsets.data()[line + 1]; ++k)
-        {
-            const std::int64_t i = lines.Index(k);
-            const Vec3 p(xyz[3 * i], xyz[3 * i + 1], xyz[3 * i + 2]);
-            if (!scalarLine.points.empty() && scalarLine.points.back().x == p.x
-                && scalarLine.points.back().y == p.y && scalarLine.points.back().z == p.z)
-            {
-                continue;
-            }
-            scalarLine.points.push_back(p);
-            scalarLine.values.push_back(values ? values->data()[i] : p.z);
-        }
-        if (scalarLine.points.size() >= 2)
-        {
-            result.push_back(std::move(scalarLine));
-        }
+        const std::int64_t i = lines.Index(k);
+        poly.connectivity.push_back(static_cast<std::size_t>(i));
+        entryValues.push_back(values ? values->data()[i] : xyz[3 * i + 2]);
     }
-    return result;
+    return poly;
 }
 
 SceneData MakeScene(py::handle pointsArg, py::handle offsetsArg, py::handle valuesArg,
@@ -150,8 +143,8 @@ SceneData MakeScene(py::handle pointsArg, py::handle offsetsArg, py::handle valu
         }
     }
     SceneData data;
-    data.lines = MakeLines(points, lines, values);
-    if (data.lines.empty())
+    std::vector<double> entryValues;
+    if (!KesraViewer::PrepareLines(AsPolyData(points, lines, values, entryValues), entryValues, 0.0, data))
     {
         Refuse("points", "no line with two or more distinct points to draw");
     }
@@ -178,10 +171,10 @@ Look MakeLook(const std::string& palette, int banded, bool inverse, const std::s
 }
 
 // The scene's legend starts on the first palette; the viewer's p key steps on.
-void Dress(KesraViewer::ViewerScene& scene, const Look& look)
+void Dress(KesraGl::CGlScene& scene, const Look& look)
 {
     scene.SetView(look.view, false);
-    for (const KesraExamples::NamedPalette& entry : KesraExamples::kPalettes)
+    for (const KesraBackend::NamedPalette& entry : KesraBackend::kPalettes)
     {
         if (entry.value == look.palette)
         {
@@ -212,7 +205,7 @@ Frame Draw(SceneData data, const Look& look, const std::optional<std::filesystem
 {
     Frame frame;
     KesraGl::CEglContext context;
-    KesraViewer::ViewerScene scene(context, std::move(data), look.width, look.height);
+    KesraGl::CGlScene scene(context, std::move(data), look.width, look.height);
     if (!scene.CreateContext())
     {
         frame.contextError = "no OpenGL context: " + scene.ContextError();

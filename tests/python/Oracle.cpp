@@ -16,7 +16,7 @@
 //   png FILE OUT
 //       OUT the RGBA rows, top row first; prints width and height
 #include "PngFile.h"
-#include "Palette.h"
+#include "common/Palette.h"
 #include "KesraIo/Reader.h"
 #include "support/TestDoubles.h"
 
@@ -54,11 +54,11 @@ int Colors(const Args& a)
     KesraTest::TestScalarBar bar;
     bar.Create(1, 1, 0, 0);
     bar.SetValueRange(std::stod(a[2]), std::stod(a[3]), true, true);
-    for (const KesraExamples::NamedPalette& entry : KesraExamples::kPalettes)
+    for (const KesraBackend::NamedPalette& entry : KesraBackend::kPalettes)
     {
         if (a[4] == entry.name)
         {
-            KesraExamples::LoadPalette(bar, entry.value);
+            KesraBackend::LoadPalette(bar, entry.value);
         }
     }
     const int blocks = std::stoi(a[5]);

@@ -63,7 +63,7 @@ LOOKUP_TABLE default
 
 @pytest.fixture
 def lines_file(tmp_path):
-    """A legacy file of two polylines with a point scalar, and arrays the reader reads past."""
+    """A legacy file of two polylines with a point scalar, a point vector and a line scalar."""
     path = tmp_path / "lines.vtk"
     path.write_text(LINES_VTK)
     return path

@@ -37,7 +37,9 @@ def test_read_gives_the_readers_arrays(oracle, tmp_path, lines_file):
         for name, values in want.items():
             assert got[name].dtype == values.dtype
             np.testing.assert_array_equal(got[name], values)
-    assert list(data.arrays) == ["speed"]
+    assert list(data.arrays) == ["speed", "velocity"]
+    assert data.arrays["velocity"].shape == (8, 3)
+    np.testing.assert_array_equal(data.cell_arrays["line_id"], [7, 9])
 
 
 def test_arrays_look_into_the_data_and_keep_it_alive(lines_file):
