@@ -386,10 +386,16 @@ public:
         coordinates.values = Values(data.points);
         WriteArray(coordinates, 8);
         m_out += "      </Points>\n";
-        WriteCells("Verts", VertexCells(m_format.vertices, points));
+        if (m_format.vertices > 0 || m_format.emptySections)
+        {
+            WriteCells("Verts", VertexCells(m_format.vertices, points));
+        }
         WriteCells("Lines", LineCells(data));
-        WriteCells("Strips", Cells());
-        WriteCells("Polys", Cells());
+        if (m_format.emptySections)
+        {
+            WriteCells("Strips", Cells());
+            WriteCells("Polys", Cells());
+        }
         m_out += "    </Piece>\n  </PolyData>\n";
         if (Appended())
         {

@@ -76,6 +76,9 @@ struct XmlFormat
     // One-point vertex cells written before the lines, each with a tuple of
     // -1 in every cell array, as files that mark seed points hold them.
     std::size_t vertices = 0;
+    // Verts, Strips and Polys are written even without cells, as the
+    // writers do; off for the smallest file (the fuzzer's seeds).
+    bool emptySections = true;
 };
 
 // A whole .vtp file: one Piece with data's points, lines and arrays (point
