@@ -1,0 +1,311 @@
+// Reading a result file of 10^6 points on 1000 lines with three Float32
+// point arrays (speed, velocity of 3 components, pressure), once per
+// format, from files the test writer puts in a temporary folder on first use.
+// Beside them, zlib's own inflate of the compressed file's blocks: the floor
+// of reading that file.
+//
+// Counters: MB, bytes of the file per second of CPU time (10^6 bytes
+// to the MB); peak_MB, how far the resident set rose during one read with
+// the result still held; x_data, that peak over the result's own bytes
+// (points, arrays, connectivity and offsets as stored in memory).
+#include "KesraIo/Reader.h"
+#include "io/support/PolyDataWriter.h"
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <zlib.h>
+
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace
+{
+
+using namespace KesraIoTest;
+
+constexpr std::size_t kLines = 1000;
+constexpr std::size_t kPointsPerLine = 1000;
+
+enum class Format
+{
+    LegacyAscii,
+    LegacyBinary,
+    VtpAscii,
+    VtpBinary,
+    VtpAppendedRaw,
+    VtpAppendedBase64,
+    VtpAppendedZlib
+};
+
+// The sample lines with their point arrays alone, velocity stored as floats.
+const KesraIo::PolyData& BenchLines()
+{
+    static const KesraIo::PolyData lines = [] {
+        KesraIo::PolyData data = SampleLines(kLines, kPointsPerLine);
+        std::vector<KesraIo::DataArray> pointArrays;
+        for (KesraIo::DataArray& array : data.arrays)
+        {
+            if (array.association == KesraIo::Association::Point)
+            {
+                pointArrays.push_back(std::move(array));
+            }
+        }
+        data.arrays = std::move(pointArrays);
+        return data;
+    }();
+    return lines;
+}
+
+std::string Bytes(Format format)
+{
+    const std::map<std::string, Scalar> floats = {{"velocity", Scalar::Float32}};
+    if (format == Format::LegacyAscii || format == Format::LegacyBinary)
+    {
+        LegacyFormat legacy;
+        legacy.binary = format == Format::LegacyBinary;
+        legacy.arrayTypes = floats;
+        return WriteLegacy(BenchLines(), legacy);
+    }
+    XmlFormat xml;
+    xml.arrayTypes = floats;
+    xml.encoding = format == Format::VtpAscii         ? Encoding::Ascii
+                   : format == Format::VtpBinary      ? Encoding::Binary
+                   : format == Format::VtpAppendedBase64 ? Encoding::AppendedBase64
+                                                         : Encoding::AppendedRaw;
+    xml.zlib = format == Format::VtpAppendedZlib;
+    return WriteVtp(BenchLines(), xml);
+}
+
+// The folder of the written files, removed when the program ends.
+class BenchFolder
+{
+public:
+    BenchFolder()
+        : m_path(std::filesystem::temp_directory_path() / ("kesra-reader-bench-" + std::to_string(getpid())))
+    {
+        std::filesystem::create_directories(m_path);
+    }
+    ~BenchFolder() { std::filesystem::remove_all(m_path); }
+    BenchFolder(const BenchFolder&) = delete;
+    BenchFolder& operator=(const BenchFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+const std::string& FilePath(Format format)
+{
+    static const BenchFolder folder;
+    static std::map<Format, std::string> paths;
+    const auto found = paths.find(format);
+    if (found != paths.end())
+    {
+        return found->second;
+    }
+    const bool legacy = format == Format::LegacyAscii || format == Format::LegacyBinary;
+    const std::string path =
+        (folder.Path() / ("lines-" + std::to_string(static_cast<int>(format)) + (legacy ? ".vtk" : ".vtp"))).string();
+    WriteFile(path, Bytes(format));
+    return paths.emplace(format, path).first->second;
+}
+
+std::string WholeFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+// ---- Memory ------------------------------------------------------------------------
+
+// A field of /proc/self/status in kB; 0 when there is none.
+std::size_t StatusKb(const std::string& field)
+{
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+    {
+        if (line.compare(0, field.size(), field) == 0)
+        {
+            return std::stoul(line.substr(field.size()));
+        }
+    }
+    return 0;
+}
+
+// Sets the resident set's high-water mark back to its current size; false
+// where the kernel does not offer that.
+bool ResetPeak()
+{
+    std::ofstream clear("/proc/self/clear_refs");
+    clear << "5";
+    clear.flush();
+    return static_cast<bool>(clear);
+}
+
+double NumbersBytes(const KesraIo::Numbers& numbers)
+{
+    return static_cast<double>(numbers.Size() * (numbers.IsFloat() ? sizeof(float) : sizeof(double)));
+}
+
+double ResultBytes(const KesraIo::PolyData& lines)
+{
+    double bytes = NumbersBytes(lines.points);
+    for (const KesraIo::DataArray& array : lines.arrays)
+    {
+        bytes += NumbersBytes(array.values);
+    }
+    return bytes + static_cast<double>((lines.connectivity.size() + lines.lineOffsets.size()) * sizeof(std::size_t));
+}
+
+struct Peak
+{
+    double megabytes;
+    double overData;
+};
+
+// One read with the heap trimmed first, so that memory freed by earlier rows
+// does not hide this one's growth; measured once per file and reported on
+// every run of its row. Nothing where the kernel cannot reset the mark.
+void ReportPeak(benchmark::State& state, const std::string& path)
+{
+    static std::map<std::string, Peak> peaks;
+    auto found = peaks.find(path);
+    if (found == peaks.end())
+    {
+        malloc_trim(0);
+        const std::size_t before = StatusKb("VmRSS:");
+        if (!ResetPeak() || before == 0)
+        {
+            return;
+        }
+        const KesraIo::PolyData lines = KesraIo::ReadPolyData(path);
+        const std::size_t peak = StatusKb("VmHWM:");
+        const double rise = static_cast<double>(peak > before ? peak - before : 0) * 1024.0;
+        found = peaks.emplace(path, Peak{rise / 1e6, rise / ResultBytes(lines)}).first;
+    }
+    state.counters["peak_MB"] = found->second.megabytes;
+    state.counters["x_data"] = found->second.overData;
+}
+
+// ---- Rows --------------------------------------------------------------------------
+
+void SetFileRate(benchmark::State& state, std::size_t fileBytes)
+{
+    const auto bytes = static_cast<std::int64_t>(fileBytes) * static_cast<std::int64_t>(state.iterations());
+    state.SetBytesProcessed(bytes);
+    state.counters["MB"] = benchmark::Counter(static_cast<double>(bytes) / 1e6, benchmark::Counter::kIsRate);
+    state.counters["file_MB"] = static_cast<double>(fileBytes) / 1e6;
+}
+
+void Read(benchmark::State& state, Format format)
+{
+    const std::string& path = FilePath(format);
+    try
+    {
+        ReportPeak(state, path);
+        for (auto _ : state)
+        {
+            benchmark::DoNotOptimize(KesraIo::ReadPolyData(path));
+        }
+    }
+    catch (const KesraIo::ReadError& error)
+    {
+        state.SkipWithError(error.what());
+        return;
+    }
+    SetFileRate(state, std::filesystem::file_size(path));
+}
+
+// A compressed block of the appended data: where, and its sizes.
+struct Block
+{
+    std::size_t at;
+    std::size_t compressed;
+    std::size_t inflated;
+};
+
+std::uint64_t LittleEndian(const std::string& bytes, std::size_t at)
+{
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < 8; ++i)
+    {
+        value |= static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[at + i])) << (8 * i);
+    }
+    return value;
+}
+
+// The blocks of every array of the zlib file, found through each array's
+// offset attribute and header (UInt64, little-endian: the writer's defaults).
+std::vector<Block> Blocks(const std::string& file)
+{
+    std::vector<Block> blocks;
+    const std::size_t appended = file.find('_', file.find("<AppendedData")) + 1;
+    const std::string attribute = "offset=\"";
+    for (std::size_t found = file.find(attribute); found < appended; found = file.find(attribute, found + 1))
+    {
+        const std::size_t at = appended + std::stoul(file.substr(found + attribute.size()));
+        const std::uint64_t count = LittleEndian(file, at);
+        const std::uint64_t blockSize = LittleEndian(file, at + 8);
+        const std::uint64_t lastSize = LittleEndian(file, at + 16);
+        std::size_t data = at + 24 + 8 * count;
+        for (std::uint64_t b = 0; b < count; ++b)
+        {
+            const std::size_t compressed = LittleEndian(file, at + 24 + 8 * b);
+            const bool shortLast = b + 1 == count && lastSize != 0;
+            blocks.push_back({data, compressed, shortLast ? lastSize : blockSize});
+            data += compressed;
+        }
+    }
+    return blocks;
+}
+
+void ZlibInflate(benchmark::State& state)
+{
+    const std::string& path = FilePath(Format::VtpAppendedZlib);
+    const std::string file = WholeFile(path);
+    const std::vector<Block> blocks = Blocks(file);
+    std::size_t total = 0;
+    for (const Block& block : blocks)
+    {
+        total += block.inflated;
+    }
+    std::vector<unsigned char> out(total);
+    for (auto _ : state)
+    {
+        std::size_t to = 0;
+        for (const Block& block : blocks)
+        {
+            uLongf length = static_cast<uLongf>(block.inflated);
+            if (uncompress(out.data() + to, &length, reinterpret_cast<const Bytef*>(file.data() + block.at),
+                           static_cast<uLong>(block.compressed)) != Z_OK)
+            {
+                state.SkipWithError("a block does not inflate");
+                return;
+            }
+            to += length;
+        }
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    SetFileRate(state, file.size());
+    state.counters["blocks"] = static_cast<double>(blocks.size());
+}
+
+BENCHMARK_CAPTURE(Read, LegacyAscii, Format::LegacyAscii)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Read, LegacyBinary, Format::LegacyBinary)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Read, VtpAscii, Format::VtpAscii)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Read, VtpBinaryInline, Format::VtpBinary)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Read, VtpAppendedRaw, Format::VtpAppendedRaw)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Read, VtpAppendedBase64, Format::VtpAppendedBase64)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Read, VtpAppendedZlib, Format::VtpAppendedZlib)->Unit(benchmark::kMillisecond);
+BENCHMARK(ZlibInflate)->Unit(benchmark::kMillisecond);
+
+} // namespace
