@@ -16,6 +16,17 @@ namespace KesraIo
 // collection of polydata (".vtm"). Pieces are joined in order into one.
 PolyData ReadPolyData(const std::string& path);
 
+// An XML polydata file (".vtp": versions 0.1, 1.0 and 2.x; ASCII, base64
+// or appended data, raw or base64; plain or in zlib blocks; either byte
+// order) held in memory; name is how messages call it. Lines are kept;
+// vertices, polygons, strips and string arrays are read past with a note.
+// Refused: document type declarations, sizes the bytes there cannot hold
+// (before anything is allocated for them), blocks that inflate to more or
+// less than declared, offsets that fall or pass the connectivity, indices
+// that are not points, coordinates that are not finite, a file without a
+// line.
+PolyData ParseXmlPolyData(std::string_view bytes, const std::string& name);
+
 // A legacy file (versions 2.0 to 5.1, ASCII or binary) held in memory; name
 // is how messages call it.
 PolyData ParseLegacy(std::string_view bytes, const std::string& name);
