@@ -55,9 +55,15 @@ void Markup::Stop(std::exception_ptr error)
 
 // Exceptions must not unwind through expat's C frames: each hook catches
 // what the handler throws and stops the parse, and Feed throws it again.
+// expat finishes the tag it is in after a stop (an empty element still
+// ends): the handler hears nothing more.
 void Markup::OnStart(void* user, const char* element, const char** attributes)
 {
     auto* markup = static_cast<Markup*>(user);
+    if (markup->m_error)
+    {
+        return;
+    }
     try
     {
         markup->m_handler.Start(element, Attributes(attributes));
@@ -71,6 +77,10 @@ void Markup::OnStart(void* user, const char* element, const char** attributes)
 void Markup::OnEnd(void* user, const char* element)
 {
     auto* markup = static_cast<Markup*>(user);
+    if (markup->m_error)
+    {
+        return;
+    }
     try
     {
         markup->m_handler.End(element);

@@ -238,9 +238,11 @@ private:
         }
     }
 
-    [[noreturn]] void Fail(const std::string& what) const
+    [[noreturn]] void Fail(const std::string& what) const { FailAt(m_markup.Line(), what); }
+
+    [[noreturn]] void FailAt(std::size_t line, const std::string& what) const
     {
-        throw ReadError(m_name + ":" + std::to_string(m_markup.Line()) + ": " + what);
+        throw ReadError(m_name + ":" + std::to_string(line) + ": " + what);
     }
 
     void Once(bool& seen, const std::string& element) const
@@ -473,12 +475,12 @@ private:
     {
         if (piece.points > 0 && !piece.pointArray)
         {
-            Fail("Piece: expected a Points element with a DataArray for its " + std::to_string(piece.points) +
+            FailAt(piece.line, "Piece: expected a Points element with a DataArray for its " + std::to_string(piece.points) +
                  " points");
         }
         if (piece.lines > 0 && (!piece.connectivity || !piece.offsets))
         {
-            Fail("Piece: expected a Lines element with DataArrays named connectivity and offsets for its " +
+            FailAt(piece.line, "Piece: expected a Lines element with DataArrays named connectivity and offsets for its " +
                  std::to_string(piece.lines) + " lines");
         }
     }
