@@ -4,6 +4,12 @@
 // Beside them, zlib's own inflate of the compressed file's blocks: the floor
 // of reading that file.
 //
+// Each row runs twice: on warm pages, the allocator keeping what a pass
+// frees for the next (a session's later reads), and on fresh pages, every
+// large array a new mapping that the kernel zeroes page by page on first
+// touch (a session's first read). Which one a row sees no longer depends on
+// the rows before it.
+//
 // Counters: MB, bytes of the file per second of CPU time (10^6 bytes
 // to the MB); peak_MB, how far the resident set rose during one read with
 // the result still held; x_data, that peak over the result's own bytes
@@ -21,8 +27,10 @@
 #include <fstream>
 #include <limits>
 #include <map>
+#include <memory>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace
@@ -126,15 +134,26 @@ std::string WholeFile(const std::string& path)
 
 // ---- Memory ------------------------------------------------------------------------
 
-// Freed memory stays with the allocator (no block of its own from the
-// kernel for large allocations, no trimming of the heap's top), so that a
-// row's passes reuse pages already touched whichever rows ran before it: the
-// rows time the reading, not the kernel's first touch of fresh pages, which
-// only a session's first read pays.
-void KeepFreedMemory()
+enum class Pages
 {
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    Warm,
+    Fresh
+};
+
+// Warm: no mapping of its own for any block, no trimming of the heap's top.
+// Fresh: a mapping of its own for every block from 128 kB, unmapped when
+// freed (setting the threshold also stops glibc from raising it).
+void UsePages(Pages pages)
+{
+    if (pages == Pages::Warm)
+    {
+        mallopt(M_MMAP_MAX, 0);
+        mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+        return;
+    }
+    mallopt(M_MMAP_MAX, 65536);
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+    mallopt(M_TRIM_THRESHOLD, 128 * 1024);
 }
 
 // A field of /proc/self/status in kB; 0 when there is none.
@@ -217,9 +236,9 @@ void SetFileRate(benchmark::State& state, std::size_t fileBytes)
     state.counters["file_MB"] = static_cast<double>(fileBytes) / 1e6;
 }
 
-void Read(benchmark::State& state, Format format)
+void Read(benchmark::State& state, Format format, Pages pages)
 {
-    KeepFreedMemory();
+    UsePages(pages);
     const std::string& path = FilePath(format);
     try
     {
@@ -239,9 +258,9 @@ void Read(benchmark::State& state, Format format)
 
 // The zlib file parsed from memory: the reader's share of Read/VtpAppendedZlib
 // without the file's reading, as ZlibInflate has none.
-void ParseZlibInMemory(benchmark::State& state)
+void ParseZlibInMemory(benchmark::State& state, Pages pages)
 {
-    KeepFreedMemory();
+    UsePages(pages);
     const std::string file = WholeFile(FilePath(Format::VtpAppendedZlib));
     try
     {
@@ -319,10 +338,10 @@ bool InflateAll(const std::string& file, const std::vector<Block>& blocks, unsig
 }
 
 // zlib's own inflate of the zlib file's blocks, from memory, into one
-// buffer.
-void ZlibInflate(benchmark::State& state)
+// buffer, new each pass as a reader's result is.
+void ZlibInflate(benchmark::State& state, Pages pages)
 {
-    KeepFreedMemory();
+    UsePages(pages);
     const std::string file = WholeFile(FilePath(Format::VtpAppendedZlib));
     const std::vector<Block> blocks = Blocks(file);
     std::size_t total = 0;
@@ -330,29 +349,48 @@ void ZlibInflate(benchmark::State& state)
     {
         total += block.inflated;
     }
-    std::vector<unsigned char> out(total);
     for (auto _ : state)
     {
-        if (!InflateAll(file, blocks, out.data()))
+        const std::unique_ptr<unsigned char[]> out(new unsigned char[total]);
+        if (!InflateAll(file, blocks, out.get()))
         {
             state.SkipWithError("a block does not inflate");
             return;
         }
-        benchmark::DoNotOptimize(out.data());
+        benchmark::DoNotOptimize(out.get());
         benchmark::ClobberMemory();
     }
     SetFileRate(state, file.size());
     state.counters["blocks"] = static_cast<double>(blocks.size());
 }
 
-BENCHMARK_CAPTURE(Read, LegacyAscii, Format::LegacyAscii)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Read, LegacyBinary, Format::LegacyBinary)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Read, VtpAscii, Format::VtpAscii)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Read, VtpBinaryInline, Format::VtpBinary)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Read, VtpAppendedRaw, Format::VtpAppendedRaw)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Read, VtpAppendedBase64, Format::VtpAppendedBase64)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Read, VtpAppendedZlib, Format::VtpAppendedZlib)->Unit(benchmark::kMillisecond);
-BENCHMARK(ParseZlibInMemory)->Unit(benchmark::kMillisecond);
-BENCHMARK(ZlibInflate)->Unit(benchmark::kMillisecond);
+// Rows named Read/<format>/<pages>, ParseZlibInMemory/<pages>, ZlibInflate/<pages>.
+const bool kRegistered = [] {
+    const std::pair<Format, const char*> formats[] = {
+        {Format::LegacyAscii, "LegacyAscii"},
+        {Format::LegacyBinary, "LegacyBinary"},
+        {Format::VtpAscii, "VtpAscii"},
+        {Format::VtpBinary, "VtpBinaryInline"},
+        {Format::VtpAppendedRaw, "VtpAppendedRaw"},
+        {Format::VtpAppendedBase64, "VtpAppendedBase64"},
+        {Format::VtpAppendedZlib, "VtpAppendedZlib"},
+    };
+    const std::pair<Pages, const char*> pageKinds[] = {{Pages::Warm, "warm"}, {Pages::Fresh, "fresh"}};
+    for (const auto& [pages, pagesName] : pageKinds)
+    {
+        for (const auto& [format, formatName] : formats)
+        {
+            benchmark::RegisterBenchmark((std::string("Read/") + formatName + "/" + pagesName).c_str(), Read, format,
+                                         pages)
+                ->Unit(benchmark::kMillisecond);
+        }
+        benchmark::RegisterBenchmark((std::string("ParseZlibInMemory/") + pagesName).c_str(), ParseZlibInMemory,
+                                     pages)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark((std::string("ZlibInflate/") + pagesName).c_str(), ZlibInflate, pages)
+            ->Unit(benchmark::kMillisecond);
+    }
+    return true;
+}();
 
 } // namespace
