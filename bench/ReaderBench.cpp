@@ -22,9 +22,9 @@
 #include <zlib.h>
 
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <memory>

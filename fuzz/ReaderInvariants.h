@@ -11,7 +11,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <exception>
 #include <string>
 #include <string_view>
 

@@ -10,7 +10,6 @@
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
-#include <system_error>
 
 namespace KesraIoTest
 {
