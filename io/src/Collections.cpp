@@ -96,8 +96,8 @@ private:
 // collection's folder or is missing.
 fs::path Resolve(const std::string& collection, const Entry& entry)
 {
-    const std::string where = collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" +
-                              entry.path + "': ";
+    const std::string where =
+        collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" + entry.path + "': ";
     const fs::path relative(entry.path);
     if (entry.path.empty() || relative.has_root_name() || relative.has_root_directory())
     {
@@ -124,10 +124,11 @@ fs::path Resolve(const std::string& collection, const Entry& entry)
         throw ReadError(where + "no such file (looked for " + file.string() + ")");
     }
     // Links may lead out of the tree where the names do not.
+    std::error_code realError;
     const fs::path real = fs::canonical(file, error);
-    const fs::path realFolder = fs::canonical(folder, error);
+    const fs::path realFolder = fs::canonical(folder, realError);
     const auto [mismatch, unused] = std::mismatch(realFolder.begin(), realFolder.end(), real.begin(), real.end());
-    if (error || mismatch != realFolder.end())
+    if (error || realError || mismatch != realFolder.end())
     {
         throw ReadError(where + "expected a file inside the folder of " + collection + ", found a link leading out");
     }
@@ -151,8 +152,8 @@ PolyData ReadEntries(const std::string& collection, const std::vector<Entry>& en
     std::vector<std::string> notes;
     for (const Entry& entry : entries)
     {
-        const std::string label = collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" +
-                                  entry.path + "'";
+        const std::string label =
+            collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" + entry.path + "'";
         if (!HasExtension(entry.path, ".vtp"))
         {
             if (entry.element.rfind("Piece", 0) == 0)
@@ -186,7 +187,8 @@ void ExpectSame(bool same, const std::string& label, const DataArray& array, con
     if (!same)
     {
         throw ReadError(label + ": " + (array.association == Association::Point ? "point" : "cell") + " array '" +
-                        array.name + "' (" + std::to_string(array.components) + " components) " + what);
+                        array.name + "' of " + std::to_string(array.components) + " component" +
+                        (array.components == 1 ? " " : "s ") + what);
     }
 }
 
@@ -195,9 +197,16 @@ bool IsEmpty(const PolyData& piece)
     return piece.PointCount() == 0 && piece.LineCount() == 0;
 }
 
-void Append(PolyData& data, const PolyData& piece, const std::string& label)
+// Refuses a piece whose arrays are not the first piece's, and a name
+// given twice, which would leave the match to chance.
+void ExpectSameArrays(const PolyData& first, const PolyData& piece, const std::string& label)
 {
-    for (const DataArray& array : data.arrays)
+    for (const DataArray& array : piece.arrays)
+    {
+        ExpectSame(&array == piece.Find(array.name, array.association), label, array,
+                   "is there twice: pieces are joined by array names");
+    }
+    for (const DataArray& array : first.arrays)
     {
         const DataArray* match = piece.Find(array.name, array.association);
         ExpectSame(match != nullptr && match->components == array.components, label, array,
@@ -205,24 +214,90 @@ void Append(PolyData& data, const PolyData& piece, const std::string& label)
     }
     for (const DataArray& array : piece.arrays)
     {
-        ExpectSame(data.Find(array.name, array.association) != nullptr, label, array,
-                   "is not in the first piece");
+        ExpectSame(first.Find(array.name, array.association) != nullptr, label, array, "is not in the first piece");
     }
-    const std::size_t pointBase = data.PointCount();
-    const std::size_t indexBase = data.connectivity.size();
-    data.points.Append(piece.points);
-    for (std::size_t i = 1; i < piece.lineOffsets.size(); ++i)
+}
+
+Numbers& ValuesOf(PolyData& piece, const DataArray& like)
+{
+    for (DataArray& array : piece.arrays)
     {
-        data.lineOffsets.push_back(indexBase + piece.lineOffsets[i]);
+        if (array.name == like.name && array.association == like.association)
+        {
+            return array.values;
+        }
     }
-    data.connectivity.reserve(indexBase + piece.connectivity.size());
-    for (const std::size_t index : piece.connectivity)
+    return piece.points; // never reached: the arrays were matched first
+}
+
+// The runs of numbers of every piece, one after the other, each piece's
+// run freed as soon as it is copied: the whole never takes more than the
+// pieces and their join. Widened to double when the pieces' widths differ.
+template <typename Run>
+Numbers Joined(const std::vector<PolyData*>& pieces, Run run)
+{
+    std::size_t total = 0;
+    bool floats = true;
+    for (PolyData* piece : pieces)
     {
-        data.connectivity.push_back(pointBase + index);
+        const Numbers& numbers = run(*piece);
+        total += numbers.Size();
+        floats = floats && (numbers.IsFloat() || numbers.Size() == 0);
     }
-    for (DataArray& array : data.arrays)
+    Numbers joined;
+    if (floats)
     {
-        array.values.Append(piece.Find(array.name, array.association)->values);
+        std::vector<float>& values = joined.Floats(0);
+        values.reserve(total);
+        for (PolyData* piece : pieces)
+        {
+            Numbers& numbers = run(*piece);
+            values.insert(values.end(), numbers.Floats().begin(), numbers.Floats().end());
+            numbers = Numbers();
+        }
+        return joined;
+    }
+    std::vector<double>& values = joined.Doubles(0);
+    values.reserve(total);
+    for (PolyData* piece : pieces)
+    {
+        Numbers& numbers = run(*piece);
+        for (std::size_t i = 0; i < numbers.Size(); ++i)
+        {
+            values.push_back(numbers[i]);
+        }
+        numbers = Numbers();
+    }
+    return joined;
+}
+
+// The lines of every piece, their indices shifted past the points and
+// indices of the pieces before.
+void JoinLines(const std::vector<PolyData*>& pieces, PolyData& data)
+{
+    std::size_t lines = 0;
+    std::size_t indices = 0;
+    for (const PolyData* piece : pieces)
+    {
+        lines += piece->LineCount();
+        indices += piece->connectivity.size();
+    }
+    data.lineOffsets.reserve(lines + 1);
+    data.connectivity.reserve(indices);
+    std::size_t pointBase = 0;
+    for (PolyData* piece : pieces)
+    {
+        const std::size_t indexBase = data.connectivity.size();
+        for (std::size_t i = 1; i < piece->lineOffsets.size(); ++i)
+        {
+            data.lineOffsets.push_back(indexBase + piece->lineOffsets[i]);
+        }
+        for (const std::size_t index : piece->connectivity)
+        {
+            data.connectivity.push_back(pointBase + index);
+        }
+        pointBase += piece->PointCount();
+        piece->connectivity = std::vector<std::size_t>();
     }
 }
 
@@ -230,31 +305,50 @@ void Append(PolyData& data, const PolyData& piece, const std::string& label)
 
 PolyData JoinPieces(std::vector<PolyData> pieces, const std::vector<std::string>& labels)
 {
-    PolyData data;
-    data.lineOffsets.assign(1, 0);
     std::vector<std::string> notes;
     std::string scalars;
-    bool first = true;
+    std::vector<PolyData*> full;
     for (std::size_t i = 0; i < pieces.size(); ++i)
     {
-        PolyData& piece = pieces[i];
-        notes.insert(notes.end(), piece.notes.begin(), piece.notes.end());
+        notes.insert(notes.end(), pieces[i].notes.begin(), pieces[i].notes.end());
         if (scalars.empty())
         {
-            scalars = piece.activeScalars;
+            scalars = pieces[i].activeScalars;
         }
-        if (IsEmpty(piece))
+        if (IsEmpty(pieces[i]))
         {
             continue;
         }
-        if (first)
+        full.push_back(&pieces[i]);
+    }
+    for (std::size_t i = 1; i < full.size(); ++i)
+    {
+        ExpectSameArrays(*full.front(), *full[i], labels[static_cast<std::size_t>(full[i] - pieces.data())]);
+    }
+    if (full.size() > 1)
+    {
+        ExpectSameArrays(*full.front(), *full.front(), labels[static_cast<std::size_t>(full[0] - pieces.data())]);
+    }
+    PolyData data;
+    if (full.size() == 1)
+    {
+        data = std::move(*full.front());
+    }
+    else if (full.size() > 1)
+    {
+        data.lineOffsets.assign(1, 0);
+        JoinLines(full, data);
+        data.points = Joined(full, [](PolyData& piece) -> Numbers& { return piece.points; });
+        for (const DataArray& array : full.front()->arrays)
         {
-            data = std::move(piece);
-            first = false;
-            continue;
+            DataArray joined{array.name, array.association, array.components, Numbers()};
+            joined.values = Joined(full, [&array](PolyData& piece) -> Numbers& { return ValuesOf(piece, array); });
+            data.arrays.push_back(std::move(joined));
         }
-        Append(data, piece, labels[i]);
-        piece = PolyData(); // the joined copy is all that is kept
+    }
+    if (data.lineOffsets.empty())
+    {
+        data.lineOffsets.assign(1, 0);
     }
     data.notes = std::move(notes);
     data.activeScalars = scalars;

@@ -100,8 +100,8 @@ void Markup::OnDoctype(void* user, const char* name, const char*, const char*, i
                   "root element right after the XML declaration")));
 }
 
-void Markup::OnEntity(void* user, const char* name, int, const char*, int, const char*, const char*,
-                      const char*, const char*)
+void Markup::OnEntity(void* user, const char* name, int, const char*, int, const char*, const char*, const char*,
+                      const char*)
 {
     auto* markup = static_cast<Markup*>(user);
     markup->Stop(std::make_exception_ptr(ReadError(markup->m_name + ":" + std::to_string(markup->Line()) +
@@ -126,21 +126,26 @@ void Markup::Feed(std::string_view bytes, bool last)
             }
             const XML_Error code = XML_GetErrorCode(m_parser->expat);
             throw ReadError(m_name + ":" + std::to_string(Line()) + ": malformed XML (" + XML_ErrorString(code) +
-                            ") at column " +
-                            std::to_string(XML_GetCurrentColumnNumber(m_parser->expat) + 1));
+                            ") at column " + std::to_string(XML_GetCurrentColumnNumber(m_parser->expat) + 1));
         }
         bytes.remove_prefix(size);
     } while (!bytes.empty());
 }
 
+void Markup::Skip(std::string_view bytes)
+{
+    m_skippedBytes += bytes.size();
+    m_skippedLines += static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
+}
+
 std::size_t Markup::Line() const
 {
-    return static_cast<std::size_t>(XML_GetCurrentLineNumber(m_parser->expat));
+    return static_cast<std::size_t>(XML_GetCurrentLineNumber(m_parser->expat)) + m_skippedLines;
 }
 
 std::size_t Markup::EventStart() const
 {
-    return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser->expat), 0));
+    return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(m_parser->expat), 0)) + m_skippedBytes;
 }
 
 std::size_t Markup::EventEnd() const

@@ -3,9 +3,10 @@
 // only place entities can be declared, and no result file needs one).
 //
 // Handlers may throw; the exception stops the parse and leaves Feed as it
-// was thrown. Positions are byte indices into the bytes fed so far, so a
-// reader that feeds a file in order can cut element contents out of the
-// file itself instead of copying them.
+// was thrown. A reader feeds a document in order and may pass over runs of
+// it (long element contents, data that is not XML) with Skip: positions and
+// lines still count every byte of the document, so contents can be cut out
+// of the document itself instead of copied.
 #pragma once
 
 #include <cstddef>
@@ -53,8 +54,11 @@ public:
     // Throws ReadError with the line and expat's reason on malformed XML.
     void Feed(std::string_view bytes, bool last);
 
-    // The current event (a start or end tag): its line, where it starts,
-    // and the index just past it.
+    // Passes over the next bytes of the document without parsing them.
+    void Skip(std::string_view bytes);
+
+    // The current event (a start or end tag): its line, where it starts in
+    // the document, and the index just past it.
     std::size_t Line() const;
     std::size_t EventStart() const;
     std::size_t EventEnd() const;
@@ -64,8 +68,8 @@ private:
     static void OnStart(void* user, const char* element, const char** attributes);
     static void OnEnd(void* user, const char* element);
     static void OnDoctype(void* user, const char* name, const char* system, const char* pub, int internal);
-    static void OnEntity(void* user, const char* name, int parameter, const char* value, int length,
-                         const char* base, const char* system, const char* pub, const char* notation);
+    static void OnEntity(void* user, const char* name, int parameter, const char* value, int length, const char* base,
+                         const char* system, const char* pub, const char* notation);
     void Stop(std::exception_ptr error);
 
     struct Parser;
@@ -73,6 +77,8 @@ private:
     const std::string& m_name;
     MarkupHandler& m_handler;
     std::exception_ptr m_error;
+    std::size_t m_skippedBytes = 0;
+    std::size_t m_skippedLines = 0;
 };
 
 } // namespace KesraIo

@@ -3,7 +3,10 @@
 #include "XmlPieces.h"
 
 #include <cctype>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <system_error>
 
 namespace KesraIo
 {
@@ -29,24 +32,38 @@ std::string LowerExtension(const std::string& path)
 
 } // namespace
 
-// One allocation of the file's size and one read: a result file may be
-// most of the memory there is.
+// A regular file is read with one allocation of its size and one read (a
+// result file may be most of the memory there is); anything else (a pipe, a
+// folder) as a stream, which fails as reading it fails.
 std::string WholeFile(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::ifstream file(path, std::ios::binary);
     if (!file)
     {
         throw ReadError(path + ": cannot be opened for reading");
     }
-    const std::streamoff size = file.tellg();
-    file.seekg(0);
-    if (size < 0 || !file)
+    std::error_code error;
+    const bool regular = std::filesystem::is_regular_file(path, error);
+    const std::uintmax_t size = regular ? std::filesystem::file_size(path, error) : 0;
+    std::string bytes;
+    if (regular && !error)
     {
-        throw ReadError(path + ": cannot be read (its size is unknown)");
+        bytes.resize(static_cast<std::size_t>(size));
+        file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        bytes.resize(static_cast<std::size_t>(file.gcount()));
     }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    file.read(bytes.data(), size);
-    if (file.gcount() != size)
+    else
+    {
+        try
+        {
+            bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+        }
+        catch (const std::ios_base::failure&)
+        {
+            file.setstate(std::ios::badbit); // a folder, for one
+        }
+    }
+    if (file.bad())
     {
         throw ReadError(path + ": a read error occurred");
     }

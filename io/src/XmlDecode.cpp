@@ -299,9 +299,8 @@ std::size_t CountIn(std::uint64_t bytes, const ValueType& type, const Expected& 
     const std::string values = " values of " + Count(type.size) + " bytes";
     if (bytes % type.size != 0)
     {
-        throw DataError("the data holds " + Count(bytes) + " bytes, not a whole number of " +
-                            std::string(type.name) + values,
-                        0);
+        throw DataError(
+            "the data holds " + Count(bytes) + " bytes, not a whole number of " + std::string(type.name) + values, 0);
     }
     if (expected.count != kAnyCount && bytes / type.size != expected.count)
     {
@@ -324,8 +323,8 @@ void DecodePlain(ByteSource& source, const ValueType& type, bool swap, const Bin
     const std::size_t count = CountIn(bytes, type, expected);
     if (bytes > source.MostLeft())
     {
-        throw DataError("the header announces " + Count(bytes) + " bytes, but at most " +
-                            Count(source.MostLeft()) + " follow",
+        throw DataError("the header announces " + Count(bytes) + " bytes, but at most " + Count(source.MostLeft()) +
+                            " follow",
                         source.Position());
     }
     out.resize(first + count);
@@ -404,8 +403,8 @@ Blocks ReadBlockTable(ByteSource& source, const BinaryLayout& layout, bool swap)
     }
     if (sum > source.MostLeft())
     {
-        throw DataError("the " + Count(count) + " compressed blocks add up to " + Count(sum) +
-                            " bytes, but at most " + Count(source.MostLeft()) + " follow the header",
+        throw DataError("the " + Count(count) + " compressed blocks add up to " + Count(sum) + " bytes, but at most " +
+                            Count(source.MostLeft()) + " follow the header",
                         source.Position());
     }
     return blocks;
@@ -443,8 +442,7 @@ void InflateBlock(z_stream& stream, const unsigned char* in, std::size_t inSize,
         }
         if (outLeft == 0)
         {
-            throw DataError(block + " inflates to more than the " + Count(outSize) + " bytes its header declares",
-                            at);
+            throw DataError(block + " inflates to more than the " + Count(outSize) + " bytes its header declares", at);
         }
         if (inLeft == 0 || (inChunk == stream.avail_in && outChunk == stream.avail_out))
         {
@@ -455,15 +453,13 @@ void InflateBlock(z_stream& stream, const unsigned char* in, std::size_t inSize,
     }
     if (outLeft != 0)
     {
-        throw DataError(block + " inflates to " + Count(outSize - outLeft) + " bytes; its header declares " +
-                            Count(outSize),
-                        at);
+        throw DataError(
+            block + " inflates to " + Count(outSize - outLeft) + " bytes; its header declares " + Count(outSize), at);
     }
     if (inLeft != 0)
     {
-        throw DataError(block + " ends " + Count(inLeft) + " bytes before its " + Count(inSize) +
-                            " compressed bytes do",
-                        at);
+        throw DataError(
+            block + " ends " + Count(inLeft) + " bytes before its " + Count(inSize) + " compressed bytes do", at);
     }
 }
 
@@ -738,7 +734,7 @@ template void DecodeValues<float>(std::string_view, Form, const ValueType&, cons
                                   std::vector<float>&, std::size_t);
 template void DecodeValues<double>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
                                    std::vector<double>&, std::size_t);
-template void DecodeValues<std::size_t>(std::string_view, Form, const ValueType&, const BinaryLayout&,
-                                        const Expected&, std::vector<std::size_t>&, std::size_t);
+template void DecodeValues<std::size_t>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
+                                        std::vector<std::size_t>&, std::size_t);
 
 } // namespace KesraIo

@@ -90,8 +90,8 @@ template <typename T>
 void DecodeValues(std::string_view data, Form form, const ValueType& type, const BinaryLayout& layout,
                   const Expected& expected, std::vector<T>& out, std::size_t first);
 
-extern template void DecodeValues<float>(std::string_view, Form, const ValueType&, const BinaryLayout&,
-                                         const Expected&, std::vector<float>&, std::size_t);
+extern template void DecodeValues<float>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
+                                         std::vector<float>&, std::size_t);
 extern template void DecodeValues<double>(std::string_view, Form, const ValueType&, const BinaryLayout&,
                                           const Expected&, std::vector<double>&, std::size_t);
 extern template void DecodeValues<std::size_t>(std::string_view, Form, const ValueType&, const BinaryLayout&,

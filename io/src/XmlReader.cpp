@@ -33,8 +33,8 @@ enum class Element
     Strips,
     Polys,
     FieldData,
-    DataArray,  // one this reader decodes
-    Skipped,    // one it reads past
+    DataArray, // one this reader decodes
+    Skipped,   // one it reads past
     AppendedData,
     Other
 };
@@ -43,7 +43,6 @@ enum class Element
 struct ArrayRef
 {
     std::string name;
-    std::string typeName;
     const ValueType* type = nullptr; // nullptr for strings
     int components = 1;
     Form form = Form::Ascii;
@@ -138,17 +137,18 @@ Cut CutAppended(std::string_view bytes, const std::string& name)
 class Structure final : public MarkupHandler
 {
 public:
-    Structure(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name), m_markup(name, *this)
-    {
-    }
+    Structure(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name), m_markup(name, *this) {}
 
     void Parse(const Cut& cut)
     {
-        m_markup.Feed(cut.head, !cut.hasAppended || cut.tail.empty());
+        FeedSkippingContents(cut.head);
         if (cut.hasAppended && !cut.tail.empty())
         {
-            m_markup.Feed(cut.tail, true);
+            const std::size_t between = static_cast<std::size_t>(cut.tail.data() - cut.head.data()) - cut.head.size();
+            m_markup.Skip(m_bytes.substr(cut.head.size(), between));
+            m_markup.Feed(cut.tail, false);
         }
+        m_markup.Feed({}, true);
         if (!m_sawPolyData)
         {
             throw ReadError(m_name + ": VTKFile: expected a PolyData element in it");
@@ -176,6 +176,11 @@ public:
         case Element::Skipped: SkipArray(parent, attributes); break;
         case Element::AppendedData: ReadAppended(attributes); break;
         default: break;
+        }
+        if (element == "DataArray")
+        {
+            // Kept, read past or unknown, its text is no markup.
+            m_inlineContentAt = m_markup.EventEnd();
         }
     }
 
@@ -212,13 +217,13 @@ private:
         switch (parent)
         {
         case Element::File:
-            return element == "PolyData" ? Element::PolyData
+            return element == "PolyData"       ? Element::PolyData
                    : element == "AppendedData" ? Element::AppendedData
                                                : Element::Other;
         case Element::PolyData:
             return element == "Piece" ? Element::Piece : element == "FieldData" ? Element::FieldData : Element::Other;
         case Element::Piece:
-            return element == "PointData" ? Element::PointData
+            return element == "PointData"  ? Element::PointData
                    : element == "CellData" ? Element::CellData
                    : element == "Points"   ? Element::Points
                    : element == "Verts"    ? Element::Verts
@@ -229,12 +234,37 @@ private:
         case Element::PointData:
         case Element::CellData:
         case Element::Points:
-        case Element::Lines:
-            return element == "DataArray" ? Element::DataArray : Element::Other;
-        case Element::FieldData:
-            return element == "DataArray" ? Element::Skipped : Element::Other;
-        default:
-            return Element::Other;
+        case Element::Lines: return element == "DataArray" ? Element::DataArray : Element::Other;
+        case Element::FieldData: return element == "DataArray" ? Element::Skipped : Element::Other;
+        default: return Element::Other;
+        }
+    }
+
+    // expat would scan every character of an inline array, at a fraction
+    // of the speed of decoding it: the markup goes to expat tag by tag up
+    // to each DataArray start tag, and the text that follows one is passed
+    // over up to the next markup, since the array is cut out by position.
+    void FeedSkippingContents(std::string_view head)
+    {
+        constexpr std::string_view kArray = "<DataArray";
+        std::size_t at = 0;
+        while (at < head.size())
+        {
+            const std::size_t tag = head.find(kArray, at);
+            const std::size_t tagEnd = tag == std::string_view::npos ? tag : head.find('>', tag);
+            if (tagEnd == std::string_view::npos)
+            {
+                m_markup.Feed(head.substr(at), false);
+                return;
+            }
+            m_markup.Feed(head.substr(at, tagEnd + 1 - at), false);
+            at = tagEnd + 1;
+            if (m_inlineContentAt == at)
+            {
+                const std::size_t markup = std::min(head.find('<', at), head.size());
+                m_markup.Skip(head.substr(at, markup - at));
+                at = markup;
+            }
         }
     }
 
@@ -312,8 +342,7 @@ private:
         }
         layout.header64 = header != nullptr && std::string_view(header) == "UInt64";
         const char* compressor = attributes.Find("compressor");
-        if (compressor != nullptr && *compressor != '\0' &&
-            std::string_view(compressor) != "vtkZLibDataCompressor")
+        if (compressor != nullptr && *compressor != '\0' && std::string_view(compressor) != "vtkZLibDataCompressor")
         {
             Fail("VTKFile compressor: expected vtkZLibDataCompressor (the only one this reader inflates), found " +
                  Quoted(compressor));
@@ -372,9 +401,9 @@ private:
         array.name = name != nullptr ? name : "";
         array.where = std::string(ParentName(parent)) + " DataArray" + (name != nullptr ? " " + Quoted(name) : "");
         const char* type = attributes.Find("type");
-        array.typeName = type != nullptr ? type : "";
-        array.type = FindValueType(array.typeName);
-        const bool strings = array.typeName == "String";
+        const std::string_view typeName = type != nullptr ? type : "";
+        array.type = FindValueType(typeName);
+        const bool strings = typeName == "String";
         if (array.type == nullptr && !(strings && (parent == Element::PointData || parent == Element::CellData)))
         {
             Fail(array.where + " type: expected one of " + ValueTypeNames() + ", found " + Shown(type));
@@ -475,13 +504,14 @@ private:
     {
         if (piece.points > 0 && !piece.pointArray)
         {
-            FailAt(piece.line, "Piece: expected a Points element with a DataArray for its " + std::to_string(piece.points) +
-                 " points");
+            FailAt(piece.line, "Piece: expected a Points element with a DataArray for its " +
+                                   std::to_string(piece.points) + " points");
         }
         if (piece.lines > 0 && (!piece.connectivity || !piece.offsets))
         {
-            FailAt(piece.line, "Piece: expected a Lines element with DataArrays named connectivity and offsets for its " +
-                 std::to_string(piece.lines) + " lines");
+            FailAt(piece.line,
+                   "Piece: expected a Lines element with DataArrays named connectivity and offsets for its " +
+                       std::to_string(piece.lines) + " lines");
         }
     }
 
@@ -491,6 +521,7 @@ private:
     std::vector<Element> m_stack;
     ArrayRef m_array;
     std::size_t m_contentStart = 0;
+    std::size_t m_inlineContentAt = 0; // where the last DataArray's content starts
     bool m_sawPolyData = false;
 };
 
@@ -551,8 +582,8 @@ private:
             }
             if (array.offset > m_cut.appended.size())
             {
-                throw ReadError(m_name + ":" + std::to_string(array.line) + ": " + array.where + " offset: " +
-                                std::to_string(array.offset) + " is past the end of the " +
+                throw ReadError(m_name + ":" + std::to_string(array.line) + ": " + array.where +
+                                " offset: " + std::to_string(array.offset) + " is past the end of the " +
                                 std::to_string(m_cut.appended.size()) + " bytes of the appended data");
             }
             data = m_cut.appended.substr(static_cast<std::size_t>(array.offset));
@@ -676,8 +707,8 @@ private:
         values.components = array.components;
         const auto components = static_cast<std::size_t>(array.components);
         const Expected expected{Times(tuples, components),
-                                std::to_string(components) + " components for each of " + std::to_string(tuples) +
-                                    " " + what + "s"};
+                                std::to_string(components) + (components == 1 ? " component" : " components") +
+                                    " for each of " + std::to_string(tuples) + " " + what + "s"};
         if (array.type->scalar == Scalar::Float32)
         {
             std::vector<float> numbers;

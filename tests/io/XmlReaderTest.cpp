@@ -5,6 +5,8 @@
 // message that names the place and what was expected there.
 #include "KesraIo/Reader.h"
 
+#include "io/MalformedFiles.h"
+
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -182,7 +184,8 @@ Array MakeArray(const std::string& attributes, const std::vector<V>& values)
 std::string TwoLinesFile(const Encoding& encoding, const std::string& version = "1.0")
 {
     std::string appended;
-    const auto element = [&](const Array& array) {
+    const auto element = [&](const Array& array)
+    {
         std::string text = "<DataArray " + array.attributes + " format=\"" + encoding.format + "\"";
         const std::string stored =
             encoding.format == "ascii" ? array.ascii : Stored(array.raw[encoding.bigEndian ? 1 : 0], encoding);
@@ -217,8 +220,8 @@ std::string TwoLinesFile(const Encoding& encoding, const std::string& version = 
     file += "</Lines>\n</Piece>\n</PolyData>\n";
     if (encoding.format == "appended")
     {
-        file += std::string("<AppendedData encoding=\"") + (encoding.appendedBase64 ? "base64" : "raw") +
-                "\">\n   _" + appended + "\n</AppendedData>\n";
+        file += std::string("<AppendedData encoding=\"") + (encoding.appendedBase64 ? "base64" : "raw") + "\">\n   _" +
+                appended + "\n</AppendedData>\n";
     }
     return file + "</VTKFile>\n";
 }
@@ -265,7 +268,8 @@ TEST(XmlReaderTest, Version01WithoutHeaderTypeReadsUInt32Headers)
 }
 
 // Hand-written pieces of a file around one Piece element.
-std::string Vtp(const std::string& piece, const std::string& pieceAttributes = "NumberOfPoints=\"3\" NumberOfLines=\"1\"")
+std::string Vtp(const std::string& piece,
+                const std::string& pieceAttributes = "NumberOfPoints=\"3\" NumberOfLines=\"1\"")
 {
     return "<?xml version=\"1.0\"?>\n<VTKFile type=\"PolyData\" version=\"1.0\" byte_order=\"LittleEndian\">\n"
            "<PolyData>\n<Piece " +
@@ -279,16 +283,15 @@ const std::string kOneLine = "<Lines><DataArray type=\"Int32\" Name=\"connectivi
 
 TEST(XmlReaderTest, CellDataOfLinesFollowsTheVertices)
 {
-    const std::string file =
-        Vtp(kThreePoints +
-                "<Verts><DataArray type=\"Int32\" Name=\"connectivity\">0 1</DataArray>"
-                "<DataArray type=\"Int32\" Name=\"offsets\">1 2</DataArray></Verts>\n" +
-                kOneLine +
-                "<Polys><DataArray type=\"Int32\" Name=\"connectivity\">0 1 2</DataArray>"
-                "<DataArray type=\"Int32\" Name=\"offsets\">3</DataArray></Polys>\n"
-                "<CellData><DataArray type=\"Float32\" Name=\"cellv\" NumberOfComponents=\"2\">"
-                "1 10 2 20 3 30 4 40</DataArray></CellData>\n",
-            "NumberOfPoints=\"3\" NumberOfVerts=\"2\" NumberOfLines=\"1\" NumberOfPolys=\"1\"");
+    const std::string file = Vtp(kThreePoints +
+                                     "<Verts><DataArray type=\"Int32\" Name=\"connectivity\">0 1</DataArray>"
+                                     "<DataArray type=\"Int32\" Name=\"offsets\">1 2</DataArray></Verts>\n" +
+                                     kOneLine +
+                                     "<Polys><DataArray type=\"Int32\" Name=\"connectivity\">0 1 2</DataArray>"
+                                     "<DataArray type=\"Int32\" Name=\"offsets\">3</DataArray></Polys>\n"
+                                     "<CellData><DataArray type=\"Float32\" Name=\"cellv\" NumberOfComponents=\"2\">"
+                                     "1 10 2 20 3 30 4 40</DataArray></CellData>\n",
+                                 "NumberOfPoints=\"3\" NumberOfVerts=\"2\" NumberOfLines=\"1\" NumberOfPolys=\"1\"");
     const PolyData lines = ParseXmlPolyData(file, "mixed.vtp");
     ASSERT_EQ(lines.arrays.size(), 1u);
     EXPECT_EQ(lines.arrays[0].components, 2);
@@ -300,18 +303,18 @@ TEST(XmlReaderTest, CellDataOfLinesFollowsTheVertices)
 
 TEST(XmlReaderTest, TypesKeepOrWidenAndExtrasAreReadPast)
 {
-    const std::string file = Vtp(
-        kThreePoints + kOneLine +
-        "<PointData>\n"
-        "<DataArray type=\"Int8\" Name=\"i8\" format=\"ascii\">-128 0 127</DataArray>\n"
-        "<DataArray type=\"UInt64\" Name=\"u64\">18446744073709551615 0 +1</DataArray>\n"
-        "<DataArray type=\"Float32\" Name=\"f\">\n"
-        "  <InformationKey name=\"L2_NORM_RANGE\" location=\"vtkDataArray\" length=\"2\">\n"
-        "    <Value index=\"0\">1</Value><Value index=\"1\">9</Value>\n"
-        "  </InformationKey>\n"
-        "  1e39 -nan 0.1\n</DataArray>\n"
-        "<DataArray type=\"String\" Name=\"labels\" format=\"ascii\">97 0 98 0 99 0</DataArray>\n"
-        "</PointData>\n");
+    const std::string file =
+        Vtp(kThreePoints + kOneLine +
+            "<PointData>\n"
+            "<DataArray type=\"Int8\" Name=\"i8\" format=\"ascii\">-128 0 127</DataArray>\n"
+            "<DataArray type=\"UInt64\" Name=\"u64\">18446744073709551615 0 +1</DataArray>\n"
+            "<DataArray type=\"Float32\" Name=\"f\">\n"
+            "  <InformationKey name=\"L2_NORM_RANGE\" location=\"vtkDataArray\" length=\"2\">\n"
+            "    <Value index=\"0\">1</Value><Value index=\"1\">9</Value>\n"
+            "  </InformationKey>\n"
+            "  1e39 -nan 0.1\n</DataArray>\n"
+            "<DataArray type=\"String\" Name=\"labels\" format=\"ascii\">97 0 98 0 99 0</DataArray>\n"
+            "</PointData>\n");
     const std::string withField = std::string(file).replace(file.find("<Piece"), 0,
                                                             "<FieldData><DataArray type=\"Float64\" Name=\"TimeValue\">"
                                                             "0.5</DataArray></FieldData>\n");
@@ -329,34 +332,41 @@ TEST(XmlReaderTest, TypesKeepOrWidenAndExtrasAreReadPast)
     EXPECT_NE(lines.notes[1].find("'labels' holds strings"), std::string::npos) << lines.notes[1];
 }
 
+std::string Pieces(const std::string& pieces)
+{
+    return "<VTKFile type=\"PolyData\"><PolyData>" + pieces + "</PolyData></VTKFile>";
+}
+
 TEST(XmlReaderTest, PiecesOfOneFileJoinWithShiftedIndices)
 {
     const std::string piece = "<Piece NumberOfPoints=\"3\" NumberOfLines=\"1\">" + kThreePoints + kOneLine +
                               "<PointData Scalars=\"s\"><DataArray type=\"Int32\" Name=\"s\">1 2 3</DataArray>"
                               "</PointData></Piece>\n";
     const std::string empty = "<Piece NumberOfPoints=\"0\" NumberOfLines=\"0\"/>\n";
-    const std::string file = "<VTKFile type=\"PolyData\"><PolyData>" + piece + empty + piece +
-                             "</PolyData></VTKFile>";
-    const PolyData lines = ParseXmlPolyData(file, "pieces.vtp");
+    const PolyData lines = ParseXmlPolyData(Pieces(piece + empty + piece), "pieces.vtp");
     EXPECT_EQ(lines.PointCount(), 6u);
     EXPECT_EQ(lines.lineOffsets, (std::vector<std::size_t>{0, 3, 6}));
     EXPECT_EQ(lines.connectivity, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5}));
     EXPECT_EQ(lines.activeScalars, "s");
     EXPECT_EQ(lines.arrays[0].values.Doubles(), (std::vector<double>{1, 2, 3, 1, 2, 3}));
 
+    // Widths that differ widen to double; names that differ or repeat are refused.
+    std::string floats = piece;
+    floats.replace(floats.find("Float64"), 7, "Float32");
+    const PolyData widened = ParseXmlPolyData(Pieces(floats + piece), "widths.vtp");
+    EXPECT_FALSE(widened.points.IsFloat());
+    EXPECT_EQ(widened.points.Doubles(), (std::vector<double>{0, 0, 0, 1, 0, 0, 2, 0, 0, 0, 0, 0, 1, 0, 0, 2, 0, 0}));
     std::string other = piece;
     other.replace(other.find("Name=\"s\""), 8, "Name=\"t\"");
-    try
-    {
-        ParseXmlPolyData("<VTKFile type=\"PolyData\"><PolyData>" + piece + other + "</PolyData></VTKFile>", "p.vtp");
-        FAIL() << "pieces with different arrays were joined";
-    }
-    catch (const ReadError& error)
-    {
-        EXPECT_NE(std::string(error.what()).find("p.vtp:4: Piece 1: point array 's' (1 components) is missing"),
-                  std::string::npos)
-            << error.what();
-    }
+    std::string twice = piece;
+    twice.replace(twice.find("</PointData>"), 0, "<DataArray type=\"Int32\" Name=\"s\">1 2 3</DataArray>");
+    KesraTest::ExpectRefused({{"another array",
+                               Pieces(piece + other),
+                               {"p.vtp:4: Piece 1: point array 's' of 1 component is missing there"}},
+                              {"an array twice",
+                               Pieces(twice + piece),
+                               {"p.vtp:1: Piece 0: point array 's' of 1 component is there twice"}}},
+                             [](const std::string& file) { ParseXmlPolyData(file, "p.vtp"); });
 }
 
 // ---- Collections ----------------------------------------------------------------------------
@@ -410,14 +420,32 @@ TEST_F(XmlCollectionTest, ParallelAndMultiBlockJoinTheirPieces)
     EXPECT_EQ(parallel.PointCount(), 6u);
     EXPECT_EQ(parallel.connectivity, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5}));
 
-    const PolyData blocks = KesraIo::ReadPolyData(Write(
-        "data/run.vtm", "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\"><vtkMultiBlockDataSet>"
-                        "<Block index=\"0\"><DataSet index=\"0\" file=\"parts/a.vtp\"/>"
-                        "<Block index=\"1\"><DataSet index=\"0\" file=\"parts/grid.vtu\"/></Block></Block>"
-                        "<DataSet index=\"1\"/><DataSet index=\"2\" file=\"parts/a.vtp\"/>"
-                        "</vtkMultiBlockDataSet></VTKFile>"));
+    // The summary names the active scalars where its pieces do not.
+    Write("data/parts/s.vtp", Vtp(kThreePoints + kOneLine +
+                                  "<PointData><DataArray type=\"Float32\" Name=\"s\">1 2 3</DataArray></PointData>"));
+    const PolyData named = KesraIo::ReadPolyData(
+        Write("data/s.pvtp", Parallel("<PPointData Scalars=\"s\"><PDataArray type=\"Float32\" Name=\"s\"/></PPointData>"
+                                      "<Piece Source=\"parts/s.vtp\"/>")));
+    EXPECT_EQ(named.activeScalars, "s");
+
+    const PolyData blocks = KesraIo::ReadPolyData(
+        Write("data/run.vtm", "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\"><vtkMultiBlockDataSet>"
+                              "<Block index=\"0\"><DataSet index=\"0\" file=\"parts/a.vtp\"/>"
+                              "<Block index=\"1\"><DataSet index=\"0\" file=\"parts/grid.vtu\"/></Block></Block>"
+                              "<DataSet index=\"1\"/><DataSet index=\"2\" file=\"parts/a.vtp\"/>"
+                              "</vtkMultiBlockDataSet></VTKFile>"));
     EXPECT_EQ(blocks.LineCount(), 2u);
     EXPECT_EQ(blocks.notes, (std::vector<std::string>{"parts/grid.vtu is not polydata (.vtp); it was read past."}));
+}
+
+TEST_F(XmlCollectionTest, FilesAreToldByTheirExtension)
+{
+    EXPECT_EQ(KesraIo::ReadPolyData(Write("data/LINES.VTP", Vtp(kThreePoints + kOneLine))).PointCount(), 3u);
+    // Any other name is a legacy file.
+    EXPECT_NE(RefusedWith("data/lines.xml", Vtp(kThreePoints + kOneLine)).find("lines.xml:1: expected '# vtk"),
+              std::string::npos);
+    const std::string folder = (m_root / "data" / "parts").string();
+    EXPECT_THROW(KesraIo::ReadPolyData(folder), ReadError);
 }
 
 TEST_F(XmlCollectionTest, PiecesMissingOrOutsideTheFolderAreRefused)
@@ -443,12 +471,7 @@ TEST_F(XmlCollectionTest, PiecesMissingOrOutsideTheFolderAreRefused)
 
 // ---- Malformed files ------------------------------------------------------------------------
 
-struct Malformed
-{
-    const char* what;
-    std::string file;
-    std::vector<std::string> message; // each part must appear in the message
-};
+using KesraTest::Malformed;
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to)
 {
@@ -489,8 +512,21 @@ std::string WithExtraArray(const std::string& stored)
     const std::size_t size = end - (file.find("   _") + 4);
     file.insert(end, stored);
     return Replaced(file, "</PointData>",
-                    "<DataArray type=\"Float64\" Name=\"extra\" format=\"appended\" offset=\"" +
-                        std::to_string(size) + "\"/></PointData>");
+                    "<DataArray type=\"Float64\" Name=\"extra\" format=\"appended\" offset=\"" + std::to_string(size) +
+                        "\"/></PointData>");
+}
+
+// One compressed block declared to inflate to 40 bytes (five doubles) that
+// inflates to the given bytes.
+std::string OneBlockOf(const std::string& inflated)
+{
+    const std::string block = Deflated(inflated);
+    std::string header;
+    for (const std::size_t word : {std::size_t{1}, std::size_t{40}, std::size_t{0}, block.size()})
+    {
+        header += Word(word, 4, false);
+    }
+    return header + block;
 }
 
 // A compression header of UInt32 words.
@@ -521,113 +557,132 @@ TEST(XmlReaderTest, MalformedFilesAreRefusedWithWhereAndWhat)
     const std::string ascii = TwoLinesFile(Encoding{});
     const std::string raw = TwoLinesFile(Appended(false));
     const std::vector<Malformed> cases = {
-        {"a DOCTYPE", Replaced(ascii, "<VTKFile", "<!DOCTYPE VTKFile>\n<VTKFile"),
+        {"a DOCTYPE",
+         Replaced(ascii, "<VTKFile", "<!DOCTYPE VTKFile>\n<VTKFile"),
          {"bad.vtp:2:", "<!DOCTYPE VTKFile>", "refused"}},
-        {"an entity", Replaced(ascii, "<VTKFile", "<!DOCTYPE v [<!ENTITY lol \"lol\">]>\n<VTKFile"),
+        {"an entity",
+         Replaced(ascii, "<VTKFile", "<!DOCTYPE v [<!ENTITY lol \"lol\">]>\n<VTKFile"),
          {"bad.vtp:2:", "refused"}},
-        {"malformed markup", Replaced(ascii, "</Points>", "</Pints>"), {"bad.vtp:19:", "malformed XML (mismatched tag)"}},
+        {"malformed markup",
+         Replaced(ascii, "</Points>", "</Pints>"),
+         {"bad.vtp:19:", "malformed XML (mismatched tag)"}},
         {"not XML", "solid cube\n", {"bad.vtp:1:", "malformed XML"}},
-        {"another dataset", Replaced(ascii, "type=\"PolyData\"", "type=\"UnstructuredGrid\""),
+        {"another dataset",
+         Replaced(ascii, "type=\"PolyData\"", "type=\"UnstructuredGrid\""),
          {"bad.vtp:2:", "VTKFile type: expected 'PolyData'", "'UnstructuredGrid'"}},
         {"another root", "<VTKFiles/>", {"bad.vtp:1:", "<VTKFiles>: expected <VTKFile>"}},
-        {"unknown version", Replaced(ascii, "version=\"1.0\" byte", "version=\"3.0\" byte"),
+        {"unknown version",
+         Replaced(ascii, "version=\"1.0\" byte", "version=\"3.0\" byte"),
          {"bad.vtp:2:", "VTKFile version: expected 0.1, 1.0 or 2.x, found '3.0'"}},
-        {"unknown compressor", Replaced(ascii, "header_type", "compressor=\"vtkLZ4DataCompressor\" header_type"),
+        {"unknown compressor",
+         Replaced(ascii, "header_type", "compressor=\"vtkLZ4DataCompressor\" header_type"),
          {"VTKFile compressor: expected vtkZLibDataCompressor", "'vtkLZ4DataCompressor'"}},
         {"unknown header type", Replaced(ascii, "UInt32", "UInt16"), {"VTKFile header_type", "'UInt16'"}},
-        {"unknown value type", Replaced(ascii, "Float64", "Float16"),
+        {"unknown value type",
+         Replaced(ascii, "Float64", "Float16"),
          {"bad.vtp:6:", "PointData DataArray 'speed' type: expected one of Int8,", "found 'Float16'"}},
-        {"floating indices", Replaced(ascii, "type=\"Int64\" Name=\"conn", "type=\"Float32\" Name=\"conn"),
+        {"floating indices",
+         Replaced(ascii, "type=\"Int64\" Name=\"conn", "type=\"Float32\" Name=\"conn"),
          {"Lines DataArray 'connectivity': expected an integer type, found Float32"}},
-        {"bad components", Replaced(ascii, "NumberOfComponents=\"3\"", "NumberOfComponents=\"2\""),
+        {"bad components",
+         Replaced(ascii, "NumberOfComponents=\"3\"", "NumberOfComponents=\"2\""),
          {"bad.vtp:16:", "Points DataArray 'Points' NumberOfComponents: expected 3 (x, y, z), found 2"}},
-        {"wrong components in text", Replaced(ascii, "Name=\"speed\"", "Name=\"speed\" NumberOfComponents=\"3\""),
+        {"wrong components in text",
+         Replaced(ascii, "Name=\"speed\"", "Name=\"speed\" NumberOfComponents=\"3\""),
          {"PointData DataArray 'speed':", "the text ends after 5 of the 15 numbers expected",
           "3 components for each of 5 points"}},
         {"wrong components in binary",
          Replaced(TwoLinesFile(binary), "Name=\"speed\"", "Name=\"speed\" NumberOfComponents=\"2\""),
-         {"bad.vtp:6:", "PointData DataArray 'speed': the data holds 5 Float64 values; expected 10 (2 components for each of 5 points)"}},
-        {"a word among numbers", Replaced(ascii, "0.500000", "0.5x"),
+         {"bad.vtp:6:", "PointData DataArray 'speed': the data holds 5 Float64 values; expected 10 (2 components "
+                        "for each of 5 points)"}},
+        {"a word among numbers",
+         Replaced(ascii, "0.500000", "0.5x"),
          {"bad.vtp:7:", "expected a number of type Float64, found '0.5x'"}},
-        {"an integer out of its type", Replaced(ascii, "7 -8", "7 -2147483649"),
+        {"an integer out of its type",
+         Replaced(ascii, "7 -8", "7 -2147483649"),
          {"bad.vtp:12:", "CellData DataArray 'id': expected a number of type Int32, found '-2147483649'"}},
-        {"too many numbers", Replaced(ascii, "7 -8", "7 -8 9"), {"bad.vtp:12:", "more numbers than the 2 expected (1 components for each of 2 cells)"}},
-        {"an unknown format", Replaced(ascii, "format=\"ascii\"", "format=\"hex\""),
+        {"too many numbers",
+         Replaced(ascii, "7 -8", "7 -8 9"),
+         {"bad.vtp:12:", "more numbers than the 2 expected (1 component for each of 2 cells)"}},
+        {"an unknown format",
+         Replaced(ascii, "format=\"ascii\"", "format=\"hex\""),
          {"format: expected ascii, binary or appended, found 'hex'"}},
-        {"10^12 points in text", Replaced(ascii, "NumberOfPoints=\"5\"", "NumberOfPoints=\"1000000000000\""),
+        {"10^12 points in text",
+         Replaced(ascii, "NumberOfPoints=\"5\"", "NumberOfPoints=\"1000000000000\""),
          {"bad.vtp:16: Points DataArray 'Points': the text can hold at most 70 numbers; expected 3000000000000 "
           "(3 coordinates for each of 1000000000000 points)"}},
-        {"10^12 points headed as such", HugePoints(),
+        {"10^12 points headed as such",
+         HugePoints(),
          {"bad.vtp:12: byte 72 of the appended data: Points DataArray 'Points': the header announces 12000000000000 "
           "bytes, but at most"}},
-        {"an offset past the appended data", Replaced(raw, "offset=\"0\"", "offset=\"9999\""),
+        {"an offset past the appended data",
+         Replaced(raw, "offset=\"0\"", "offset=\"9999\""),
          {"bad.vtp:6: PointData DataArray 'speed' offset: 9999 is past the end of the 185 bytes of the appended data"}},
         {"appended data cut short",
          raw.substr(0, raw.find("\n</AppendedData>") - 17) + "</AppendedData></VTKFile>",
          {"bad.vtp:16: byte 164 of the appended data: Lines DataArray 'offsets': the appended data ends 3 bytes "
           "into the 4 bytes expected here"}},
         {"no underscore", Replaced(raw, "   _", "   x"), {"bad.vtp:", "AppendedData: expected '_'"}},
-        {"no end of the appended data", raw.substr(0, raw.find("</AppendedData>")),
+        {"no end of the appended data",
+         raw.substr(0, raw.find("</AppendedData>")),
          {"bad.vtp: AppendedData: expected </AppendedData>"}},
-        {"no appended data", Replaced(ascii, "format=\"ascii\"", "format=\"appended\" offset=\"0\""),
+        {"no appended data",
+         Replaced(ascii, "format=\"ascii\"", "format=\"appended\" offset=\"0\""),
          {"bad.vtp:6:", "PointData DataArray 'speed' format: appended, but the file has no AppendedData"}},
-        {"truncated base64", EditedBase64(TwoLinesFile(binary), 1, ""),
+        {"truncated base64",
+         EditedBase64(TwoLinesFile(binary), 1, ""),
          {"bad.vtp:7: PointData DataArray 'speed': the base64 text ends inside a group of four characters"}},
-        {"a foreign character in base64", EditedBase64(TwoLinesFile(binary), 2, "*"),
+        {"a foreign character in base64",
+         EditedBase64(TwoLinesFile(binary), 2, "*"),
          {"bad.vtp:7:", "expected a base64 character, found '*'"}},
-        {"blocks that do not add up", WithExtraArray(Blocks({2, 32, 8, 10, 9999})),
+        {"blocks that do not add up",
+         WithExtraArray(Blocks({2, 32, 8, 10, 9999})),
          {"bad.vtp:7: byte 310 of the appended data: PointData DataArray 'extra': the 2 compressed blocks add up "
           "to 10009 bytes, but at most"}},
         {"a block inflating to more than declared",
-         WithExtraArray(Blocks({1, 40, 0, static_cast<std::uint32_t>(Deflated(std::string(64, 'x')).size())}) +
-                        Deflated(std::string(64, 'x'))),
+         WithExtraArray(OneBlockOf(std::string(64, 'x'))),
          {"bad.vtp:7: byte 306 of the appended data: PointData DataArray 'extra': block 0 of 1 inflates to more "
           "than the 40 bytes its header declares"}},
         {"a block inflating to less than declared",
-         WithExtraArray(Blocks({1, 40, 0, static_cast<std::uint32_t>(Deflated(std::string(32, 'x')).size())}) +
-                        Deflated(std::string(32, 'x'))),
+         WithExtraArray(OneBlockOf(std::string(32, 'x'))),
          {"block 0 of 1 inflates to 32 bytes; its header declares 40"}},
-        {"a block beyond what zlib can give", WithExtraArray(Blocks({1, 40, 0, 0})),
+        {"a block beyond what zlib can give",
+         WithExtraArray(Blocks({1, 40, 0, 0})),
          {"bad.vtp:7: byte 290 of the appended data:", "block 0 claims to inflate 0 bytes to 40, more than zlib can"}},
-        {"more blocks than bytes", WithExtraArray(Blocks({1000000000, 40, 0, 0})),
-         {"bad.vtp:7: byte 290 of the appended data:", "announces 1000000000 blocks, more than the rest of the data can list"}},
-        {"a block that is not zlib", WithExtraArray(Blocks({1, 40, 0, 8}) + "notzlib!"),
+        {"more blocks than bytes",
+         WithExtraArray(Blocks({1000000000, 40, 0, 0})),
+         {"bad.vtp:7: byte 290 of the appended data:",
+          "announces 1000000000 blocks, more than the rest of the data can list"}},
+        {"a block that is not zlib",
+         WithExtraArray(Blocks({1, 40, 0, 8}) + "notzlib!"),
          {"block 0 of 1 is not a valid zlib stream"}},
-        {"an offset running back", Replaced(ascii, "  3 5\n", "  3 2\n"),
+        {"an offset running back",
+         Replaced(ascii, "  3 5\n", "  3 2\n"),
          {"bad.vtp:24:", "Lines DataArray 'offsets': line 1 ends at 2; expected offsets that never fall"}},
-        {"an offset short of the connectivity", Replaced(ascii, "  3 5\n", "  3 4\n"),
+        {"an offset short of the connectivity",
+         Replaced(ascii, "  3 5\n", "  3 4\n"),
          {"the last line ends at 4; expected the 5 indices of connectivity"}},
-        {"a negative index", Replaced(ascii, "  0 1 2 3 4\n", "  0 1 -1 3 4\n"),
+        {"a negative index",
+         Replaced(ascii, "  0 1 2 3 4\n", "  0 1 -1 3 4\n"),
          {"bad.vtp:21:", "Lines DataArray 'connectivity': index 2 names point -1; expected 0 to 5 - 1"}},
         {"an index past the points", Replaced(ascii, "  0 1 2 3 4\n", "  0 1 5 3 4\n"), {"names point 5"}},
-        {"a coordinate not finite", Replaced(ascii, "1.250000", "inf"),
+        {"a coordinate not finite",
+         Replaced(ascii, "1.250000", "inf"),
          {"bad.vtp:16: Points DataArray 'Points': point 4 has a coordinate that is not a finite number"}},
-        {"lines without their arrays", Replaced(ascii, "Name=\"offsets\"", "Name=\"offset\""),
+        {"lines without their arrays",
+         Replaced(ascii, "Name=\"offsets\"", "Name=\"offset\""),
          {"bad.vtp:4:", "Piece: expected a Lines element with DataArrays named connectivity and offsets"}},
         {"no lines",
          Replaced(Replaced(Replaced(ascii, "NumberOfLines=\"2\" NumberOfStrips=\"0\" NumberOfPolys=\"0\"",
-                                   "NumberOfLines=\"0\" NumberOfStrips=\"0\" NumberOfPolys=\"2\""), "<Lines>", "<Polys>"),
+                                    "NumberOfLines=\"0\" NumberOfStrips=\"0\" NumberOfPolys=\"2\""),
+                           "<Lines>", "<Polys>"),
                   "</Lines>", "</Polys>"),
          {"bad.vtp: no polylines"}},
-        {"a bad count", Replaced(ascii, "NumberOfPoints=\"5\"", "NumberOfPoints=\"-5\""),
+        {"a bad count",
+         Replaced(ascii, "NumberOfPoints=\"5\"", "NumberOfPoints=\"-5\""),
          {"bad.vtp:4:", "Piece NumberOfPoints: expected a whole number of 0 or more, found '-5'"}},
     };
-    for (const Malformed& bad : cases)
-    {
-        try
-        {
-            ParseXmlPolyData(bad.file, "bad.vtp");
-            ADD_FAILURE() << bad.what << ": accepted";
-        }
-        catch (const ReadError& error)
-        {
-            for (const std::string& part : bad.message)
-            {
-                EXPECT_NE(std::string(error.what()).find(part), std::string::npos)
-                    << bad.what << ": '" << part << "' not in: " << error.what();
-            }
-        }
-    }
+    KesraTest::ExpectRefused(cases, [](const std::string& file) { ParseXmlPolyData(file, "bad.vtp"); });
 }
 
 } // namespace

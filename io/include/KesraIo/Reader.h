@@ -12,8 +12,14 @@ namespace KesraIo
 
 // Reads the file at path: legacy polydata (".vtk" or any other name whose
 // first line is the legacy header), XML polydata (".vtp"), its parallel
-// summary (".pvtp", pieces relative to its folder) or a multi-block
-// collection of polydata (".vtm"). Pieces are joined in order into one.
+// summary (".pvtp": its <Piece Source> files) or a multi-block collection
+// (".vtm": its <DataSet file> entries at any depth of blocks; entries that
+// are not ".vtp" hold no polylines and are read past with a note). Pieces
+// are joined in order into one: point indices shifted, arrays matched by
+// name, association and components (refused when pieces disagree). A piece
+// path must be relative to the collection's folder and stay inside its
+// tree, links followed; an absolute, escaping or missing piece is refused
+// by name.
 PolyData ReadPolyData(const std::string& path);
 
 // An XML polydata file (".vtp": versions 0.1, 1.0 and 2.x; ASCII, base64
