@@ -1,7 +1,8 @@
 // Colouring a result: 10^6 values spread over the range, about 5 % outside
 // it, smooth and banded (8 blocks), one query per value against the batch,
 // the batch on the values in random order and sorted, and the batch's table
-// rebuilt after a setting change.
+// rebuilt after a setting change; the same for the options on top (the
+// many-stop palettes, the log scale, the NaN and range colours).
 #include "BenchFloor.h"
 
 #include "Engine/ScalarBar.h"
@@ -147,11 +148,109 @@ void Color_Recolour(benchmark::State& state)
     });
 }
 
+// The options on top of the first mapping, numbered for the rows' argument.
+enum Option
+{
+    kViridis,
+    kCoolWarm,
+    kTurbo,
+    kRangeColours,
+    kLog,
+    kLogViridis
+};
+
+CKesraScalarBar OptionBar(int option, bool banded)
+{
+    CKesraScalarBar bar = Bar(banded);
+    if (option == kViridis || option == kLogViridis)
+    {
+        bar.SetColorPaletteViridis();
+    }
+    if (option == kCoolWarm)
+    {
+        bar.SetColorPaletteCoolWarm();
+    }
+    if (option == kTurbo)
+    {
+        bar.SetColorPaletteTurbo();
+    }
+    if (option == kRangeColours)
+    {
+        bar.SetUseNanColor(1);
+        bar.SetUseBelowRangeColor(1);
+        bar.SetUseAboveRangeColor(1);
+    }
+    bar.SetLogScale(option == kLog || option == kLogViridis ? 1 : 0);
+    return bar;
+}
+
+// Arguments: option, banded. Single queries against the batch, whose first
+// call before the loop builds the table where the setting has one.
+void Color_OptionSingle(benchmark::State& state)
+{
+    const CKesraScalarBar bar = OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
+    ColorCase& data = Data();
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
+        for (std::size_t k = 0; k < kValues; ++k)
+        {
+            unsigned char* const rgba = &data.rgba[4 * k];
+            bar.GetOpenGLColor(rgba[0], rgba[1], rgba[2], data.values[k]);
+            rgba[3] = 255;
+        }
+    });
+}
+
+void Color_OptionBatch(benchmark::State& state)
+{
+    const CKesraScalarBar bar = OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
+    ColorCase& data = Data();
+    bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
+    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
+        bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
+    });
+}
+
+// A setting change and the first batch of 4096 values after it, as
+// Color_TableRebuild, with the option's palette.
+void Color_OptionTableRebuild(benchmark::State& state)
+{
+    CKesraScalarBar bar = OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
+    ColorCase& data = Data();
+    constexpr std::size_t kShort = 4096;
+    int inverse = 0;
+    for (auto _ : state)
+    {
+        inverse = 1 - inverse;
+        bar.SetInverse(inverse);
+        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void OptionArgs(benchmark::internal::Benchmark* row)
+{
+    row->ArgNames({"option", "banded"});
+    for (const int option : {kViridis, kCoolWarm, kTurbo, kRangeColours, kLog, kLogViridis})
+    {
+        row->Args({option, 0})->Args({option, 1});
+    }
+}
+
 BENCHMARK(Color_Floor);
 BENCHMARK(Color_Single)->ArgName("banded")->Arg(0)->Arg(1);
 BENCHMARK(Color_Batch)->ArgNames({"banded", "sorted"})->Args({0, 0})->Args({0, 1})->Args({1, 0})->Args({1, 1});
 BENCHMARK(Color_BatchByValue);
 BENCHMARK(Color_Recolour)->ArgName("banded")->Arg(0)->Arg(1);
 BENCHMARK(Color_TableRebuild)->ArgName("banded")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Color_OptionSingle)->Apply(OptionArgs);
+BENCHMARK(Color_OptionBatch)->Apply(OptionArgs);
+BENCHMARK(Color_OptionTableRebuild)
+    ->ArgNames({"option", "banded"})
+    ->Args({kViridis, 0})
+    ->Args({kCoolWarm, 0})
+    ->Args({kTurbo, 0})
+    ->Args({kViridis, 1})
+    ->Unit(benchmark::kMicrosecond);
 
 } // namespace

@@ -77,18 +77,12 @@ void Locate(double clamped, int last, int& i, double& f)
     f = x - i;
 }
 
-// The stops at both ends of segment i. At the top of the scale (i = last)
+// The stop at the high end of segment i. At the top of the scale (i = last)
 // there is no segment; both ends are then the last stop, so that every index
 // stays within the stops.
-void SegmentEnds(const ColorStops& stops, int i, double* low, double* high)
+int HighStop(int i, int last)
 {
-    const int last = stops.count - 1;
-    const int next = i < last ? i + 1 : last;
-    for (int c = 0; c < 3; ++c)
-    {
-        low[c] = stops.rgb[i][c];
-        high[c] = stops.rgb[next][c];
-    }
+    return i < last ? i + 1 : last;
 }
 
 // One channel at fraction f between the ends of a segment, in double.
@@ -351,12 +345,12 @@ void SmoothBlock(const ColorStops& stops, double minimum, double top, bool inver
     double high[3][kBatchBlock];
     for (std::size_t k = 0; k < n; ++k)
     {
-        double ends[6];
-        SegmentEnds(stops, index[k], ends, ends + 3);
+        const double* const lowStop = stops.rgb[index[k]];
+        const double* const highStop = stops.rgb[HighStop(index[k], last)];
         for (int c = 0; c < 3; ++c)
         {
-            low[c][k] = ends[c];
-            high[c][k] = ends[3 + c];
+            low[c][k] = lowStop[c];
+            high[c][k] = highStop[c];
         }
     }
     // Channel bytes held in 32 bits, as wide as the packed colour, so that
@@ -393,6 +387,20 @@ void SmoothBlock(const ColorStops& stops, double minimum, double top, bool inver
 // symbol table.
 
 // The colour at position p of the scale, inverted when inverse is set.
+// The colour at a clamped position of stops whose last stop is last.
+void PlaceClamped(const double (*stops)[3], int last, double clamped, unsigned char* rgb)
+{
+    int i = 0;
+    double f = 0.0;
+    Locate(clamped, last, i, f);
+    const double* const lowStop = stops[i];
+    const double* const highStop = stops[HighStop(i, last)];
+    for (int c = 0; c < 3; ++c)
+    {
+        rgb[c] = ChannelByte(MixedChannel(i, last, f, lowStop[c], highStop[c]));
+    }
+}
+
 void PlacePosition(const CKesraColorMap& map, double p, unsigned char* rgb)
 {
     if (map.inverse)
@@ -400,17 +408,14 @@ void PlacePosition(const CKesraColorMap& map, double p, unsigned char* rgb)
         p = 1.0 - p;
     }
     const ColorStops stops = StopsOf(map);
-    const int last = stops.count - 1;
-    int i = 0;
-    double f = 0.0;
-    Locate(ClampedPosition(p), last, i, f);
-    double lowEnd[3];
-    double highEnd[3];
-    SegmentEnds(stops, i, lowEnd, highEnd);
-    for (int c = 0; c < 3; ++c)
+    // The five stops with their count as a constant, as the single query has
+    // always been compiled; the same steps either way.
+    if (stops.rgb == *map.palette)
     {
-        rgb[c] = ChannelByte(MixedChannel(i, last, f, lowEnd[c], highEnd[c]));
+        PlaceClamped(*map.palette, 4, ClampedPosition(p), rgb);
+        return;
     }
+    PlaceClamped(stops.rgb, stops.count - 1, ClampedPosition(p), rgb);
 }
 
 void Place(const CKesraColorMap& map, double value, double low, double high, int logarithmic,
@@ -476,17 +481,39 @@ double Filled(const CKesraColorMap& map, double value)
     return map.fillAllRange ? ClampedValue(value, map.minimum, map.maximum) : value;
 }
 
-void Smooth(const CKesraColorMap& map, double value, unsigned char* rgb)
+// The position of value on the map's scale, before inverse and clamping.
+// The log scale's is a function of its own, called from every place that
+// needs it, so that the common linear query compiles into its callers
+// without the logarithms.
+double LogScalePosition(const CKesraColorMap& map, double value)
 {
-    Place(map, Filled(map, value), map.minimum, map.scaleTop, ScaleLogarithmic(map), rgb);
+    return PalettePosition(value, map.minimum, map.scaleTop, 1);
 }
 
-void Banded(const CKesraColorMap& map, double value, unsigned char* rgb)
+inline double ScalePositionOf(const CKesraColorMap& map, double value)
+{
+    return map.logScale ? LogScalePosition(map, value)
+                        : LinearPosition(value, map.minimum, map.scaleTop);
+}
+
+inline void Smooth(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    PlacePosition(map, ScalePositionOf(map, Filled(map, value)), rgb);
+}
+
+// The log scale's banded colour: the lower end of the value's part of the
+// logarithmic position.
+void LogBanded(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    const double p = LogScalePosition(map, Filled(map, value));
+    PlacePosition(map, LogBlockPosition(p, map.blocks), rgb);
+}
+
+inline void Banded(const CKesraColorMap& map, double value, unsigned char* rgb)
 {
     if (map.logScale)
     {
-        const double p = PalettePosition(Filled(map, value), map.minimum, map.scaleTop, 1);
-        PlacePosition(map, LogBlockPosition(p, map.blocks), rgb);
+        LogBanded(map, value, rgb);
         return;
     }
     const double lower = LowerEdge(map.minimum, map.maximum, map.blocks, Filled(map, value));
@@ -1111,7 +1138,7 @@ std::vector<double> ColorDecades(double minimum, double maximum)
 
 double CKesraColorMap::ScalePosition(double value) const
 {
-    return PalettePosition(value, minimum, scaleTop, ScaleLogarithmic(*this));
+    return ScalePositionOf(*this, value);
 }
 
 void CKesraColorMap::PaletteColor(unsigned char& red, unsigned char& green, unsigned char& blue,

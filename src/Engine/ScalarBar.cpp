@@ -920,15 +920,25 @@ CKesraColorMap CKesraScalarBar::ColorMapping(bool banded) const
     {
         map.singleColor[c] = m_singleColor[c];
         map.overRangeColor[c] = m_overRangeColor[c];
-        map.nanColor[c] = m_nanColor[c];
-        map.belowColor[c] = m_belowRangeColor[c];
-        map.aboveColor[c] = m_aboveRangeColor[c];
+    }
+    // The options on top only while one is in use: the map is built for every
+    // query, and the default's own values serve while all are off.
+    if (m_colorStops.rgb == nullptr && (m_logScale | m_useNanColor | m_useBelowRangeColor |
+                                        m_useAboveRangeColor) == 0)
+    {
+        return map;
     }
     map.stops = m_colorStops;
     map.logScale = m_logScale == 1;
     map.useNanColor = m_useNanColor == 1;
     map.useBelowColor = m_useBelowRangeColor == 1;
     map.useAboveColor = m_useAboveRangeColor == 1;
+    for (int c = 0; c < 3; ++c)
+    {
+        map.nanColor[c] = m_nanColor[c];
+        map.belowColor[c] = m_belowRangeColor[c];
+        map.aboveColor[c] = m_aboveRangeColor[c];
+    }
     return map;
 }
 
