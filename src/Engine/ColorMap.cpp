@@ -386,7 +386,6 @@ void SmoothBlock(const ColorStops& stops, double minimum, double top, bool inver
 // are compiled into one another rather than called through the library's
 // symbol table.
 
-// The colour at position p of the scale, inverted when inverse is set.
 // The colour at a clamped position of stops whose last stop is last.
 void PlaceClamped(const double (*stops)[3], int last, double clamped, unsigned char* rgb)
 {
@@ -401,6 +400,7 @@ void PlaceClamped(const double (*stops)[3], int last, double clamped, unsigned c
     }
 }
 
+// The colour at position p of the scale, inverted when inverse is set.
 void PlacePosition(const CKesraColorMap& map, double p, unsigned char* rgb)
 {
     if (map.inverse)
@@ -482,9 +482,8 @@ double Filled(const CKesraColorMap& map, double value)
 }
 
 // The position of value on the map's scale, before inverse and clamping.
-// The log scale's is a function of its own, called from every place that
-// needs it, so that the common linear query compiles into its callers
-// without the logarithms.
+// The log scale's is a function of its own, so that the common linear query
+// compiles into its callers without the logarithms.
 double LogScalePosition(const CKesraColorMap& map, double value)
 {
     return PalettePosition(value, map.minimum, map.scaleTop, 1);
@@ -555,10 +554,11 @@ int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
 // The words a table is keyed on: every bit of the setting that its colours
 // depend on. Fill all range and the fixed colours are applied per value, so
 // they are not part of it; neither is the block count of a smooth table.
-// A many-stop palette is one of the library's static tables, known by its
-// address and length; the log scale is keyed too, although it builds no
-// table, so that a table is never taken for a setting it was not made for.
-constexpr int kKeyWords = 15 + 6 + 3;
+// A many-stop palette adds its count here and every bit of its stops beside
+// the key (CKesraColorTable::stopBits); the log scale is keyed too, although
+// it builds no table, so that a table is never taken for a setting it was
+// not made for.
+constexpr int kKeyWords = 15 + 6 + 2;
 using TableKey = std::uint64_t[kKeyWords];
 
 std::uint64_t BitsOf(double value)
@@ -584,10 +584,47 @@ void KeyOf(const CKesraColorMap& map, std::uint64_t* key)
     key[w++] = static_cast<std::uint32_t>(map.banded ? map.blocks : 0);
     key[w++] = map.inverse ? 1 : 0;
     key[w++] = map.banded ? 1 : 0;
-    const ColorStops stops = StopsOf(map);
-    key[w++] = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(stops.rgb));
-    key[w++] = static_cast<std::uint32_t>(stops.count);
+    key[w++] = static_cast<std::uint32_t>(StopsOf(map).count);
     key[w] = map.logScale ? 1 : 0;
+}
+
+// Whether bits holds every bit of the map's many stops, in order; none for
+// the five stops, which the key holds.
+bool SameStopBits(const CKesraColorMap& map, const std::vector<std::uint64_t>& bits)
+{
+    const ColorStops stops = StopsOf(map);
+    if (stops.rgb == *map.palette)
+    {
+        return bits.empty();
+    }
+    if (bits.size() != static_cast<std::size_t>(stops.count) * 3)
+    {
+        return false;
+    }
+    for (std::size_t k = 0; k < bits.size(); ++k)
+    {
+        if (bits[k] != BitsOf(stops.rgb[k / 3][k % 3]))
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+void StoreStopBits(const CKesraColorMap& map, std::vector<std::uint64_t>& bits)
+{
+    const ColorStops stops = StopsOf(map);
+    if (stops.rgb == *map.palette)
+    {
+        return;
+    }
+    for (int k = 0; k < stops.count; ++k)
+    {
+        for (const double channel : stops.rgb[k])
+        {
+            bits.push_back(BitsOf(channel));
+        }
+    }
 }
 
 // Doubles in rising order as integers, one apart for neighbours; +0.0 and
@@ -640,6 +677,8 @@ public:
     };
 
     TableKey key = {};
+    // The many stops' bits, when the setting has them.
+    std::vector<std::uint64_t> stopBits;
     // False: no exact table for this setting.
     bool usable = false;
     double minimum = 0.0;
@@ -995,6 +1034,7 @@ bool BuildBandedTable(const CKesraColorMap& map, CKesraColorTable& table)
 void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
 {
     KeyOf(map, table.key);
+    StoreStopBits(map, table.stopBits);
     table.minimum = map.minimum;
     table.maximum = map.maximum;
     const bool built = map.banded
@@ -1274,7 +1314,7 @@ const CKesraColorTable* CurrentTable(const CKesraColorMap& map,
 {
     TableKey key = {};
     KeyOf(map, key);
-    if (!slot || std::memcmp(slot->key, key, sizeof key) != 0)
+    if (!slot || std::memcmp(slot->key, key, sizeof key) != 0 || !SameStopBits(map, slot->stopBits))
     {
         // The old table goes first, so that a failed allocation leaves none.
         slot.reset();
