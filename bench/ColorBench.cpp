@@ -76,9 +76,9 @@ void Color_Floor(benchmark::State& state)
     KesraBench::MeasureRow(state, kValues, FloorPass, FloorPass);
 }
 
-void Color_Single(benchmark::State& state)
+// One query per value, alpha written as the batch writes it.
+void MeasureSingle(benchmark::State& state, const CKesraScalarBar& bar)
 {
-    const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
     KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
         for (std::size_t k = 0; k < kValues; ++k)
@@ -90,17 +90,46 @@ void Color_Single(benchmark::State& state)
     });
 }
 
-// Arguments: banded, sorted. The first batch before the loop builds the
-// table, as the first batch after a setting change does.
-void Color_Batch(benchmark::State& state)
+// The first batch before the loop builds the table, as the first batch
+// after a setting change does.
+void MeasureBatch(benchmark::State& state, const CKesraScalarBar& bar,
+                  const std::vector<double>& values)
 {
-    const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
-    const std::vector<double>& values = state.range(1) != 0 ? data.sorted : data.values;
     bar.GetOpenGLColors(values.data(), kValues, data.rgba.data());
     KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
         bar.GetOpenGLColors(values.data(), kValues, data.rgba.data());
     });
+}
+
+// A setting change (inverse toggled) and the first batch after it, of the
+// 4096 values that make a batch long enough for a table: mostly the table's
+// rebuild, in microseconds per change (items are changes; no floor).
+void MeasureRebuild(benchmark::State& state, CKesraScalarBar& bar)
+{
+    ColorCase& data = Data();
+    constexpr std::size_t kShort = 4096;
+    int inverse = 0;
+    for (auto _ : state)
+    {
+        inverse = 1 - inverse;
+        bar.SetInverse(inverse);
+        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void Color_Single(benchmark::State& state)
+{
+    MeasureSingle(state, Bar(state.range(0) != 0));
+}
+
+// Arguments: banded, sorted.
+void Color_Batch(benchmark::State& state)
+{
+    ColorCase& data = Data();
+    MeasureBatch(state, Bar(state.range(0) != 0), state.range(1) != 0 ? data.sorted : data.values);
 }
 
 // The smooth batch whatever the banded switch says, on a banded bar.
@@ -114,23 +143,10 @@ void Color_BatchByValue(benchmark::State& state)
     });
 }
 
-// A setting change and the first batch after it, of the 4096 values that
-// make a batch long enough for a table: mostly the table's rebuild, in
-// microseconds per change (items are changes; no floor).
 void Color_TableRebuild(benchmark::State& state)
 {
     CKesraScalarBar bar = Bar(state.range(0) != 0);
-    ColorCase& data = Data();
-    constexpr std::size_t kShort = 4096;
-    int inverse = 0;
-    for (auto _ : state)
-    {
-        inverse = 1 - inverse;
-        bar.SetInverse(inverse);
-        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations());
+    MeasureRebuild(state, bar);
 }
 
 // What a viewer does on a key press that changes the colouring: the setting
@@ -184,48 +200,26 @@ CKesraScalarBar OptionBar(int option, bool banded)
     return bar;
 }
 
-// Arguments: option, banded. Single queries against the batch, whose first
-// call before the loop builds the table where the setting has one.
+// Arguments of the option rows: option, banded.
+CKesraScalarBar OptionBar(const benchmark::State& state)
+{
+    return OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
+}
+
 void Color_OptionSingle(benchmark::State& state)
 {
-    const CKesraScalarBar bar = OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
-    ColorCase& data = Data();
-    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
-        for (std::size_t k = 0; k < kValues; ++k)
-        {
-            unsigned char* const rgba = &data.rgba[4 * k];
-            bar.GetOpenGLColor(rgba[0], rgba[1], rgba[2], data.values[k]);
-            rgba[3] = 255;
-        }
-    });
+    MeasureSingle(state, OptionBar(state));
 }
 
 void Color_OptionBatch(benchmark::State& state)
 {
-    const CKesraScalarBar bar = OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
-    ColorCase& data = Data();
-    bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
-    KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
-        bar.GetOpenGLColors(data.values.data(), kValues, data.rgba.data());
-    });
+    MeasureBatch(state, OptionBar(state), Data().values);
 }
 
-// A setting change and the first batch of 4096 values after it, as
-// Color_TableRebuild, with the option's palette.
 void Color_OptionTableRebuild(benchmark::State& state)
 {
-    CKesraScalarBar bar = OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
-    ColorCase& data = Data();
-    constexpr std::size_t kShort = 4096;
-    int inverse = 0;
-    for (auto _ : state)
-    {
-        inverse = 1 - inverse;
-        bar.SetInverse(inverse);
-        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations());
+    CKesraScalarBar bar = OptionBar(state);
+    MeasureRebuild(state, bar);
 }
 
 void OptionArgs(benchmark::internal::Benchmark* row)

@@ -43,6 +43,14 @@ bool DifferAsCStrings(const std::string& a, const std::string& b)
     return std::strcmp(a.c_str(), b.c_str()) != 0;
 }
 
+void CopyColor(const unsigned char (&color)[3], unsigned char& red, unsigned char& green,
+               unsigned char& blue)
+{
+    red = color[0];
+    green = color[1];
+    blue = color[2];
+}
+
 // Digits a double needs at most to be told apart from its neighbours, and
 // powers of ten that a double can divide by without overflowing to nothing.
 constexpr int kMaxLabelDigits = 17;
@@ -670,9 +678,7 @@ void CKesraScalarBar::SetOverRangeColor(unsigned char red, unsigned char green,
 void CKesraScalarBar::GetOverRangeColor(unsigned char& red, unsigned char& green,
                                         unsigned char& blue) const
 {
-    red = m_overRangeColor[0];
-    green = m_overRangeColor[1];
-    blue = m_overRangeColor[2];
+    CopyColor(m_overRangeColor, red, green, blue);
 }
 
 void CKesraScalarBar::SetSingleColor(unsigned char red, unsigned char green, unsigned char blue)
@@ -685,9 +691,7 @@ void CKesraScalarBar::SetSingleColor(unsigned char red, unsigned char green, uns
 void CKesraScalarBar::GetSingleColor(unsigned char& red, unsigned char& green,
                                      unsigned char& blue) const
 {
-    red = m_singleColor[0];
-    green = m_singleColor[1];
-    blue = m_singleColor[2];
+    CopyColor(m_singleColor, red, green, blue);
 }
 
 void CKesraScalarBar::SetColorPaletteRedBlue()
@@ -788,9 +792,7 @@ void CKesraScalarBar::SetNanColor(unsigned char red, unsigned char green, unsign
 void CKesraScalarBar::GetNanColor(unsigned char& red, unsigned char& green,
                                   unsigned char& blue) const
 {
-    red = m_nanColor[0];
-    green = m_nanColor[1];
-    blue = m_nanColor[2];
+    CopyColor(m_nanColor, red, green, blue);
 }
 
 void CKesraScalarBar::SetBelowRangeColor(unsigned char red, unsigned char green,
@@ -802,9 +804,7 @@ void CKesraScalarBar::SetBelowRangeColor(unsigned char red, unsigned char green,
 void CKesraScalarBar::GetBelowRangeColor(unsigned char& red, unsigned char& green,
                                          unsigned char& blue) const
 {
-    red = m_belowRangeColor[0];
-    green = m_belowRangeColor[1];
-    blue = m_belowRangeColor[2];
+    CopyColor(m_belowRangeColor, red, green, blue);
 }
 
 void CKesraScalarBar::SetAboveRangeColor(unsigned char red, unsigned char green,
@@ -816,9 +816,7 @@ void CKesraScalarBar::SetAboveRangeColor(unsigned char red, unsigned char green,
 void CKesraScalarBar::GetAboveRangeColor(unsigned char& red, unsigned char& green,
                                          unsigned char& blue) const
 {
-    red = m_aboveRangeColor[0];
-    green = m_aboveRangeColor[1];
-    blue = m_aboveRangeColor[2];
+    CopyColor(m_aboveRangeColor, red, green, blue);
 }
 
 // ---- Label texts ----------------------------------------------------------------

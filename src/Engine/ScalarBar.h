@@ -239,9 +239,9 @@ public:
     void SetLogScale(int logScale);
     int GetLogScale() const;
     // The decades that the log scale's labels stand at, from the minimum to
-    // the maximum value (ColorDecades); the position of any value on the
-    // bar, 0 at the minimum and 1 at the colour-scale top, linear or log as
-    // set, before inverse.
+    // the colour-scale top (ColorDecades); and the position of any value on
+    // the bar, 0 at the minimum and 1 at the colour-scale top, linear or log
+    // as set, before inverse and clamping.
     std::vector<double> GetLogDecades() const;
     double GetScalePosition(double value) const;
 
