@@ -38,7 +38,8 @@
 //   ordinary below-range value: the range may well include it.
 // Both take the NaN colour, before fill all range and the single colour:
 // neither can be clamped into the range or stands for a value of it, and the
-// one toolkit's habit of giving them the minimum's colour hides missing data.
+// minimum's colour would pass missing or invalid data off as the smallest
+// value.
 #pragma once
 
 #include "MathKit/Export.h"
@@ -72,7 +73,9 @@ inline constexpr ColorPalette kColorPaletteGreenRed = {
 // A palette of count stops (at least 2), evenly spaced: stop k is the colour
 // at position k / (count - 1), and a position between two stops mixes them
 // linearly, in the same double steps as the five-stop palettes. The stops
-// are referred to, not copied: they must outlive whoever holds them.
+// are referred to, not copied: they must outlive whoever holds them. A
+// batch's table compares every bit of them before it is used again, so
+// stops changed in place are never served from an old table.
 struct ColorStops
 {
     const double (*rgb)[3] = nullptr;
