@@ -278,6 +278,11 @@ TEST(LogScale, DecadesStandAtEqualStepsAndTheLogPlacingIsTheProtectedOnes)
     EXPECT_EQ(Colour(bar, 100.0).rgb, (Rgb{0, 255, 255}));
     EXPECT_EQ(Colour(bar, 0.05).code, 0);
     EXPECT_EQ(Colour(bar, 0.05).rgb, (Rgb{255, 0, 0}));
+    // No decades where the scale has no finite, positive ends.
+    EXPECT_TRUE(KesraEngine::ColorDecades(0.0, 1e-320).empty());
+    EXPECT_TRUE(KesraEngine::ColorDecades(1.0, kInf).empty());
+    EXPECT_TRUE(KesraEngine::ColorDecades(kInf, 1.0).empty());
+    EXPECT_EQ(KesraEngine::ColorDecades(-1.0, -2.0), (std::vector<double>{1e-4, 1e-3, 1e-2, 0.1, 1.0}));
 }
 
 TEST(LogScale, NaNAndValuesWithoutALogarithmNeverTakeTheMinimumsColour)

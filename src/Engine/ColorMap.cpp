@@ -1154,7 +1154,9 @@ std::vector<double> ColorDecades(double minimum, double maximum)
     const double top = maximum > 0.0 ? maximum : 1.0;
     const double bottom = minimum > 0.0 ? minimum : top * 0.0001;
     std::vector<double> decades;
-    if (!std::isfinite(top) || !std::isfinite(bottom))
+    // A bottom four decades below a denormal top rounds to 0, which has no
+    // decade; nor has an infinite end.
+    if (!std::isfinite(top) || !std::isfinite(bottom) || !(bottom > 0.0))
     {
         return decades;
     }

@@ -95,7 +95,8 @@ KESRA_ENGINE_API ColorStops ColorStopsTurbo();
 // The decades 10^k of the log scale from minimum to maximum, rising: those
 // between the scale's bottom and top as the log placing takes them (a top
 // that is not positive counts as 1, a bottom that is not positive as top *
-// 0.0001), ends included. Empty when a bound is not finite.
+// 0.0001), ends included. Empty when an end is not finite or the bottom
+// rounds to 0 (a top of a few denormals).
 KESRA_ENGINE_API std::vector<double> ColorDecades(double minimum, double maximum);
 
 // The edges of the banded mapping's blocks from minimum to maximum, exactly as

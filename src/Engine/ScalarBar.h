@@ -63,7 +63,9 @@ namespace KesraEngine
 // - Automatic: the fewest significant digits, 1 to 17, at which no two
 //   neighbouring labels of different values read alike ("%.*g"); digits is
 //   not used.
-enum eScalarBarLabelFormat
+// Its type is fixed to int so that any int a host casts to it is a value of
+// it, which the setter then refuses, rather than undefined behaviour.
+enum eScalarBarLabelFormat : int
 {
     eLabelFormatDefault = 0,
     eLabelFormatFixed = 1,
