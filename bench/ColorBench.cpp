@@ -1,7 +1,8 @@
 // Colouring a result: 10^6 values spread over the range, about 5 % outside
 // it, smooth and banded (8 blocks), one query per value against the batch,
 // the batch on the values in random order and sorted, and the batch's table
-// rebuilt after a setting change.
+// rebuilt after a setting change; the same for the options on top (the
+// many-stop palettes, the log scale, the NaN and range colours).
 #include "BenchFloor.h"
 
 #include "Engine/ScalarBar.h"
@@ -75,9 +76,9 @@ void Color_Floor(benchmark::State& state)
     KesraBench::MeasureRow(state, kValues, FloorPass, FloorPass);
 }
 
-void Color_Single(benchmark::State& state)
+// One query per value, alpha written as the batch writes it.
+void MeasureSingle(benchmark::State& state, const CKesraScalarBar& bar)
 {
-    const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
     KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
         for (std::size_t k = 0; k < kValues; ++k)
@@ -89,17 +90,46 @@ void Color_Single(benchmark::State& state)
     });
 }
 
-// Arguments: banded, sorted. The first batch before the loop builds the
-// table, as the first batch after a setting change does.
-void Color_Batch(benchmark::State& state)
+// The first batch before the loop builds the table, as the first batch
+// after a setting change does.
+void MeasureBatch(benchmark::State& state, const CKesraScalarBar& bar,
+                  const std::vector<double>& values)
 {
-    const CKesraScalarBar bar = Bar(state.range(0) != 0);
     ColorCase& data = Data();
-    const std::vector<double>& values = state.range(1) != 0 ? data.sorted : data.values;
     bar.GetOpenGLColors(values.data(), kValues, data.rgba.data());
     KesraBench::MeasureRow(state, kValues, FloorPass, [&] {
         bar.GetOpenGLColors(values.data(), kValues, data.rgba.data());
     });
+}
+
+// A setting change (inverse toggled) and the first batch after it, of the
+// 4096 values that make a batch long enough for a table: mostly the table's
+// rebuild, in microseconds per change (items are changes; no floor).
+void MeasureRebuild(benchmark::State& state, CKesraScalarBar& bar)
+{
+    ColorCase& data = Data();
+    constexpr std::size_t kShort = 4096;
+    int inverse = 0;
+    for (auto _ : state)
+    {
+        inverse = 1 - inverse;
+        bar.SetInverse(inverse);
+        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void Color_Single(benchmark::State& state)
+{
+    MeasureSingle(state, Bar(state.range(0) != 0));
+}
+
+// Arguments: banded, sorted.
+void Color_Batch(benchmark::State& state)
+{
+    ColorCase& data = Data();
+    MeasureBatch(state, Bar(state.range(0) != 0), state.range(1) != 0 ? data.sorted : data.values);
 }
 
 // The smooth batch whatever the banded switch says, on a banded bar.
@@ -113,23 +143,10 @@ void Color_BatchByValue(benchmark::State& state)
     });
 }
 
-// A setting change and the first batch after it, of the 4096 values that
-// make a batch long enough for a table: mostly the table's rebuild, in
-// microseconds per change (items are changes; no floor).
 void Color_TableRebuild(benchmark::State& state)
 {
     CKesraScalarBar bar = Bar(state.range(0) != 0);
-    ColorCase& data = Data();
-    constexpr std::size_t kShort = 4096;
-    int inverse = 0;
-    for (auto _ : state)
-    {
-        inverse = 1 - inverse;
-        bar.SetInverse(inverse);
-        bar.GetOpenGLColors(data.values.data(), kShort, data.rgba.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations());
+    MeasureRebuild(state, bar);
 }
 
 // What a viewer does on a key press that changes the colouring: the setting
@@ -147,11 +164,87 @@ void Color_Recolour(benchmark::State& state)
     });
 }
 
+// The options on top of the first mapping, numbered for the rows' argument.
+enum Option
+{
+    kViridis,
+    kCoolWarm,
+    kTurbo,
+    kRangeColours,
+    kLog,
+    kLogViridis
+};
+
+CKesraScalarBar OptionBar(int option, bool banded)
+{
+    CKesraScalarBar bar = Bar(banded);
+    if (option == kViridis || option == kLogViridis)
+    {
+        bar.SetColorPaletteViridis();
+    }
+    if (option == kCoolWarm)
+    {
+        bar.SetColorPaletteCoolWarm();
+    }
+    if (option == kTurbo)
+    {
+        bar.SetColorPaletteTurbo();
+    }
+    if (option == kRangeColours)
+    {
+        bar.SetUseNanColor(1);
+        bar.SetUseBelowRangeColor(1);
+        bar.SetUseAboveRangeColor(1);
+    }
+    bar.SetLogScale(option == kLog || option == kLogViridis ? 1 : 0);
+    return bar;
+}
+
+// Arguments of the option rows: option, banded.
+CKesraScalarBar OptionBar(const benchmark::State& state)
+{
+    return OptionBar(static_cast<int>(state.range(0)), state.range(1) != 0);
+}
+
+void Color_OptionSingle(benchmark::State& state)
+{
+    MeasureSingle(state, OptionBar(state));
+}
+
+void Color_OptionBatch(benchmark::State& state)
+{
+    MeasureBatch(state, OptionBar(state), Data().values);
+}
+
+void Color_OptionTableRebuild(benchmark::State& state)
+{
+    CKesraScalarBar bar = OptionBar(state);
+    MeasureRebuild(state, bar);
+}
+
+void OptionArgs(benchmark::internal::Benchmark* row)
+{
+    row->ArgNames({"option", "banded"});
+    for (const int option : {kViridis, kCoolWarm, kTurbo, kRangeColours, kLog, kLogViridis})
+    {
+        row->Args({option, 0})->Args({option, 1});
+    }
+}
+
 BENCHMARK(Color_Floor);
 BENCHMARK(Color_Single)->ArgName("banded")->Arg(0)->Arg(1);
 BENCHMARK(Color_Batch)->ArgNames({"banded", "sorted"})->Args({0, 0})->Args({0, 1})->Args({1, 0})->Args({1, 1});
 BENCHMARK(Color_BatchByValue);
 BENCHMARK(Color_Recolour)->ArgName("banded")->Arg(0)->Arg(1);
 BENCHMARK(Color_TableRebuild)->ArgName("banded")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Color_OptionSingle)->Apply(OptionArgs);
+BENCHMARK(Color_OptionBatch)->Apply(OptionArgs);
+BENCHMARK(Color_OptionTableRebuild)
+    ->ArgNames({"option", "banded"})
+    ->Args({kViridis, 0})
+    ->Args({kCoolWarm, 0})
+    ->Args({kTurbo, 0})
+    ->Args({kViridis, 1})
+    ->Unit(benchmark::kMicrosecond);
 
 } // namespace

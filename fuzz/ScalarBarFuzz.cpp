@@ -1,5 +1,8 @@
 // The scalar bar: value ranges, palettes, colour mapping, texts and layout
-// with any numbers. Colour codes stay in {-1, 0, 1}; while not created the
+// with any numbers, and the options on top (many-stop palettes, log scale,
+// NaN and range colours, label texts). Colour codes stay in {-1, 0, 1} but
+// for 2, only for a NaN, and -2, only for a value <= 0; a batch of one value
+// answers as the single query; label texts are never empty; while not created the
 // flag getters answer -1, the block number 0 and the other getters leave
 // their outputs alone; when created the flags are 0 or 1; the block number
 // stays within 2 ... 30; a copy equals its original.
@@ -7,7 +10,10 @@
 
 #include "support/TestDoubles.h"
 
+#include <cmath>
+#include <cstring>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -45,20 +51,94 @@ void CheckGetters(const TestScalarBar& bar)
     }
 }
 
+void CheckCode(int code, double value)
+{
+    Require(code >= -2 && code <= 2, "a colour code is -2 ... 2");
+    Require(code != 2 || std::isnan(value), "code 2 is a NaN's");
+    Require(code != -2 || value <= 0.0, "code -2 is a value's <= 0");
+}
+
 void CheckColour(const TestScalarBar& bar, double value)
 {
-    unsigned char r = 0, g = 0, b = 0;
-    const int code = bar.GetOpenGLColor(r, g, b, value);
-    Require(code >= -1 && code <= 1, "a colour code is -1, 0 or 1");
-    const int byValue = bar.GetOpenGLColorByValue(r, g, b, value);
-    Require(byValue >= -1 && byValue <= 1, "a colour code by value is -1, 0 or 1");
-    bar.GetOpenGLColorImpl(r, g, b, value);
-    bar.GetOpenGLBandedColorImpl(r, g, b, value);
+    unsigned char rgb[3] = {};
+    const int code = bar.GetOpenGLColor(rgb[0], rgb[1], rgb[2], value);
+    CheckCode(code, value);
+    unsigned char rgba[4] = {};
+    signed char batchCode = 0;
+    bar.GetOpenGLColors(&value, 1, rgba, &batchCode);
+    Require(std::memcmp(rgb, rgba, 3) == 0 && rgba[3] == 255 && batchCode == code,
+            "a batch of one value answers as the single query");
+    const int byValue = bar.GetOpenGLColorByValue(rgb[0], rgb[1], rgb[2], value);
+    CheckCode(byValue, value);
+    bar.GetOpenGLColorImpl(rgb[0], rgb[1], rgb[2], value);
+    bar.GetOpenGLBandedColorImpl(rgb[0], rgb[1], rgb[2], value);
+}
+
+void StepOption(TestScalarBar& bar, FuzzInput& in)
+{
+    switch (in.Choice(5))
+    {
+    case 0:
+    {
+        const int which = in.Choice(4);
+        const int value = in.Int();
+        which == 0 ? bar.SetLogScale(value)
+        : which == 1 ? bar.SetUseNanColor(value)
+        : which == 2 ? bar.SetUseBelowRangeColor(value)
+                     : bar.SetUseAboveRangeColor(value);
+        break;
+    }
+    case 1:
+    {
+        const int which = in.Choice(3);
+        const unsigned char r = in.Channel();
+        const unsigned char g = in.Channel();
+        const unsigned char b = in.Channel();
+        which == 0 ? bar.SetNanColor(r, g, b)
+        : which == 1 ? bar.SetBelowRangeColor(r, g, b)
+                     : bar.SetAboveRangeColor(r, g, b);
+        break;
+    }
+    case 2:
+    {
+        const int format = in.Int();
+        bar.SetLabelFormat(static_cast<KesraEngine::eScalarBarLabelFormat>(format), in.Int());
+        bar.SetLabelScale(in.Int());
+        break;
+    }
+    case 3:
+    {
+        std::vector<double> values(static_cast<std::size_t>(in.Choice(6)));
+        for (double& value : values)
+        {
+            value = in.Double();
+        }
+        const std::vector<std::string> texts = bar.GetLabelTexts(values);
+        Require(texts.size() == values.size(), "a label for every value");
+        for (const std::string& text : texts)
+        {
+            Require(!text.empty(), "a label is never empty");
+        }
+        (void)bar.GetScaledTitle();
+        (void)bar.GetLogDecades();
+        (void)bar.GetScalePosition(in.Double());
+        break;
+    }
+    default:
+        switch (in.Choice(4))
+        {
+        case 0: bar.SetColorPaletteViridis(); break;
+        case 1: bar.SetColorPaletteCividis(); break;
+        case 2: bar.SetColorPaletteCoolWarm(); break;
+        default: bar.SetColorPaletteTurbo(); break;
+        }
+        break;
+    }
 }
 
 void Step(TestScalarBar& bar, FuzzInput& in)
 {
-    switch (in.Choice(26))
+    switch (in.Choice(28))
     {
     case 0:
     {
@@ -159,6 +239,8 @@ void Step(TestScalarBar& bar, FuzzInput& in)
         break;
     case 22:
     case 23: CheckColour(bar, in.Double()); break;
+    case 26:
+    case 27: StepOption(bar, in); break;
     case 24:
     {
         TestScalarBar::Color color;

@@ -257,4 +257,38 @@ TEST(ColorMapTest, BatchEqualsSingleWhereTheLegendCannotGo)
     }
 }
 
+// A map's own many stops, changed in place between two batches through the
+// same tables: the second batch must see the new stops, not the first's
+// table, and both must equal the single query.
+TEST(ColorMapTest, ManyStopsOfTheHostsOwnAreComparedBitForBitBeforeATableIsReused)
+{
+    double stops[3][3] = {{0.0, 0.0, 0.0}, {1.0, 0.5, 0.25}, {0.0, 1.0, 0.0}};
+    CKesraColorMap map;
+    map.stops = KesraEngine::ColorStops{stops, 3};
+    KesraEngine::CKesraColorTables tables;
+    std::vector<double> values(8192);
+    for (std::size_t k = 0; k < values.size(); ++k)
+    {
+        values[k] = -0.1 + 1.2 * static_cast<double>(k) / static_cast<double>(values.size());
+    }
+    std::vector<unsigned char> rgba(4 * values.size());
+    for (const double middle : {0.5, 0.75})
+    {
+        stops[1][1] = middle;
+        map.ColorsOf(values.data(), values.size(), rgba.data(), nullptr, tables);
+        for (std::size_t k = 0; k < values.size(); ++k)
+        {
+            unsigned char r = 7, g = 7, b = 7;
+            map.ColorOf(r, g, b, values[k]);
+            ASSERT_EQ((Rgb{r, g, b}), (Rgb{rgba[4 * k], rgba[4 * k + 1], rgba[4 * k + 2]}))
+                << values[k] << ", middle green " << middle;
+        }
+    }
+    // Half way the middle stop itself; fewer than two stops fall back to
+    // the five.
+    EXPECT_EQ(Single(map, 0.5), (Rgb{255, 191, 63}));
+    map.stops.count = 1;
+    EXPECT_EQ(Single(map, 0.5), (Rgb{0, 255, 0}));
+}
+
 } // namespace

@@ -1,7 +1,9 @@
 // The batches' tables against the single query, byte for byte and code for
 // code: every value at which the single query's colour changes, found here
 // by a scan and bisection of our own, with its neighbours an ulp either
-// side; a million seeded values; the special doubles; ranges tiny, huge,
+// side, for every palette, with and without the NaN, below and above
+// colours and the log scale; a million seeded values; the special doubles;
+// ranges tiny, huge,
 // negative, denormal and degenerate; and tables that must not outlive the
 // setting they were built for, whether the setting changed through a setter,
 // a field written by a derived class, or a copy.
@@ -14,8 +16,10 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <random>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -182,7 +186,31 @@ std::vector<double> SpecialValues(double minimum, double maximum, double top)
 using PaletteSetter = void (CKesraScalarBar::*)();
 const PaletteSetter kPalettes[] = {
     &CKesraScalarBar::SetColorPaletteRedBlue, &CKesraScalarBar::SetColorPaletteBlueRed,
-    &CKesraScalarBar::SetColorPaletteGrayScale, &CKesraScalarBar::SetColorPaletteGreenRed};
+    &CKesraScalarBar::SetColorPaletteGrayScale, &CKesraScalarBar::SetColorPaletteGreenRed,
+    &CKesraScalarBar::SetColorPaletteViridis,   &CKesraScalarBar::SetColorPaletteCividis,
+    &CKesraScalarBar::SetColorPaletteCoolWarm,  &CKesraScalarBar::SetColorPaletteTurbo};
+constexpr int kPaletteCount = static_cast<int>(std::size(kPalettes));
+
+// The options on top of the first mapping that the batches must follow too:
+// none, the NaN, below and above colours, and the log scale (with them).
+enum Options
+{
+    kNoOptions,
+    kRangeColours,
+    kLogScale
+};
+
+void SetOptions(CKesraScalarBar& bar, int options)
+{
+    const int colours = options != kNoOptions ? 1 : 0;
+    bar.SetUseNanColor(colours);
+    bar.SetUseBelowRangeColor(colours);
+    bar.SetUseAboveRangeColor(colours);
+    bar.SetNanColor(7, 8, 9);
+    bar.SetBelowRangeColor(10, 11, 12);
+    bar.SetAboveRangeColor(13, 14, 15);
+    bar.SetLogScale(options == kLogScale ? 1 : 0);
+}
 
 struct Range
 {
@@ -204,13 +232,14 @@ const Range kRanges[] = {{0.0, 1.0},
 
 // ---- Every palette and switch, every change of colour ---------------------------
 
-class EveryChange : public testing::TestWithParam<int>
+class EveryChange : public testing::TestWithParam<std::tuple<int, int>>
 {
 };
 
 TEST_P(EveryChange, BatchesMatchTheSingleQueryAtEveryChangeOfColourAndAroundIt)
 {
-    const int palette = GetParam();
+    const int palette = std::get<0>(GetParam());
+    const int options = std::get<1>(GetParam());
     for (const Range& range : kRanges)
     {
         for (const int inverse : {0, 1})
@@ -223,6 +252,7 @@ TEST_P(EveryChange, BatchesMatchTheSingleQueryAtEveryChangeOfColourAndAroundIt)
                 bar.SetInverse(inverse);
                 bar.SetBanded(blocks > 0 ? 1 : 0);
                 bar.SetBlockNum(blocks);
+                SetOptions(bar, options);
                 const double top = range.maximum == range.minimum ? range.maximum + 1.0 : range.maximum;
                 std::vector<double> values = SpecialValues(range.minimum, range.maximum, top);
                 const std::vector<double> changes =
@@ -243,7 +273,9 @@ TEST_P(EveryChange, BatchesMatchTheSingleQueryAtEveryChangeOfColourAndAroundIt)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Palettes, EveryChange, testing::Range(0, 4));
+INSTANTIATE_TEST_SUITE_P(PalettesAndOptions, EveryChange,
+                         testing::Combine(testing::Range(0, kPaletteCount),
+                                          testing::Values(kNoOptions, kRangeColours, kLogScale)));
 
 TEST(ColorTable, AMillionSeededValuesMatchSmoothAndBandedOnEveryPalette)
 {
@@ -254,7 +286,7 @@ TEST(ColorTable, AMillionSeededValuesMatchSmoothAndBandedOnEveryPalette)
     {
         value = spread(random);
     }
-    for (int palette = 0; palette < 4; ++palette)
+    for (int palette = 0; palette < kPaletteCount; ++palette)
     {
         CKesraScalarBar bar;
         (bar.*kPalettes[palette])();
@@ -262,6 +294,8 @@ TEST(ColorTable, AMillionSeededValuesMatchSmoothAndBandedOnEveryPalette)
         bar.SetInverse(palette % 2);
         bar.SetBanded(1);
         bar.SetBlockNum(palette == 0 ? 30 : 8);
+        // The last palettes also with the range colours and on the log scale.
+        SetOptions(bar, palette < 4 ? kNoOptions : palette % 2 == 0 ? kRangeColours : kLogScale);
         ExpectBatchesMatch(bar, values);
     }
 }

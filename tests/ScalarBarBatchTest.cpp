@@ -1,7 +1,8 @@
 // The batch colour queries against the single ones, byte for byte: a million
 // seeded values, the special ones in every setting, split over every
-// combination of palette, inverse, banded, fill all range and single colour,
-// on ranges whose block edges are ordinary, empty, or not even ordered.
+// combination of palette (five-stop and many-stop), inverse, banded, fill all
+// range, single colour, log scale and the NaN, below and above colours, on
+// ranges whose block edges are ordinary, empty, or not even ordered.
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
@@ -37,7 +38,9 @@ const Range kRanges[] = {{0.0, 1.0},  {-3.5, 12.25}, {5.0, 5.0},       {0.0, 1e-
 using PaletteSetter = void (CKesraScalarBar::*)();
 const PaletteSetter kPalettes[] = {
     &CKesraScalarBar::SetColorPaletteRedBlue, &CKesraScalarBar::SetColorPaletteBlueRed,
-    &CKesraScalarBar::SetColorPaletteGrayScale, &CKesraScalarBar::SetColorPaletteGreenRed};
+    &CKesraScalarBar::SetColorPaletteGrayScale, &CKesraScalarBar::SetColorPaletteGreenRed,
+    &CKesraScalarBar::SetColorPaletteViridis,   &CKesraScalarBar::SetColorPaletteCividis,
+    &CKesraScalarBar::SetColorPaletteCoolWarm,  &CKesraScalarBar::SetColorPaletteTurbo};
 
 // The values every setting sees: the ends, the block edges as the bar
 // accumulates them and a hair on either side of each, and the specials.
@@ -123,7 +126,7 @@ int Mismatches(const CKesraScalarBar& bar, const std::vector<double>& values, bo
 TEST(ScalarBarBatchTest, EqualsSingleQueryForEverySettingAndValue)
 {
     constexpr int kValues = 1000000;
-    constexpr int kSwitchSets = 16;
+    constexpr int kSwitchSets = 64;
     constexpr int kSettings =
         static_cast<int>(std::size(kRanges) * std::size(kPalettes)) * kSwitchSets;
     std::mt19937_64 random(20261125);
@@ -145,8 +148,15 @@ TEST(ScalarBarBatchTest, EqualsSingleQueryForEverySettingAndValue)
         bar.SetBanded(switches >> 1 & 1);
         bar.SetFillAllRange(switches >> 2 & 1);
         bar.SetUseSignleColor(switches >> 3 & 1);
+        bar.SetLogScale(switches >> 4 & 1);
+        bar.SetUseNanColor(switches >> 5 & 1);
+        bar.SetUseBelowRangeColor(switches >> 5 & 1);
+        bar.SetUseAboveRangeColor(switches >> 5 & 1);
         bar.SetOverRangeColor(1, 2, 3);
         bar.SetSingleColor(4, 5, 6);
+        bar.SetNanColor(7, 8, 9);
+        bar.SetBelowRangeColor(10, 11, 12);
+        bar.SetAboveRangeColor(13, 14, 15);
 
         std::vector<double> values = SpecialValues(range, blocks);
         for (int k = 0; k < kValues / kSettings; ++k)

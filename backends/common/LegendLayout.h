@@ -14,7 +14,9 @@
 // would touch (the two ends always show), each with a tick while show node is
 // on. A label is value / 10^e with the second value-format number as its
 // decimals, e = GetExponentialBase(minimum, maximum, first number); when e is
-// not 0 the unit line ends in "x10" with e raised. The unit line stands above
+// not 0 the unit line ends in "x10" with e raised. While the host set a label
+// format or scale, the labels are the library's texts instead, e is 0 and the
+// host's power of ten follows the title. The unit line stands above
 // the bar (half a line higher over a vertical bar, whose top label straddles
 // its top edge) and the title line above that: each text has a line of its
 // own, so none can run into another. Labels and unit are two pixels smaller than the
@@ -52,6 +54,9 @@ struct LegendInput
     int exponent = 0;
     int decimals = 2;
     bool ticks = true;
+    // The labels' texts, one per block edge, when the legend writes them
+    // with a label option (LegendLabelTexts); empty: ScaledLabel of each.
+    std::vector<std::string> labelTexts;
     std::string title;
     std::string unit;
     std::string note;
@@ -130,9 +135,11 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
     const double h = measure.TextHeight(kLegendLabelSize);
     std::vector<std::string> texts;
     double widest = 0.0;
-    for (const double edge : layout.edges)
+    const bool given = in.labelTexts.size() == layout.edges.size();
+    for (std::size_t k = 0; k < layout.edges.size(); ++k)
     {
-        texts.push_back(ScaledLabel(edge, in.exponent, in.decimals));
+        texts.push_back(given ? in.labelTexts[k]
+                              : ScaledLabel(layout.edges[k], in.exponent, in.decimals));
         widest = std::max(widest, measure.TextWidth(texts.back(), kLegendLabelSize));
     }
     const double length = in.vertical ? bar.height : bar.width;
@@ -254,6 +261,15 @@ protected:
         in.title = m_title;
         in.unit = m_unit;
         in.note = m_note;
+        if (UsesLabelOptions())
+        {
+            // The host's power of ten stands after the title; no other.
+            in.exponent = 0;
+            in.title = GetScaledTitle();
+            in.labelTexts = LegendLabelTexts(*this, KesraEngine::ColorBlockEdges(
+                                                        m_minValue, m_maxValue, m_blockNum),
+                                             0, m_valueFormat2);
+        }
         return in;
     }
 };

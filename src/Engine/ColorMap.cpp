@@ -56,26 +56,33 @@ unsigned char ChannelByte(double channel)
     return static_cast<unsigned char>(static_cast<float>(channel) * 255.0f);
 }
 
-// Where a clamped position lies on the palette: segment i from 0 to 4 and
-// the fraction f along it.
-void Locate(double clamped, int& i, double& f)
+// The stops a map colours with: its many-stop palette when it has one, else
+// its five stops.
+ColorStops StopsOf(const CKesraColorMap& map)
 {
-    const double x = clamped * 4.0;
+    if (map.stops.rgb != nullptr && map.stops.count >= 2)
+    {
+        return map.stops;
+    }
+    return ColorStops{*map.palette, 5};
+}
+
+// Where a clamped position lies on a palette whose last stop is last:
+// segment i from 0 to last and the fraction f along it. For the five stops
+// x is p * 4.0, as it always was.
+void Locate(double clamped, int last, int& i, double& f)
+{
+    const double x = clamped * static_cast<double>(last);
     i = static_cast<int>(x);
     f = x - i;
 }
 
-// The stops at both ends of segment i. At the top of the scale (i = 4) there
-// is no segment; both ends are then stop 4, so that every index stays within
-// the five stops.
-void SegmentEnds(const ColorPalette& palette, int i, double* low, double* high)
+// The stop at the high end of segment i. At the top of the scale (i = last)
+// there is no segment; both ends are then the last stop, so that every index
+// stays within the stops.
+int HighStop(int i, int last)
 {
-    const int next = i < 4 ? i + 1 : 4;
-    for (int c = 0; c < 3; ++c)
-    {
-        low[c] = palette[i][c];
-        high[c] = palette[next][c];
-    }
+    return i < last ? i + 1 : last;
 }
 
 // One channel at fraction f between the ends of a segment, in double.
@@ -84,11 +91,11 @@ double Mix(double f, double low, double high)
     return (1.0 - f) * low + f * high;
 }
 
-// The channel at fraction f of segment i. At the top of the scale it is
-// stop 4 itself, not a mix.
-double MixedChannel(int i, double f, double low, double high)
+// The channel at fraction f of segment i. At the top of the scale (i =
+// last) it is the last stop itself, not a mix.
+double MixedChannel(int i, int last, double f, double low, double high)
 {
-    return i == 4 ? low : Mix(f, low, high);
+    return i == last ? low : Mix(f, low, high);
 }
 
 // ---- Range tests --------------------------------------------------------------------
@@ -305,36 +312,45 @@ void CopyRgb(const unsigned char* rgb, unsigned char& red, unsigned char& green,
 // The smooth colours of n values already clamped by fill all range, in steps
 // over the whole block: position, segment, the segment's stops (looked up one
 // value at a time), and the channels. Only the lookup is not run on vectors.
-// index is work space for n ints.
-void SmoothBlock(const ColorPalette& palette, double minimum, double top, bool inverse,
-                 const double* filled, std::size_t n, int* index, std::uint32_t* mapped)
+// index is work space for n ints. The log scale's positions take a
+// logarithm each, which no vector step does; they stay exact all the same.
+void SmoothBlock(const ColorStops& stops, double minimum, double top, bool inverse,
+                 int logarithmic, const double* filled, std::size_t n, int* index,
+                 std::uint32_t* mapped)
 {
+    const int last = stops.count - 1;
     double fraction[kBatchBlock];
-    for (std::size_t k = 0; k < n; ++k)
+    if (logarithmic == 0)
     {
-        const double p = LinearPosition(filled[k], minimum, top);
-        const double inverted = 1.0 - p;
-        fraction[k] = ClampedPosition(inverse ? inverted : p);
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const double p = LinearPosition(filled[k], minimum, top);
+            const double inverted = 1.0 - p;
+            fraction[k] = ClampedPosition(inverse ? inverted : p);
+        }
+    }
+    else
+    {
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            const double p = PalettePosition(filled[k], minimum, top, logarithmic);
+            fraction[k] = ClampedPosition(inverse ? 1.0 - p : p);
+        }
     }
     for (std::size_t k = 0; k < n; ++k)
     {
-        Locate(fraction[k], index[k], fraction[k]);
-    }
-    // The ends of the five segments, low red, green, blue then high.
-    double segments[5][6];
-    for (int i = 0; i < 5; ++i)
-    {
-        SegmentEnds(palette, i, segments[i], segments[i] + 3);
+        Locate(fraction[k], last, index[k], fraction[k]);
     }
     double low[3][kBatchBlock];
     double high[3][kBatchBlock];
     for (std::size_t k = 0; k < n; ++k)
     {
-        const double* const ends = segments[index[k]];
+        const double* const lowStop = stops.rgb[index[k]];
+        const double* const highStop = stops.rgb[HighStop(index[k], last)];
         for (int c = 0; c < 3; ++c)
         {
-            low[c][k] = ends[c];
-            high[c][k] = ends[3 + c];
+            low[c][k] = lowStop[c];
+            high[c][k] = highStop[c];
         }
     }
     // Channel bytes held in 32 bits, as wide as the packed colour, so that
@@ -347,10 +363,11 @@ void SmoothBlock(const ColorPalette& palette, double minimum, double top, bool i
             channel[c][k] = ChannelByte(Mix(fraction[k], low[c][k], high[c][k]));
         }
     }
-    // At the top of the scale the colour is stop 4 itself: chosen on the
-    // bytes, after the mix that has no segment there.
-    const std::uint32_t topColor = PackedColor(
-        ChannelByte(palette[4][0]), ChannelByte(palette[4][1]), ChannelByte(palette[4][2]));
+    // At the top of the scale the colour is the last stop itself: chosen on
+    // the bytes, after the mix that has no segment there.
+    const double* const lastStop = stops.rgb[last];
+    const std::uint32_t topColor =
+        PackedColor(ChannelByte(lastStop[0]), ChannelByte(lastStop[1]), ChannelByte(lastStop[2]));
     const int red = ByteShift(0);
     const int green = ByteShift(1);
     const int blue = ByteShift(2);
@@ -359,7 +376,7 @@ void SmoothBlock(const ColorPalette& palette, double minimum, double top, bool i
     {
         const std::uint32_t mixed =
             channel[0][k] << red | channel[1][k] << green | channel[2][k] << blue | alpha;
-        mapped[k] = index[k] == 4 ? topColor : mixed;
+        mapped[k] = index[k] == last ? topColor : mixed;
     }
 }
 
@@ -369,24 +386,92 @@ void SmoothBlock(const ColorPalette& palette, double minimum, double top, bool i
 // are compiled into one another rather than called through the library's
 // symbol table.
 
-void Place(const CKesraColorMap& map, double value, double low, double high, int logarithmic,
-           unsigned char* rgb)
+// The colour at a clamped position of stops whose last stop is last.
+void PlaceClamped(const double (*stops)[3], int last, double clamped, unsigned char* rgb)
 {
-    double p = PalettePosition(value, low, high, logarithmic);
+    int i = 0;
+    double f = 0.0;
+    Locate(clamped, last, i, f);
+    const double* const lowStop = stops[i];
+    const double* const highStop = stops[HighStop(i, last)];
+    for (int c = 0; c < 3; ++c)
+    {
+        rgb[c] = ChannelByte(MixedChannel(i, last, f, lowStop[c], highStop[c]));
+    }
+}
+
+// The colour at position p of the scale, inverted when inverse is set.
+void PlacePosition(const CKesraColorMap& map, double p, unsigned char* rgb)
+{
     if (map.inverse)
     {
         p = 1.0 - p;
     }
-    int i = 0;
-    double f = 0.0;
-    Locate(ClampedPosition(p), i, f);
-    double lowEnd[3];
-    double highEnd[3];
-    SegmentEnds(*map.palette, i, lowEnd, highEnd);
-    for (int c = 0; c < 3; ++c)
+    const ColorStops stops = StopsOf(map);
+    // The five stops with their count as a constant, as the single query has
+    // always been compiled; the same steps either way.
+    if (stops.rgb == *map.palette)
     {
-        rgb[c] = ChannelByte(MixedChannel(i, f, lowEnd[c], highEnd[c]));
+        PlaceClamped(*map.palette, 4, ClampedPosition(p), rgb);
+        return;
     }
+    PlaceClamped(stops.rgb, stops.count - 1, ClampedPosition(p), rgb);
+}
+
+void Place(const CKesraColorMap& map, double value, double low, double high, int logarithmic,
+           unsigned char* rgb)
+{
+    PlacePosition(map, PalettePosition(value, low, high, logarithmic), rgb);
+}
+
+int ScaleLogarithmic(const CKesraColorMap& map)
+{
+    return map.logScale ? 1 : 0;
+}
+
+// The log scale's block of a position p (before inverse): p clamped and cut
+// into blocks equal parts; the lower end of its part, or 1 for the top of
+// the scale, which lies in no part. Fewer than one block: every value at
+// the bottom, as the linear walk gives the minimum then.
+double LogBlockPosition(double p, int blocks)
+{
+    if (blocks < 1)
+    {
+        return 0.0;
+    }
+    const double n = static_cast<double>(blocks);
+    const double part = std::floor(ClampedPosition(p) * n);
+    return part >= n ? 1.0 : part / n;
+}
+
+// The NaN colour's code of value, or 0 when value takes no NaN colour: a
+// NaN with the NaN colour on or on the log scale, a value <= 0 on the log
+// scale. Comparisons always made, so that a batch's loop needs no branch.
+int SpecialCode(const CKesraColorMap& map, double value)
+{
+    const bool notANumber = std::isnan(value) && (map.useNanColor || map.logScale);
+    const bool notPositive = map.logScale && value <= 0.0;
+    return notANumber ? kColorCodeNotANumber : (notPositive ? kColorCodeNotPositive : 0);
+}
+
+bool HasSpecialCodes(const CKesraColorMap& map)
+{
+    return map.useNanColor || map.logScale;
+}
+
+// The colour of the values on side (-1 below, 1 above) of the range without
+// fill all range and single colour.
+const unsigned char* OutsideColor(const CKesraColorMap& map, int side)
+{
+    if (side < 0 && map.useBelowColor)
+    {
+        return map.belowColor;
+    }
+    if (side > 0 && map.useAboveColor)
+    {
+        return map.aboveColor;
+    }
+    return map.overRangeColor;
 }
 
 // The value the colour is taken for: clamped into the range with fill all
@@ -396,19 +481,52 @@ double Filled(const CKesraColorMap& map, double value)
     return map.fillAllRange ? ClampedValue(value, map.minimum, map.maximum) : value;
 }
 
-void Smooth(const CKesraColorMap& map, double value, unsigned char* rgb)
+// The position of value on the map's scale, before inverse and clamping.
+// The log scale's is a function of its own, so that the common linear query
+// compiles into its callers without the logarithms.
+double LogScalePosition(const CKesraColorMap& map, double value)
 {
-    Place(map, Filled(map, value), map.minimum, map.scaleTop, 0, rgb);
+    return PalettePosition(value, map.minimum, map.scaleTop, 1);
 }
 
-void Banded(const CKesraColorMap& map, double value, unsigned char* rgb)
+inline double ScalePositionOf(const CKesraColorMap& map, double value)
 {
+    return map.logScale ? LogScalePosition(map, value)
+                        : LinearPosition(value, map.minimum, map.scaleTop);
+}
+
+inline void Smooth(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    PlacePosition(map, ScalePositionOf(map, Filled(map, value)), rgb);
+}
+
+// The log scale's banded colour: the lower end of the value's part of the
+// logarithmic position.
+void LogBanded(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    const double p = LogScalePosition(map, Filled(map, value));
+    PlacePosition(map, LogBlockPosition(p, map.blocks), rgb);
+}
+
+inline void Banded(const CKesraColorMap& map, double value, unsigned char* rgb)
+{
+    if (map.logScale)
+    {
+        LogBanded(map, value, rgb);
+        return;
+    }
     const double lower = LowerEdge(map.minimum, map.maximum, map.blocks, Filled(map, value));
     Place(map, lower, map.minimum, map.scaleTop, 0, rgb);
 }
 
 int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
 {
+    const int special = SpecialCode(map, value);
+    if (special != 0)
+    {
+        CopyRgb(map.nanColor, rgb[0], rgb[1], rgb[2]);
+        return special;
+    }
     const int side = SideOfRange(value, map.minimum, map.maximum);
     if (map.useSingleColor)
     {
@@ -417,7 +535,7 @@ int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
     }
     if (!map.fillAllRange && side != 0)
     {
-        CopyRgb(map.overRangeColor, rgb[0], rgb[1], rgb[2]);
+        CopyRgb(OutsideColor(map, side), rgb[0], rgb[1], rgb[2]);
         return side;
     }
     if (map.banded)
@@ -436,7 +554,11 @@ int Single(const CKesraColorMap& map, double value, unsigned char* rgb)
 // The words a table is keyed on: every bit of the setting that its colours
 // depend on. Fill all range and the fixed colours are applied per value, so
 // they are not part of it; neither is the block count of a smooth table.
-constexpr int kKeyWords = 15 + 6;
+// A many-stop palette adds its count here and every bit of its stops beside
+// the key (CKesraColorTable::stopBits); the log scale is keyed too, although
+// it builds no table, so that a table is never taken for a setting it was
+// not made for.
+constexpr int kKeyWords = 15 + 6 + 2;
 using TableKey = std::uint64_t[kKeyWords];
 
 std::uint64_t BitsOf(double value)
@@ -461,7 +583,48 @@ void KeyOf(const CKesraColorMap& map, std::uint64_t* key)
     key[w++] = BitsOf(map.scaleTop);
     key[w++] = static_cast<std::uint32_t>(map.banded ? map.blocks : 0);
     key[w++] = map.inverse ? 1 : 0;
-    key[w] = map.banded ? 1 : 0;
+    key[w++] = map.banded ? 1 : 0;
+    key[w++] = static_cast<std::uint32_t>(StopsOf(map).count);
+    key[w] = map.logScale ? 1 : 0;
+}
+
+// Whether bits holds every bit of the map's many stops, in order; none for
+// the five stops, which the key holds.
+bool SameStopBits(const CKesraColorMap& map, const std::vector<std::uint64_t>& bits)
+{
+    const ColorStops stops = StopsOf(map);
+    if (stops.rgb == *map.palette)
+    {
+        return bits.empty();
+    }
+    if (bits.size() != static_cast<std::size_t>(stops.count) * 3)
+    {
+        return false;
+    }
+    for (std::size_t k = 0; k < bits.size(); ++k)
+    {
+        if (bits[k] != BitsOf(stops.rgb[k / 3][k % 3]))
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+void StoreStopBits(const CKesraColorMap& map, std::vector<std::uint64_t>& bits)
+{
+    const ColorStops stops = StopsOf(map);
+    if (stops.rgb == *map.palette)
+    {
+        return;
+    }
+    for (int k = 0; k < stops.count; ++k)
+    {
+        for (const double channel : stops.rgb[k])
+        {
+            bits.push_back(BitsOf(channel));
+        }
+    }
 }
 
 // Doubles in rising order as integers, one apart for neighbours; +0.0 and
@@ -514,6 +677,8 @@ public:
     };
 
     TableKey key = {};
+    // The many stops' bits, when the setting has them.
+    std::vector<std::uint64_t> stopBits;
     // False: no exact table for this setting.
     bool usable = false;
     double minimum = 0.0;
@@ -712,13 +877,14 @@ public:
     static bool Applies(const CKesraColorMap& map)
     {
         const double width = map.scaleTop - map.minimum;
-        if (!FiniteRange(map) || !std::isfinite(width) || !(width > 0.0))
+        if (map.logScale || !FiniteRange(map) || !std::isfinite(width) || !(width > 0.0))
         {
             return false;
         }
-        for (const auto& stop : *map.palette)
+        const ColorStops stops = StopsOf(map);
+        for (int k = 0; k < stops.count; ++k)
         {
-            for (const double channel : stop)
+            for (const double channel : stops.rgb[k])
             {
                 if (!(channel >= 0.0 && channel <= 1.0))
                 {
@@ -738,20 +904,21 @@ private:
         {
             return true;
         }
+        const ColorStops stops = StopsOf(m_map);
+        const int last = stops.count - 1;
         int i = 0;
         int j = 0;
         double fLow = 0.0;
         double fHigh = 0.0;
-        Locate(low, i, fLow);
-        Locate(high, j, fHigh);
+        Locate(low, last, i, fLow);
+        Locate(high, last, j, fHigh);
         if (i != j)
         {
             return false;
         }
-        const ColorPalette& stops = *m_map.palette;
         for (int c = 0; c < 3; ++c)
         {
-            if (!OneByte(stops[i][c], stops[i + 1][c], fLow, fHigh))
+            if (!OneByte(stops.rgb[i][c], stops.rgb[i + 1][c], fLow, fHigh))
             {
                 return false;
             }
@@ -839,7 +1006,7 @@ private:
 // edges after the minimum at or below them.
 bool BuildBandedTable(const CKesraColorMap& map, CKesraColorTable& table)
 {
-    if (!FiniteRange(map) || map.blocks > kMaxTableBlocks)
+    if (map.logScale || !FiniteRange(map) || map.blocks > kMaxTableBlocks)
     {
         return false;
     }
@@ -867,6 +1034,7 @@ bool BuildBandedTable(const CKesraColorMap& map, CKesraColorTable& table)
 void BuildTable(const CKesraColorMap& map, CKesraColorTable& table)
 {
     KeyOf(map, table.key);
+    StoreStopBits(map, table.stopBits);
     table.minimum = map.minimum;
     table.maximum = map.maximum;
     const bool built = map.banded
@@ -925,6 +1093,51 @@ void LookUp(const CKesraColorTable& table, const double* values, std::size_t n,
     }
 }
 
+// The codes of n values by the range alone: 0 with fill all range, else the
+// side. Nothing when codes is null.
+void WriteCodes(const CKesraColorMap& map, const double* values, std::size_t n,
+                signed char* codes)
+{
+    if (codes == nullptr)
+    {
+        return;
+    }
+    const double low = map.minimum;
+    const double high = map.maximum;
+    const bool fill = map.fillAllRange;
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const int side = SideOfRange(values[k], low, high);
+        codes[k] = static_cast<signed char>(fill ? 0 : side);
+    }
+}
+
+// The NaN colour and its codes over whatever n values were given, where
+// SpecialCode says so; nothing while no option asks for them. Codes are
+// left alone when null.
+void MarkSpecials(const CKesraColorMap& map, const double* values, std::size_t n,
+                  unsigned char* rgba, signed char* codes)
+{
+    if (!HasSpecialCodes(map))
+    {
+        return;
+    }
+    const std::uint32_t nan = PackedColor(map.nanColor);
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        const int special = SpecialCode(map, values[k]);
+        if (special == 0)
+        {
+            continue;
+        }
+        std::memcpy(rgba + 4 * k, &nan, sizeof nan);
+        if (codes != nullptr)
+        {
+            codes[k] = static_cast<signed char>(special);
+        }
+    }
+}
+
 } // namespace
 
 std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks)
@@ -934,6 +1147,40 @@ std::vector<double> ColorBlockEdges(double minimum, double maximum, int blocks)
     std::vector<double> edges(static_cast<std::size_t>(n) + 1);
     FillBlockEdges(minimum, maximum, n, edges.data());
     return edges;
+}
+
+std::vector<double> ColorDecades(double minimum, double maximum)
+{
+    const double top = maximum > 0.0 ? maximum : 1.0;
+    const double bottom = minimum > 0.0 ? minimum : top * 0.0001;
+    std::vector<double> decades;
+    // A bottom four decades below a denormal top rounds to 0, which has no
+    // decade; nor has an infinite end.
+    if (!std::isfinite(top) || !std::isfinite(bottom) || !(bottom > 0.0))
+    {
+        return decades;
+    }
+    // The logarithm only finds where to start counting; the comparisons with
+    // the ends decide, so that a logarithm rounded across a decade neither
+    // loses nor adds one. Past the largest double, 10^k is infinite and stops.
+    for (int k = static_cast<int>(std::floor(std::log10(bottom))) - 1;; ++k)
+    {
+        const double decade = std::pow(10.0, k);
+        if (decade > top)
+        {
+            break;
+        }
+        if (decade >= bottom)
+        {
+            decades.push_back(decade);
+        }
+    }
+    return decades;
+}
+
+double CKesraColorMap::ScalePosition(double value) const
+{
+    return ScalePositionOf(*this, value);
 }
 
 void CKesraColorMap::PaletteColor(unsigned char& red, unsigned char& green, unsigned char& blue,
@@ -983,13 +1230,16 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
     const double top = scaleTop;
     const bool fill = fillAllRange;
     const bool single = useSingleColor;
-    const std::uint32_t fixedColor = PackedColor(single ? singleColor : overRangeColor);
+    const std::uint32_t singlePacked = PackedColor(singleColor);
+    const std::uint32_t belowPacked = PackedColor(OutsideColor(*this, -1));
+    const std::uint32_t abovePacked = PackedColor(OutsideColor(*this, 1));
 
     const bool inverted = inverse;
-    const ColorPalette& stops = *palette;
+    const ColorStops stops = StopsOf(*this);
 
-    // The banded colour takes only the colours of the n + 1 block edges.
-    const bool tabled = banded && blocks >= 1 && blocks <= kMaxTabledBlocks;
+    // The banded colour takes only the colours of the n + 1 block edges (the
+    // log scale's blocks have no such edges: walked).
+    const bool tabled = banded && !logScale && blocks >= 1 && blocks <= kMaxTabledBlocks;
     // Too many blocks for the table, or none: walked value by value.
     const bool walked = banded && !tabled;
     const BlockEdgeTable edges(low, high, tabled ? blocks : 1);
@@ -1035,7 +1285,8 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
         }
         else
         {
-            SmoothBlock(stops, low, top, inverted, filled, n, index, mapped);
+            SmoothBlock(stops, low, top, inverted, ScaleLogarithmic(*this), filled, n, index,
+                        mapped);
         }
         // Outside the range without fill, and always in single-colour mode,
         // the fixed colour replaces the mapped one.
@@ -1043,17 +1294,13 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
         {
             const int side = SideOfRange(block[k], low, high);
             const bool fixed = single || (!fill && side != 0);
+            const std::uint32_t outside = side < 0 ? belowPacked : abovePacked;
+            const std::uint32_t fixedColor = single ? singlePacked : outside;
             const std::uint32_t color = fixed ? fixedColor : mapped[k];
             std::memcpy(rgba + 4 * (start + k), &color, sizeof color);
         }
-        if (codes != nullptr)
-        {
-            for (std::size_t k = 0; k < n; ++k)
-            {
-                const int side = SideOfRange(block[k], low, high);
-                codes[start + k] = static_cast<signed char>(fill ? 0 : side);
-            }
-        }
+        WriteCodes(*this, block, n, codes == nullptr ? nullptr : codes + start);
+        MarkSpecials(*this, block, n, rgba + 4 * start, codes == nullptr ? nullptr : codes + start);
     }
 }
 
@@ -1069,7 +1316,7 @@ const CKesraColorTable* CurrentTable(const CKesraColorMap& map,
 {
     TableKey key = {};
     KeyOf(map, key);
-    if (!slot || std::memcmp(slot->key, key, sizeof key) != 0)
+    if (!slot || std::memcmp(slot->key, key, sizeof key) != 0 || !SameStopBits(map, slot->stopBits))
     {
         // The old table goes first, so that a failed allocation leaves none.
         slot.reset();
@@ -1083,9 +1330,10 @@ const CKesraColorTable* CurrentTable(const CKesraColorMap& map,
         return nullptr;
     }
     // Outside the range with fill all range, the colour of the nearer end.
-    const std::uint32_t over = PackedColor(map.overRangeColor);
-    const std::uint32_t below = map.fillAllRange ? table.InnerColor(map.minimum) : over;
-    const std::uint32_t above = map.fillAllRange ? table.InnerColor(map.maximum) : over;
+    const std::uint32_t below = map.fillAllRange ? table.InnerColor(map.minimum)
+                                                 : PackedColor(OutsideColor(map, -1));
+    const std::uint32_t above = map.fillAllRange ? table.InnerColor(map.maximum)
+                                                 : PackedColor(OutsideColor(map, 1));
     if (table.entry.empty() || below != table.belowColor || above != table.aboveColor)
     {
         // Emptied first: a failed allocation leaves no half-made index.
@@ -1134,9 +1382,6 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
             return;
         }
     }
-    const double low = minimum;
-    const double high = maximum;
-    const bool fill = fillAllRange;
     std::uint32_t mapped[kBatchBlock];
     std::fill(mapped, mapped + kBatchBlock, PackedColor(singleColor));
     for (std::size_t start = 0; start < count; start += kBatchBlock)
@@ -1148,14 +1393,8 @@ void CKesraColorMap::ColorsOf(const double* values, std::size_t count, unsigned 
             LookUp(*table, block, n, mapped);
         }
         std::memcpy(rgba + 4 * start, mapped, 4 * n);
-        if (codes != nullptr)
-        {
-            for (std::size_t k = 0; k < n; ++k)
-            {
-                const int side = SideOfRange(block[k], low, high);
-                codes[start + k] = static_cast<signed char>(fill ? 0 : side);
-            }
-        }
+        WriteCodes(*this, block, n, codes == nullptr ? nullptr : codes + start);
+        MarkSpecials(*this, block, n, rgba + 4 * start, codes == nullptr ? nullptr : codes + start);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 
@@ -40,6 +41,79 @@ double ColorScaleTop(double minimum, double maximum, double threshold)
 bool DifferAsCStrings(const std::string& a, const std::string& b)
 {
     return std::strcmp(a.c_str(), b.c_str()) != 0;
+}
+
+void CopyColor(const unsigned char (&color)[3], unsigned char& red, unsigned char& green,
+               unsigned char& blue)
+{
+    red = color[0];
+    green = color[1];
+    blue = color[2];
+}
+
+// Digits a double needs at most to be told apart from its neighbours, and
+// powers of ten that a double can divide by without overflowing to nothing.
+constexpr int kMaxLabelDigits = 17;
+constexpr int kMaxLabelScale = 308;
+
+// value printed by a printf format that takes a precision, with no minus on
+// a text whose digits before any exponent are all zero: "-0.00" would read
+// as a sign error. "-" for a value that is not finite.
+std::string PrintedLabel(const char* format, int precision, double value)
+{
+    if (!std::isfinite(value))
+    {
+        return "-";
+    }
+    // The longest fixed text, 309 digits and 17 decimals, fits.
+    char buffer[400];
+    std::snprintf(buffer, sizeof buffer, format, precision, value);
+    std::string text = buffer;
+    const std::string mantissa = text.substr(0, text.find_first_of("eE"));
+    if (text[0] == '-' && mantissa.find_first_not_of("-0.") == std::string::npos)
+    {
+        text.erase(0, 1);
+    }
+    return text;
+}
+
+std::vector<std::string> PrintedLabels(const std::vector<double>& scaled, const char* format,
+                                       int precision)
+{
+    std::vector<std::string> texts;
+    texts.reserve(scaled.size());
+    for (const double value : scaled)
+    {
+        texts.push_back(PrintedLabel(format, precision, value));
+    }
+    return texts;
+}
+
+// Whether every two neighbours of different values read differently.
+bool TellsNeighboursApart(const std::vector<double>& scaled, const std::vector<std::string>& texts)
+{
+    for (std::size_t k = 1; k < scaled.size(); ++k)
+    {
+        if (scaled[k] != scaled[k - 1] && texts[k] == texts[k - 1])
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The fewest significant digits that tell neighbours apart; 17 tell any two
+// doubles apart, so the search ends there.
+std::vector<std::string> AutomaticLabels(const std::vector<double>& scaled)
+{
+    for (int digits = 1;; ++digits)
+    {
+        std::vector<std::string> texts = PrintedLabels(scaled, "%.*g", digits);
+        if (digits == kMaxLabelDigits || TellsNeighboursApart(scaled, texts))
+        {
+            return texts;
+        }
+    }
 }
 
 } // namespace
@@ -82,7 +156,19 @@ CKesraScalarBar::CKesraScalarBar()
       m_equalPartY(0.0f),
       m_overRangeColor{255, 255, 255},
       m_useSingleColor(0),
-      m_singleColor{255, 96, 0}
+      m_singleColor{255, 96, 0},
+      m_colorTables(),
+      m_colorStops(),
+      m_logScale(0),
+      m_useNanColor(0),
+      m_useBelowRangeColor(0),
+      m_useAboveRangeColor(0),
+      m_nanColor{128, 128, 128},
+      m_belowRangeColor{0, 0, 0},
+      m_aboveRangeColor{255, 255, 255},
+      m_labelFormat(eLabelFormatDefault),
+      m_labelDigits(3),
+      m_labelScale(0)
 {
     SetColorPaletteRedBlue();
 }
@@ -132,6 +218,19 @@ CKesraScalarBar& CKesraScalarBar::operator=(const CKesraScalarBar& other)
     m_useSingleColor = other.m_useSingleColor;
     std::copy(std::begin(other.m_singleColor), std::end(other.m_singleColor),
               std::begin(m_singleColor));
+    m_colorStops = other.m_colorStops;
+    m_logScale = other.m_logScale;
+    m_useNanColor = other.m_useNanColor;
+    m_useBelowRangeColor = other.m_useBelowRangeColor;
+    m_useAboveRangeColor = other.m_useAboveRangeColor;
+    std::copy(std::begin(other.m_nanColor), std::end(other.m_nanColor), std::begin(m_nanColor));
+    std::copy(std::begin(other.m_belowRangeColor), std::end(other.m_belowRangeColor),
+              std::begin(m_belowRangeColor));
+    std::copy(std::begin(other.m_aboveRangeColor), std::end(other.m_aboveRangeColor),
+              std::begin(m_aboveRangeColor));
+    m_labelFormat = other.m_labelFormat;
+    m_labelDigits = other.m_labelDigits;
+    m_labelScale = other.m_labelScale;
     return *this;
 }
 
@@ -158,6 +257,18 @@ void CKesraScalarBar::SetText(std::string& field, const std::string& text)
 void CKesraScalarBar::SetPalette(const double (&stops)[5][3])
 {
     std::copy(&stops[0][0], &stops[0][0] + 15, &m_palette[0][0]);
+    m_colorStops = ColorStops();
+}
+
+void CKesraScalarBar::SetOptionColor(unsigned char (&field)[3], unsigned char red,
+                                     unsigned char green, unsigned char blue)
+{
+    const unsigned char color[3] = {red, green, blue};
+    if (!std::equal(std::begin(color), std::end(color), std::begin(field)))
+    {
+        std::copy(std::begin(color), std::end(color), std::begin(field));
+        MarkModified();
+    }
 }
 
 // ---- Lifecycle ------------------------------------------------------------------
@@ -567,9 +678,7 @@ void CKesraScalarBar::SetOverRangeColor(unsigned char red, unsigned char green,
 void CKesraScalarBar::GetOverRangeColor(unsigned char& red, unsigned char& green,
                                         unsigned char& blue) const
 {
-    red = m_overRangeColor[0];
-    green = m_overRangeColor[1];
-    blue = m_overRangeColor[2];
+    CopyColor(m_overRangeColor, red, green, blue);
 }
 
 void CKesraScalarBar::SetSingleColor(unsigned char red, unsigned char green, unsigned char blue)
@@ -582,9 +691,7 @@ void CKesraScalarBar::SetSingleColor(unsigned char red, unsigned char green, uns
 void CKesraScalarBar::GetSingleColor(unsigned char& red, unsigned char& green,
                                      unsigned char& blue) const
 {
-    red = m_singleColor[0];
-    green = m_singleColor[1];
-    blue = m_singleColor[2];
+    CopyColor(m_singleColor, red, green, blue);
 }
 
 void CKesraScalarBar::SetColorPaletteRedBlue()
@@ -607,6 +714,191 @@ void CKesraScalarBar::SetColorPaletteGreenRed()
     SetPalette(kColorPaletteGreenRed);
 }
 
+void CKesraScalarBar::SetColorPaletteViridis()
+{
+    m_colorStops = ColorStopsViridis();
+}
+
+void CKesraScalarBar::SetColorPaletteCividis()
+{
+    m_colorStops = ColorStopsCividis();
+}
+
+void CKesraScalarBar::SetColorPaletteCoolWarm()
+{
+    m_colorStops = ColorStopsCoolWarm();
+}
+
+void CKesraScalarBar::SetColorPaletteTurbo()
+{
+    m_colorStops = ColorStopsTurbo();
+}
+
+void CKesraScalarBar::SetLogScale(int logScale)
+{
+    SetSwitch(m_logScale, logScale);
+}
+
+int CKesraScalarBar::GetLogScale() const
+{
+    return m_created == 1 ? m_logScale : -1;
+}
+
+std::vector<double> CKesraScalarBar::GetLogDecades() const
+{
+    return ColorDecades(m_minValue, m_colorScaleTop);
+}
+
+double CKesraScalarBar::GetScalePosition(double value) const
+{
+    return ColorMapping(false).ScalePosition(value);
+}
+
+void CKesraScalarBar::SetUseNanColor(int useNanColor)
+{
+    SetSwitch(m_useNanColor, useNanColor);
+}
+
+int CKesraScalarBar::GetUseNanColor() const
+{
+    return m_created == 1 ? m_useNanColor : -1;
+}
+
+void CKesraScalarBar::SetUseBelowRangeColor(int useBelowRangeColor)
+{
+    SetSwitch(m_useBelowRangeColor, useBelowRangeColor);
+}
+
+int CKesraScalarBar::GetUseBelowRangeColor() const
+{
+    return m_created == 1 ? m_useBelowRangeColor : -1;
+}
+
+void CKesraScalarBar::SetUseAboveRangeColor(int useAboveRangeColor)
+{
+    SetSwitch(m_useAboveRangeColor, useAboveRangeColor);
+}
+
+int CKesraScalarBar::GetUseAboveRangeColor() const
+{
+    return m_created == 1 ? m_useAboveRangeColor : -1;
+}
+
+void CKesraScalarBar::SetNanColor(unsigned char red, unsigned char green, unsigned char blue)
+{
+    SetOptionColor(m_nanColor, red, green, blue);
+}
+
+void CKesraScalarBar::GetNanColor(unsigned char& red, unsigned char& green,
+                                  unsigned char& blue) const
+{
+    CopyColor(m_nanColor, red, green, blue);
+}
+
+void CKesraScalarBar::SetBelowRangeColor(unsigned char red, unsigned char green,
+                                         unsigned char blue)
+{
+    SetOptionColor(m_belowRangeColor, red, green, blue);
+}
+
+void CKesraScalarBar::GetBelowRangeColor(unsigned char& red, unsigned char& green,
+                                         unsigned char& blue) const
+{
+    CopyColor(m_belowRangeColor, red, green, blue);
+}
+
+void CKesraScalarBar::SetAboveRangeColor(unsigned char red, unsigned char green,
+                                         unsigned char blue)
+{
+    SetOptionColor(m_aboveRangeColor, red, green, blue);
+}
+
+void CKesraScalarBar::GetAboveRangeColor(unsigned char& red, unsigned char& green,
+                                         unsigned char& blue) const
+{
+    CopyColor(m_aboveRangeColor, red, green, blue);
+}
+
+// ---- Label texts ----------------------------------------------------------------
+
+void CKesraScalarBar::SetLabelFormat(eScalarBarLabelFormat format, int digits)
+{
+    const bool known = format >= eLabelFormatDefault && format <= eLabelFormatAutomatic;
+    if (!known || digits < 0 || digits > kMaxLabelDigits)
+    {
+        return;
+    }
+    if (format != m_labelFormat || digits != m_labelDigits)
+    {
+        m_labelFormat = format;
+        m_labelDigits = digits;
+        MarkModified();
+    }
+}
+
+void CKesraScalarBar::GetLabelFormat(eScalarBarLabelFormat& format, int& digits) const
+{
+    format = m_labelFormat;
+    digits = m_labelDigits;
+}
+
+void CKesraScalarBar::SetLabelScale(int exponent)
+{
+    if (exponent != m_labelScale && exponent >= -kMaxLabelScale && exponent <= kMaxLabelScale)
+    {
+        m_labelScale = exponent;
+        MarkModified();
+    }
+}
+
+bool CKesraScalarBar::UsesLabelOptions() const
+{
+    return m_labelFormat != eLabelFormatDefault || m_labelScale != 0;
+}
+
+std::vector<std::string> CKesraScalarBar::GetLabelTexts(const std::vector<double>& values) const
+{
+    if (m_labelFormat == eLabelFormatDefault)
+    {
+        return FormatLabels(values, eLabelFormatFixed, std::min(m_valueFormat2, kMaxLabelDigits),
+                            m_labelScale);
+    }
+    return FormatLabels(values, m_labelFormat, m_labelDigits, m_labelScale);
+}
+
+std::string CKesraScalarBar::GetScaledTitle() const
+{
+    if (m_labelScale == 0)
+    {
+        return m_title;
+    }
+    const std::string factor = "(x10^" + std::to_string(m_labelScale) + ")";
+    return m_title.empty() ? factor : m_title + " " + factor;
+}
+
+std::vector<std::string> CKesraScalarBar::FormatLabels(const std::vector<double>& values,
+                                                       eScalarBarLabelFormat format, int digits,
+                                                       int scaleExponent)
+{
+    const double divisor = std::pow(10.0, scaleExponent);
+    std::vector<double> scaled;
+    scaled.reserve(values.size());
+    for (const double value : values)
+    {
+        scaled.push_back(value / divisor);
+    }
+    const int precision = std::clamp(digits, 0, kMaxLabelDigits);
+    switch (format)
+    {
+    case eLabelFormatScientific:
+        return PrintedLabels(scaled, "%.*e", precision);
+    case eLabelFormatAutomatic:
+        return AutomaticLabels(scaled);
+    default:
+        return PrintedLabels(scaled, "%.*f", precision);
+    }
+}
+
 // ---- Colour mapping ------------------------------------------------------------
 
 CKesraColorMap CKesraScalarBar::ColorMapping(bool banded) const
@@ -626,6 +918,24 @@ CKesraColorMap CKesraScalarBar::ColorMapping(bool banded) const
     {
         map.singleColor[c] = m_singleColor[c];
         map.overRangeColor[c] = m_overRangeColor[c];
+    }
+    // The options on top only while one is in use: the map is built for every
+    // query, and the default's own values serve while all are off.
+    if (m_colorStops.rgb == nullptr && (m_logScale | m_useNanColor | m_useBelowRangeColor |
+                                        m_useAboveRangeColor) == 0)
+    {
+        return map;
+    }
+    map.stops = m_colorStops;
+    map.logScale = m_logScale == 1;
+    map.useNanColor = m_useNanColor == 1;
+    map.useBelowColor = m_useBelowRangeColor == 1;
+    map.useAboveColor = m_useAboveRangeColor == 1;
+    for (int c = 0; c < 3; ++c)
+    {
+        map.nanColor[c] = m_nanColor[c];
+        map.belowColor[c] = m_belowRangeColor[c];
+        map.aboveColor[c] = m_aboveRangeColor[c];
     }
     return map;
 }

@@ -22,6 +22,23 @@
 //   outputs untouched otherwise, or return -1 (switches) or 0 (GetBlockNum).
 //   The colour queries answer always.
 //
+// Options on top of the first mapping, each off by default and then changing
+// no colour, code or text (ColorMap.h gives the rules and the codes):
+// - Many-stop palettes: viridis, cividis, cool to warm and turbo, published
+//   tables interpolated linearly. While one is set the five stops rest; any
+//   of the four five-stop setters brings them back.
+// - The log scale: positions by the logarithm between the minimum (or, when
+//   it is not positive, four decades below the top) and the colour-scale top,
+//   labels at decades (ColorDecades); NaN and values <= 0 take the NaN colour
+//   with codes 2 and -2, never the minimum's colour.
+// - The NaN colour, and below- and above-range colours that replace the
+//   over-range colour on their side. Their colours mark the bar modified,
+//   since the backend draws each as a swatch beside the bar while in use.
+// - Label texts (FormatLabels): fixed, scientific or automatic significant
+//   digits, and a power of ten the host divides the labels by, shown after
+//   the title as "(x10^3)". While neither is set (UsesLabelOptions false)
+//   the backend writes its labels as it always did, byte for byte.
+//
 // The class is the base of a drawing backend's legend. It has no abstract
 // operation and can be used directly; its four virtual operations (Create,
 // Delete, SetTitle, SetNote) may be overridden. The destructor is not virtual.
@@ -33,9 +50,28 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace KesraEngine
 {
+
+// How FormatLabels writes a label (digits is its second argument):
+// - Default: the backend's own labels; FormatLabels writes them as Fixed.
+// - Fixed: digits decimals after the point ("%.*f").
+// - Scientific: one digit, the point, digits decimals and the exponent
+//   ("%.*e"): 1.50e+03.
+// - Automatic: the fewest significant digits, 1 to 17, at which no two
+//   neighbouring labels of different values read alike ("%.*g"); digits is
+//   not used.
+// Its type is fixed to int so that any int a host casts to it is a value of
+// it, which the setter then refuses, rather than undefined behaviour.
+enum eScalarBarLabelFormat : int
+{
+    eLabelFormatDefault = 0,
+    eLabelFormatFixed = 1,
+    eLabelFormatScientific = 2,
+    eLabelFormatAutomatic = 3
+};
 
 class KESRA_ENGINE_API CKesraScalarBar
 {
@@ -193,6 +229,70 @@ public:
     void SetColorPaletteBlueRed();
     void SetColorPaletteGrayScale();
     void SetColorPaletteGreenRed();
+    // Load one of the many-stop palettes (ColorMap.h: ColorStopsViridis and
+    // the others); do not mark modified, as the four above. The five stops
+    // are kept, unused, until one of the four above is loaded.
+    void SetColorPaletteViridis();
+    void SetColorPaletteCividis();
+    void SetColorPaletteCoolWarm();
+    void SetColorPaletteTurbo();
+
+    // Switch: the log scale. -1 from the getter when not created.
+    void SetLogScale(int logScale);
+    int GetLogScale() const;
+    // The decades that the log scale's labels stand at, from the minimum to
+    // the colour-scale top (ColorDecades); and the position of any value on
+    // the bar, 0 at the minimum and 1 at the colour-scale top, linear or log
+    // as set, before inverse and clamping.
+    std::vector<double> GetLogDecades() const;
+    double GetScalePosition(double value) const;
+
+    // Switches: NaN, below-range and above-range values take their own
+    // colour. -1 from the getters when not created.
+    void SetUseNanColor(int useNanColor);
+    int GetUseNanColor() const;
+    void SetUseBelowRangeColor(int useBelowRangeColor);
+    int GetUseBelowRangeColor() const;
+    void SetUseAboveRangeColor(int useAboveRangeColor);
+    int GetUseAboveRangeColor() const;
+    // The three colours (128, 128, 128; 0, 0, 0; 255, 255, 255 by default):
+    // mark modified when they change; the getters answer always.
+    void SetNanColor(unsigned char red, unsigned char green, unsigned char blue);
+    void GetNanColor(unsigned char& red, unsigned char& green, unsigned char& blue) const;
+    void SetBelowRangeColor(unsigned char red, unsigned char green, unsigned char blue);
+    void GetBelowRangeColor(unsigned char& red, unsigned char& green, unsigned char& blue) const;
+    void SetAboveRangeColor(unsigned char red, unsigned char green, unsigned char blue);
+    void GetAboveRangeColor(unsigned char& red, unsigned char& green, unsigned char& blue) const;
+
+    // ---- Label texts ------------------------------------------------------------
+
+    // Refused (no change) unless format is one of eScalarBarLabelFormat and
+    // 0 <= digits <= 17; marks modified when either changes. Default, 3.
+    void SetLabelFormat(eScalarBarLabelFormat format, int digits);
+    // Answers always.
+    void GetLabelFormat(eScalarBarLabelFormat& format, int& digits) const;
+    // Labels show value / 10^exponent; refused unless |exponent| <= 308;
+    // marks modified when it changes. Answers always; 0 by default.
+    void SetLabelScale(int exponent);
+    int GetLabelScale() const { return m_labelScale; }
+    // True while a label format other than Default or a label scale other
+    // than 0 is set: the backend then writes its labels with GetLabelTexts
+    // and its title with GetScaledTitle instead of its own.
+    bool UsesLabelOptions() const;
+    // The labels of values, in order, by FormatLabels with the bar's format
+    // and scale; with the Default format, Fixed with the second value-format
+    // number as digits.
+    std::vector<std::string> GetLabelTexts(const std::vector<double>& values) const;
+    // The title, followed by "(x10^e)" (after a space, unless the title is
+    // empty) while the label scale e is not 0. Answers always.
+    std::string GetScaledTitle() const;
+    // The texts of values / 10^scaleExponent in format with digits (see
+    // eScalarBarLabelFormat); "-" for a label that is not finite, and no
+    // minus on a label that reads as zero ("-0.00" would read as a sign
+    // error).
+    static std::vector<std::string> FormatLabels(const std::vector<double>& values,
+                                                 eScalarBarLabelFormat format, int digits,
+                                                 int scaleExponent);
 
     // ---- Colour queries (answer whether or not the bar is created) ---------
 
@@ -289,6 +389,26 @@ private:
     // every batch: nothing else needs to know about them, and a copy builds
     // its own.
     mutable CKesraColorTables m_colorTables;
+
+protected:
+    // The options added on top of the first mapping, after every field
+    // before them so that those keep their places.
+    // The many-stop palette in use; none (count 0) while the five stops are.
+    ColorStops m_colorStops;
+    int m_logScale;
+    int m_useNanColor;
+    int m_useBelowRangeColor;
+    int m_useAboveRangeColor;
+    unsigned char m_nanColor[3];
+    unsigned char m_belowRangeColor[3];
+    unsigned char m_aboveRangeColor[3];
+    eScalarBarLabelFormat m_labelFormat;
+    int m_labelDigits;
+    int m_labelScale;
+
+private:
+    void SetOptionColor(unsigned char (&field)[3], unsigned char red, unsigned char green,
+                        unsigned char blue);
 };
 
 } // namespace KesraEngine

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
+#include <vector>
 
 namespace
 {
@@ -204,6 +206,37 @@ TEST(LegendBar, ReadsTheLegendWithTheLayoutBottomInOnePlace)
     EXPECT_EQ(legend.LabelExponent(), 0);
     EXPECT_EQ(legend.FormatLabel(-0.001, 0), "0.00");
     EXPECT_EQ(legend.FormatLabel(2500.0, 3), "2.50");
+}
+
+TEST(LegendBar, LabelOptionsGiveTheLibrarysTextsAndTheTitleThePowerOfTen)
+{
+    KesraTest::TestLegend legend;
+    ASSERT_TRUE(legend.Create(800, 600, 700, 100));
+    legend.SetValueRange(0.0, 25000.0, true, true);
+    legend.SetBlockNum(4);
+    legend.SetValueFormat(3, 1);
+    legend.SetTitle("Stress", false);
+    // No option: the labels are the backend's own, with its power of ten.
+    const LegendInput plain = legend.Input();
+    EXPECT_TRUE(plain.labelTexts.empty());
+    EXPECT_EQ(plain.exponent, 3);
+    EXPECT_EQ(plain.title, "Stress");
+    EXPECT_EQ(MakeLegendLayout(plain, kMeasure).labels.back().text, "25.0");
+    EXPECT_EQ(KesraBackend::LegendLabelTexts(legend, {2500.0, -0.01}, 3, 1),
+              (std::vector<std::string>{"2.5", "0.0"}));
+
+    legend.SetLabelFormat(KesraEngine::eLabelFormatAutomatic, 0);
+    legend.SetLabelScale(3);
+    const LegendInput in = legend.Input();
+    EXPECT_EQ(in.exponent, 0) << "the host's power of ten replaces the backend's";
+    EXPECT_EQ(in.title, "Stress (x10^3)");
+    // Two significant digits are the fewest that tell 12.5, 18.75 and 25 apart.
+    EXPECT_EQ(in.labelTexts, (std::vector<std::string>{"0", "6.2", "12", "19", "25"}));
+    const LegendLayout layout = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(layout.labels.front().text, "0");
+    EXPECT_EQ(layout.labels.back().text, "25");
+    EXPECT_EQ(layout.unit.superscript, "");
+    EXPECT_EQ(layout.title.text, "Stress (x10^3)");
 }
 
 TEST(LegendBar, TextColourFollowsTheBackgroundOnlyWhenAsked)

@@ -98,13 +98,23 @@ inline Snapshot State(const TestScalarBar& bar)
     bar.GetCurrentValueRange(clo, cup);
     bar.GetOverRangeColor(over[0], over[1], over[2]);
     bar.GetSingleColor(single[0], single[1], single[2]);
+    unsigned char nan[3] = {}, below[3] = {}, above[3] = {};
+    bar.GetNanColor(nan[0], nan[1], nan[2]);
+    bar.GetBelowRangeColor(below[0], below[1], below[2]);
+    bar.GetAboveRangeColor(above[0], above[1], above[2]);
+    KesraEngine::eScalarBarLabelFormat labelFormat = KesraEngine::eLabelFormatDefault;
+    int labelDigits = -7;
+    bar.GetLabelFormat(labelFormat, labelDigits);
     Snapshot s;
     s << bar.IsCreate() << bar.IsModified() << w << h << x << y << f1 << f2 << title << note
       << unit << color << lo << hi << cur << dlo << dhi << clo << cup << over << single
       << bar.GetDirection() << bar.GetAutoTextColor() << bar.GetVisibility() << bar.GetShowNode()
       << bar.GetColorBlockLineWidth() << bar.GetBlockNum() << bar.GetInverse() << bar.GetBanded()
       << bar.GetFillAllRange() << bar.GetUseSignleColor() << bar.EqualPartX() << bar.EqualPartY()
-      << bar.ColorScaleTop() << bar.ValueRangeFlag1() << bar.ValueRangeFlag2();
+      << bar.ColorScaleTop() << bar.ValueRangeFlag1() << bar.ValueRangeFlag2()
+      << bar.GetLogScale() << bar.GetUseNanColor() << bar.GetUseBelowRangeColor()
+      << bar.GetUseAboveRangeColor() << nan << below << above << static_cast<int>(labelFormat)
+      << labelDigits << bar.GetLabelScale();
     return s;
 }
 
