@@ -285,7 +285,6 @@ void CSceneWidget::ChangeLegend(const LegendState& before)
 {
     if (!(Legend() == before))
     {
-        update();
         Q_EMIT legendChanged();
     }
 }
@@ -377,16 +376,16 @@ void CSceneWidget::resetValueRange()
 void CSceneWidget::setView(KesraBackend::View view, bool smooth)
 {
     m_scene->SetView(view, smooth);
-    update();
 }
 
 void CSceneWidget::zoomAll()
 {
     m_scene->ZoomAll();
-    update();
 }
 
 // ---- Input ----------------------------------------------------------------------------
+// The scene asks for every redraw its input needs (through the surface's
+// RequestRedraw): the handlers only translate.
 
 void CSceneWidget::mousePressEvent(QMouseEvent* event)
 {
@@ -397,14 +396,12 @@ void CSceneWidget::mousePressEvent(QMouseEvent* event)
     }
     const QPointF at = event->position();
     m_input->Press(ButtonOf(event->button()), Pixels(at.x()), Pixels(at.y()), ModifiersOf(event->modifiers()));
-    update();
 }
 
 void CSceneWidget::mouseMoveEvent(QMouseEvent* event)
 {
     const QPointF at = event->position();
     m_input->Move(Pixels(at.x()), Pixels(at.y()));
-    update();
     double value = 0.0;
     const bool found = valueAt(at, value);
     Q_EMIT hoveredValueChanged(found, value);
@@ -419,7 +416,6 @@ void CSceneWidget::mouseReleaseEvent(QMouseEvent* event)
     }
     const QPointF at = event->position();
     m_input->Release(ButtonOf(event->button()), Pixels(at.x()), Pixels(at.y()));
-    update();
 }
 
 void CSceneWidget::wheelEvent(QWheelEvent* event)
@@ -433,7 +429,6 @@ void CSceneWidget::wheelEvent(QWheelEvent* event)
     }
     const QPointF at = event->position();
     m_input->Wheel(Pixels(at.x()), Pixels(at.y()), steps);
-    update();
 }
 
 void CSceneWidget::keyPressEvent(QKeyEvent* event)
@@ -460,7 +455,6 @@ void CSceneWidget::keyPressEvent(QKeyEvent* event)
         QOpenGLWidget::keyPressEvent(event);
         return;
     }
-    update();
     ChangeLegend(before);
 }
 

@@ -99,12 +99,15 @@ void SceneWidgetTest::dragTurnsTheView()
     const QImage before = view->snapshot();
     const auto rotation = view->scene().Camera().GetRotateMatrix();
     QSignalSpy viewChanged(view.get(), &CSceneWidget::viewChanged);
+    QSignalSpy frames(view.get(), &QOpenGLWidget::frameSwapped);
     QTest::mousePress(view.get(), Qt::LeftButton, Qt::NoModifier, QPoint(200, 150));
     QTest::mouseMove(view.get(), QPoint(230, 160));
     QTest::mouseMove(view.get(), QPoint(260, 170));
     QTest::mouseRelease(view.get(), Qt::LeftButton, Qt::NoModifier, QPoint(260, 170));
     QVERIFY(!(view->scene().Camera().GetRotateMatrix() == rotation));
     QVERIFY(viewChanged.count() > 0);
+    // The window shows the turn by itself, not only a snapshot.
+    QTRY_VERIFY(frames.count() > 0);
     QVERIFY(DifferentPixels(before, view->snapshot(), 8) > 1000);
     // The drag is over: a move without a button turns nothing.
     const auto turned = view->scene().Camera().GetRotateMatrix();
@@ -120,10 +123,12 @@ void SceneWidgetTest::wheelZoomsAtTheCursor()
     const QPointF at(120.0, 90.0);
     QWheelEvent notch(at, view->mapToGlobal(at), QPoint(), QPoint(0, 2 * 120), Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);
+    QSignalSpy frames(view.get(), &QOpenGLWidget::frameSwapped);
     QApplication::sendEvent(view.get(), &notch);
     // Closer: fewer model units a pixel, 10 % a notch.
     QVERIFY(view->scene().Camera().GetScale() < 0.85f * scale);
     QVERIFY(viewChanged.count() > 0);
+    QTRY_VERIFY(frames.count() > 0);
     // A touchpad's fraction of a notch is the parent's to scroll.
     const float zoomed = view->scene().Camera().GetScale();
     QWheelEvent fraction(at, view->mapToGlobal(at), QPoint(0, 4), QPoint(0, 30), Qt::NoButton, Qt::NoModifier,
@@ -217,8 +222,10 @@ void SceneWidgetTest::keysReachTheLegendAndTheApplicationKeepsItsOwn()
 {
     const auto view = Shown(KesraQtTest::Flow());
     QSignalSpy legendChanged(view.get(), &CSceneWidget::legendChanged);
+    QSignalSpy frames(view.get(), &QOpenGLWidget::frameSwapped);
     QTest::keyClick(view.get(), Qt::Key_P);
     QCOMPARE(view->colorPalette(), KesraBackend::Palette::BlueRed);
+    QTRY_VERIFY(frames.count() > 0);
     QTest::keyClick(view.get(), Qt::Key_B);
     QVERIFY(view->isBanded());
     QTest::keyClick(view.get(), Qt::Key_V);
