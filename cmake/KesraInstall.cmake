@@ -87,9 +87,11 @@ endfunction()
 # calls need, such as which OpenGL libraries to prefer). A backend that needs more than the
 # library names its own Debian package (DEB_PACKAGE) and the Debian packages
 # its host must have to build against it (DEB_DEPENDS); the others go into the
-# development package.
+# development package. REQUIRES_COMPONENTS names the package components it
+# builds on (the Qt widget on Gl): its packages depend on theirs.
 function(kesra_install_backend target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;EXPORT_NAME;DEB_PACKAGE" "SETUP;DEPENDENCIES;DEB_DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;EXPORT_NAME;DEB_PACKAGE"
+                        "SETUP;DEPENDENCIES;DEB_DEPENDS;REQUIRES_COMPONENTS")
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${arg_EXPORT_NAME})
   install(TARGETS ${target}
     EXPORT KesraEngine${arg_COMPONENT}Targets
@@ -115,6 +117,7 @@ function(kesra_install_backend target)
     DESTINATION ${KESRA_INSTALL_CMAKEDIR}
     COMPONENT ${arg_COMPONENT})
   set_property(GLOBAL APPEND PROPERTY KESRA_INSTALLED_BACKENDS ${arg_COMPONENT})
+  set_property(GLOBAL PROPERTY KESRA_${arg_COMPONENT}_REQUIRES ${arg_REQUIRES_COMPONENTS})
   if(arg_DEB_PACKAGE)
     set_property(GLOBAL PROPERTY KESRA_${arg_COMPONENT}_DEB_PACKAGE ${arg_DEB_PACKAGE})
     list(JOIN arg_DEB_DEPENDS ", " deb_depends)

@@ -6,6 +6,8 @@
 #       libkesraengine-dev  headers, CMake and pkg-config files, the linker
 #                           link and the reference backends' archives
 #       python3-kesraengine the Python module, for Debian's python3
+#     and one package for each component with needs of its own (OpenGL,
+#     the reader, the Qt widget).
 #     A static build has no runtime package: everything is development files.
 include_guard(GLOBAL)
 
@@ -38,7 +40,8 @@ set(CPACK_COMPONENT_DEVELOPMENT_GROUP development)
 foreach(backend IN LISTS kesra_backends)
   string(TOUPPER ${backend} upper)
   get_property(deb_package GLOBAL PROPERTY KESRA_${backend}_DEB_PACKAGE)
-  set(CPACK_COMPONENT_${upper}_DEPENDS Development)
+  get_property(required GLOBAL PROPERTY KESRA_${backend}_REQUIRES)
+  set(CPACK_COMPONENT_${upper}_DEPENDS Development ${required})
   if(deb_package)
     # A package of its own, depending on the development package and on
     # what its host needs to link it.

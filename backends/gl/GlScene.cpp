@@ -224,10 +224,10 @@ void CGlScene::ResetValueRange()
     Recolour();
 }
 
-bool CGlScene::ProbeAt(int x, int y, Probe& probe)
+bool CGlScene::NearestNode(int x, int y, Probe& probe)
 {
     double nearest = kProbePixels * kProbePixels;
-    m_probed = false;
+    bool found = false;
     for (std::size_t t = 0; t < m_tubeLines.size(); ++t)
     {
         const ScalarLine& line = *m_tubeLines[t];
@@ -241,11 +241,17 @@ bool CGlScene::ProbeAt(int x, int y, Probe& probe)
             if (distance <= nearest)
             {
                 nearest = distance;
-                m_probed = true;
-                m_probe = Probe{static_cast<std::size_t>(m_tubeLines[t] - m_data.lines.data()), i, line.values[i]};
+                found = true;
+                probe = Probe{static_cast<std::size_t>(m_tubeLines[t] - m_data.lines.data()), i, line.values[i]};
             }
         }
     }
+    return found;
+}
+
+bool CGlScene::ProbeAt(int x, int y, Probe& probe)
+{
+    m_probed = NearestNode(x, y, m_probe);
     m_renderer.Invalidate();
     if (m_probed)
     {
@@ -355,20 +361,41 @@ void CGlScene::SetView(View view, bool smooth)
 
 void CGlScene::NextPalette()
 {
-    m_palette = KesraBackend::NextPalette(m_palette);
-    KesraBackend::LoadPalette(m_legend, m_palette);
-    Recolour();
+    SetPalette(KesraBackend::NextPalette(m_palette));
 }
 
 void CGlScene::ToggleBanded()
 {
-    m_legend.SetBanded(m_legend.GetBanded() == 1 ? 0 : 1);
-    Recolour();
+    SetBanded(m_legend.GetBanded() != 1);
 }
 
 void CGlScene::ToggleInverse()
 {
-    m_legend.SetInverse(m_legend.GetInverse() == 1 ? 0 : 1);
+    SetInverse(m_legend.GetInverse() != 1);
+}
+
+void CGlScene::SetPalette(KesraBackend::Palette palette)
+{
+    m_palette = palette;
+    KesraBackend::LoadPalette(m_legend, m_palette);
+    Recolour();
+}
+
+void CGlScene::SetBanded(bool banded)
+{
+    m_legend.SetBanded(banded ? 1 : 0);
+    Recolour();
+}
+
+void CGlScene::SetBlockCount(int blocks)
+{
+    m_legend.SetBlockNum(blocks);
+    Recolour();
+}
+
+void CGlScene::SetInverse(bool inverse)
+{
+    m_legend.SetInverse(inverse ? 1 : 0);
     Recolour();
 }
 

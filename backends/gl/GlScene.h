@@ -63,6 +63,14 @@ public:
     void NextPalette();
     void ToggleBanded();
     void ToggleInverse();
+    // The legend's settings one by one, the tubes recoloured through them,
+    // as a settings panel sets them.
+    void SetPalette(KesraBackend::Palette palette);
+    KesraBackend::Palette GetPalette() const { return m_palette; }
+    void SetBanded(bool banded);
+    // Refused (no change) unless 2 <= blocks <= 30.
+    void SetBlockCount(int blocks);
+    void SetInverse(bool inverse);
     void ToggleSixSides();
     void ToggleHelp() { m_help = !m_help; m_renderer.Invalidate(); }
     // The legend over [minimum, maximum], the tubes recoloured through it;
@@ -70,6 +78,9 @@ public:
     void SetValueRange(double minimum, double maximum);
     // The legend back over the data's finite range.
     void ResetValueRange();
+    // The data's finite range ([0, 1] when no value is finite).
+    double DataMinimum() const { return m_dataMinimum; }
+    double DataMaximum() const { return m_dataMaximum; }
     // Tubes, or the lines themselves one pixel wide, in the same colours.
     void ToggleLines();
     bool ShowsLines() const { return m_showLines; }
@@ -86,6 +97,8 @@ public:
     // gone, when no node is that near.
     static constexpr double kProbePixels = 12.0;
     bool ProbeAt(int x, int y, Probe& probe);
+    // The same node without marking it, as a status line follows the cursor.
+    bool NearestNode(int x, int y, Probe& probe);
 
     // One frame drawn and presented.
     void Render() { m_renderer.Render(); }

@@ -1,6 +1,6 @@
 // kesra-viewer: streamline results as tubes in a live OpenGL view, or
 // rendered headlessly into a PNG. See Options.cpp for the command line and
-// KesraGl::CGlSceneInput.h for the controls.
+// gl/GlSceneInput.h for the controls.
 #include "Hosts.h"
 #include "SceneSource.h"
 

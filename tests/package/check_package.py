@@ -158,7 +158,7 @@ def cmake_host(args):
         return
     run(configure, env=env)
     run(["cmake", "--build", args.binary], env=env)
-    hosts = ["host"] + [f"{c.lower()}-host" for c in args.components if c in ("Svg", "Gl", "Io")]
+    hosts = ["host"] + [f"{c.lower()}-host" for c in args.components if c in ("Svg", "Gl", "Io", "Qt")]
     for host in hosts:
         host_env = dict(env)
         # What a sanitized build's graphics host must start with (see
@@ -225,6 +225,8 @@ def deb(args):
         names.add(f"libkesraengine-gl-dev_{version}_{arch}.deb")
     if args.with_io:
         names.add(f"libkesraengine-io-dev_{version}_{arch}.deb")
+    if args.with_qt:
+        names.add(f"libkesraengine-qt-dev_{version}_{arch}.deb")
     if not args.static:
         names.add(f"libkesraengine1_{version}_{arch}.deb")
     if args.with_python:
@@ -260,6 +262,11 @@ def deb(args):
             for wanted in needed:
                 if wanted not in fields:
                     raise Failure(f"{name}: no dependency on {wanted}:\n{fields}")
+        if package == "libkesraengine-qt-dev":
+            for needed in (f"libkesraengine-dev (= {version})", f"libkesraengine-gl-dev (= {version})",
+                           "qt6-base-dev", "libqt6opengl6-dev"):
+                if needed not in fields:
+                    raise Failure(f"{name}: no dependency on {needed}:\n{fields}")
         files[package] = deb_contents(path)
         with tempfile.TemporaryDirectory() as tree:
             run(["dpkg-deb", "-x", path, tree])
@@ -288,6 +295,9 @@ def deb(args):
     if args.with_io:
         wanted["libkesraengine-io-dev"] = [r"/include/KesraEngine/KesraIo/Reader\.h$",
                                            r"/libKesraIo\.a$", r"/KesraEngineIoComponent\.cmake$"]
+    if args.with_qt:
+        wanted["libkesraengine-qt-dev"] = [r"/include/KesraEngine/qt/SceneWidget\.h$",
+                                           r"/libKesraQtWidget\.a$", r"/KesraEngineQtComponent\.cmake$"]
     if not args.static:
         wanted["libkesraengine1"] = [r"/libKesraEngine\.so\.1$", r"/libKesraEngine\.so\.1\.0\.0$"]
         if any(re.search(r"\.so", f) for f in dev if not f.endswith("libKesraEngine.so")):
@@ -357,6 +367,7 @@ def static(args):
     deb_args.with_gl = False
     deb_args.with_io = False
     deb_args.with_python = False
+    deb_args.with_qt = False
     deb(deb_args)
     print("static library: installed, found by CMake and pkg-config, packaged")
 
@@ -471,6 +482,7 @@ def main():
     parser.add_argument("--with-gl", action="store_true")
     parser.add_argument("--with-io", action="store_true")
     parser.add_argument("--with-python", action="store_true")
+    parser.add_argument("--with-qt", action="store_true")
     parser.add_argument("--programs", nargs="*", default=[], help="the example programs")
     args = parser.parse_args()
     try:
