@@ -164,13 +164,16 @@ public:
     Color ContrastingTextColor() const { return KesraBackend::ContrastingTextColor(m_backgroundColor); }
 
     // The name in the top-left corner, 14 pixels in from both edges, bold and
-    // four pixels larger than the font; drawn in the title colour.
+    // four pixels larger than the font, cut short where it would pass the
+    // right edge; drawn in the title colour over a halo.
     TextLine TitleLine() const
     {
         constexpr int kTitleSize = 4;
         constexpr double kMargin = 14.0;
-        TextLine title{kMargin, m_height - kMargin - TextHeight(kTitleSize), m_name, "", "", kTitleSize,
+        TextLine title{kMargin, m_height - kMargin - TextHeight(kTitleSize),
+                       ElidedText(*this, m_name, kTitleSize, m_width - 2.0 * kMargin), "", "", kTitleSize,
                        true};
+        title.halo = true;
         return title;
     }
 

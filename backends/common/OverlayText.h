@@ -41,6 +41,9 @@ struct TextLine
     bool bold = false;
     bool italic = false;
     Anchor anchor = Anchor::Start;
+    // Drawn over a halo in the colour opposite to its own (HaloColor), for
+    // a text that stands over the scene with no panel behind it.
+    bool halo = false;
 };
 
 // A straight line from (x0, y0) to (x1, y1).
@@ -164,6 +167,14 @@ inline Color ContrastingTextColor(const Color& background)
     const double luminance =
         0.299 * background.red + 0.587 * background.green + 0.114 * background.blue;
     return luminance >= 128.0 ? Color{0, 0, 0, 255} : Color{255, 255, 255, 255};
+}
+
+// The halo around a text in color: the colour that contrasts with it, not
+// quite opaque, so that the text reads over any scene.
+inline Color HaloColor(const Color& color)
+{
+    const Color halo = ContrastingTextColor(color);
+    return Color{halo.red, halo.green, halo.blue, 160};
 }
 
 // The opposite of the text colour on that background: the paper a drawing in

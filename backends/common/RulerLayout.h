@@ -8,7 +8,8 @@
 // above the ticks give 0 at the start, the half length in the middle of four
 // blocks, and the round length with the unit at the end, centred on the end
 // unless that would push it out of the window, then ending 2 pixels inside
-// it. Labels are two pixels smaller than the renderer's font.
+// it. Labels are two pixels smaller than the renderer's font, over halos
+// that keep them legible over the scene.
 //
 // A length is written with the second label-format number as its decimals.
 // When the library's power-of-ten rule gives the length a power (with the
@@ -98,6 +99,7 @@ inline RulerLayout MakeRulerLayout(const RulerInput& in, const ITextMeasure& mea
     const double labelY = bottom + height + in.tickHeight + 4.0;
     TextLine label{left, labelY, "0", "", "", kRulerLabelSize};
     label.anchor = Anchor::Middle;
+    label.halo = true;
     layout.labels.push_back(label);
     if (blocks == 4)
     {
