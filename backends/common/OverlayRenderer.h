@@ -21,6 +21,7 @@
 #include "common/RulerLayout.h"
 
 #include <array>
+#include <vector>
 
 namespace KesraBackend
 {
@@ -159,6 +160,18 @@ public:
     void SetDraggedArea(KesraEngine::CKesraDraggedArea* area) { m_attached.area = area; }
     // Draws the shading light's symbol in every frame.
     void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
+
+    // The panels of the attached overlays that tips keep out of: the
+    // legend's while it is shown.
+    std::vector<Box> OverlayPanels() const
+    {
+        std::vector<Box> panels;
+        if (m_attached.legend != nullptr && m_attached.legend->IsShown())
+        {
+            panels.push_back(m_attached.legend->Layout(*this).panel);
+        }
+        return panels;
+    }
 
     // Black or white, whichever reads better on the background.
     Color ContrastingTextColor() const { return KesraBackend::ContrastingTextColor(m_backgroundColor); }

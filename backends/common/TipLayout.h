@@ -7,8 +7,12 @@
 // grow and shrink with the host's font as every other overlay text does:
 // small -4, medium -2, normal 0, large +2, huge +6 pixels (10, 12, 14, 16 and
 // 20 pixels with the default 14-pixel font). Boxes that would overlap in the
-// picture are moved apart vertically, and every box is kept inside the
-// window; the leader lines follow their boxes.
+// picture are moved apart vertically, then out of the panels of the other
+// overlays (the legend's), and every box is kept inside the window; the
+// leader lines follow their boxes. A tip whose point has left the window is
+// pinned to the window's edge, where an arrow points on toward the point.
+// The text takes the tip's text colour unless that is hard to read on the
+// box, then black or white, whichever reads.
 #pragma once
 
 #include "Engine/Camera.h"
@@ -17,6 +21,7 @@
 #include "common/OverlayText.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -97,14 +102,104 @@ inline void SeparateLabels(std::vector<LabelBox>& boxes, double windowWidth, dou
     }
 }
 
+// Moves each box that overlaps one of keepOut out of it by the shortest of
+// the four ways that stay inside the window (with kTipMargin), if any.
+inline void KeepOutOf(std::vector<LabelBox>& boxes, const std::vector<Box>& keepOut, double windowWidth,
+                      double windowHeight)
+{
+    for (LabelBox& box : boxes)
+    {
+        for (const Box& out : keepOut)
+        {
+            const Box covered{box.x - 0.5 * box.width, box.y - 0.5 * box.height, box.width, box.height};
+            if (!Overlaps(covered, out))
+            {
+                continue;
+            }
+            const double gap = kTipSeparation;
+            const double ways[4][2] = {{out.left - gap - 0.5 * box.width, box.y},
+                                       {out.left + out.width + gap + 0.5 * box.width, box.y},
+                                       {box.x, out.bottom - gap - 0.5 * box.height},
+                                       {box.x, out.bottom + out.height + gap + 0.5 * box.height}};
+            double best = -1.0;
+            for (const auto& way : ways)
+            {
+                const bool inside = way[0] - 0.5 * box.width >= kTipMargin
+                                    && way[0] + 0.5 * box.width <= windowWidth - kTipMargin
+                                    && way[1] - 0.5 * box.height >= kTipMargin
+                                    && way[1] + 0.5 * box.height <= windowHeight - kTipMargin;
+                const double distance = std::fabs(way[0] - box.x) + std::fabs(way[1] - box.y);
+                if (inside && (best < 0.0 || distance < best))
+                {
+                    best = distance;
+                    box.x = way[0];
+                    box.y = way[1];
+                }
+            }
+        }
+    }
+}
+
+// Pixels between a pinned point and the window's edge, and an arrow's length.
+constexpr double kTipPinInset = 10.0;
+constexpr double kTipArrow = 9.0;
+
 // One tip as it is drawn: the annotated point, the label box and its text.
+// A pinned tip's point stands at the window's edge instead of its own, and
+// (arrowX, arrowY), a unit vector, points on toward its own.
 struct TipPlacement
 {
     double pointX = 0.0;
     double pointY = 0.0;
     Box label;
     TextLine text;
+    bool pinned = false;
+    double arrowX = 0.0;
+    double arrowY = 0.0;
 };
+
+// The point where a tip is drawn: its own inside the window; outside it, the
+// nearest point kTipPinInset inside the edge, with the arrow's direction.
+inline void PinToWindow(TipPlacement& tip, double windowWidth, double windowHeight)
+{
+    const double x = std::clamp(tip.pointX, kTipPinInset, std::max(kTipPinInset, windowWidth - kTipPinInset));
+    const double y = std::clamp(tip.pointY, kTipPinInset, std::max(kTipPinInset, windowHeight - kTipPinInset));
+    const bool outside = tip.pointX < 0.0 || tip.pointY < 0.0 || tip.pointX > windowWidth || tip.pointY > windowHeight;
+    if (!outside)
+    {
+        return;
+    }
+    const double dx = tip.pointX - x;
+    const double dy = tip.pointY - y;
+    const double length = std::sqrt(dx * dx + dy * dy);
+    tip.pinned = true;
+    tip.arrowX = dx / length;
+    tip.arrowY = dy / length;
+    tip.pointX = x;
+    tip.pointY = y;
+}
+
+// A text colour that reads on a box: color unless its luminance lies within
+// a third of the range of the box's, then black or white.
+inline Color LegibleOn(const Color& color, const Color& box)
+{
+    const auto luminance = [](const Color& c) { return 0.299 * c.red + 0.587 * c.green + 0.114 * c.blue; };
+    return std::fabs(luminance(color) - luminance(box)) < 85.0 ? ContrastingTextColor(box) : color;
+}
+
+// The arrow of a pinned tip: its tip a kTipArrow beyond the pinned point,
+// toward the tip's own point, and its two back corners; (x, y) triples.
+inline std::array<double, 6> PinArrow(const TipPlacement& tip)
+{
+    const double ax = tip.arrowX;
+    const double ay = tip.arrowY;
+    const double x = tip.pointX + 0.5 * kTipArrow * ax;
+    const double y = tip.pointY + 0.5 * kTipArrow * ay;
+    const double bx = tip.pointX - 0.5 * kTipArrow * ax;
+    const double by = tip.pointY - 0.5 * kTipArrow * ay;
+    const double half = 0.5 * kTipArrow;
+    return {x, y, bx - half * ay, by + half * ax, bx + half * ay, by - half * ax};
+}
 
 // The tip manager of a backend: the library's tip manager with the labels'
 // placement. The backend adds only the drawing (DrawTips).
@@ -112,9 +207,11 @@ class CTipLabels : public KesraEngine::CKesraTipManager
 {
 public:
     // Every tip, in list order, projected through camera into a window of
-    // windowWidth x windowHeight pixels, its box sized by measure.
+    // windowWidth x windowHeight pixels, its box sized by measure and kept
+    // out of the boxes of keepOut.
     std::vector<TipPlacement> Place(KesraEngine::CKesraCamera& camera, const ITextMeasure& measure,
-                                    double windowWidth, double windowHeight) const
+                                    double windowWidth, double windowHeight,
+                                    const std::vector<Box>& keepOut = {}) const
     {
         using Vector = KesraEngine::CKesraCamera::Vector;
         const int size = TipFontSizeChange(m_fontType);
@@ -135,6 +232,7 @@ public:
             camera.ProjectPointWorldToView(Vector(effect[0], effect[1], effect[2]), label);
             tips[i].pointX = point.x;
             tips[i].pointY = point.y;
+            PinToWindow(tips[i], windowWidth, windowHeight);
             tips[i].text.text = tip->GetContext();
             tips[i].text.sizeChange = size;
             tips[i].text.anchor = Anchor::Middle;
@@ -143,6 +241,7 @@ public:
                                 h + 2.0 * kTipPaddingY};
         }
         SeparateLabels(boxes, windowWidth, windowHeight);
+        KeepOutOf(boxes, keepOut, windowWidth, windowHeight);
         for (std::size_t i = 0; i < count; ++i)
         {
             const LabelBox& box = boxes[i];
@@ -154,7 +253,9 @@ public:
         return tips;
     }
 
-    Color TextColor() const { return Opaque(m_textColor); }
+    // The tip's text colour, or black or white where it would not read on
+    // the box's background.
+    Color TextColor() const { return LegibleOn(Opaque(m_textColor), BackgroundColor()); }
     Color BackgroundColor() const { return Opaque(m_backgroundColor); }
     Color LineColor() const { return Opaque(m_linkingLineColor); }
 
