@@ -57,14 +57,29 @@ constexpr double kTipPaddingY = 5.0;
 constexpr double kTipSeparation = 4.0;
 constexpr double kTipMargin = 2.0;
 
+// Keeps every box inside the window of windowWidth x windowHeight pixels. A
+// box wider or higher than the window keeps to its left or bottom edge.
+inline void KeepInsideWindow(std::vector<LabelBox>& boxes, double windowWidth, double windowHeight)
+{
+    for (LabelBox& box : boxes)
+    {
+        const double lowX = 0.5 * box.width + kTipMargin;
+        const double lowY = 0.5 * box.height + kTipMargin;
+        box.x = std::clamp(box.x, lowX, std::max(lowX, windowWidth - lowX));
+        box.y = std::clamp(box.y, lowY, std::max(lowY, windowHeight - lowY));
+    }
+}
+
 // Moves overlapping boxes apart vertically, the upper one up and the lower
 // one down (of two at the same height, the earlier one up), each by half of
-// what they lack, until none overlaps or after 16 passes; then keeps every box
-// inside the window of windowWidth x windowHeight pixels. A box wider or
-// higher than the window keeps to its left or bottom edge.
+// what they lack, keeping them inside the window (KeepInsideWindow) after
+// each pass, until none overlaps or after 64 passes (boxes held at an edge
+// close the gap more slowly). Boxes held at an edge push the others away
+// from it.
 inline void SeparateLabels(std::vector<LabelBox>& boxes, double windowWidth, double windowHeight)
 {
-    for (int pass = 0; pass < 16; ++pass)
+    KeepInsideWindow(boxes, windowWidth, windowHeight);
+    for (int pass = 0; pass < 64; ++pass)
     {
         bool moved = false;
         for (std::size_t a = 0; a < boxes.size(); ++a)
@@ -88,17 +103,11 @@ inline void SeparateLabels(std::vector<LabelBox>& boxes, double windowWidth, dou
                 moved = true;
             }
         }
+        KeepInsideWindow(boxes, windowWidth, windowHeight);
         if (!moved)
         {
             break;
         }
-    }
-    for (LabelBox& box : boxes)
-    {
-        const double lowX = 0.5 * box.width + kTipMargin;
-        const double lowY = 0.5 * box.height + kTipMargin;
-        box.x = std::clamp(box.x, lowX, std::max(lowX, windowWidth - lowX));
-        box.y = std::clamp(box.y, lowY, std::max(lowY, windowHeight - lowY));
     }
 }
 
@@ -240,8 +249,18 @@ public:
                                 measure.TextWidth(tips[i].text.text, size) + 2.0 * kTipPaddingX,
                                 h + 2.0 * kTipPaddingY};
         }
+        // A pinned point's arrow stands at the edge where boxes are held:
+        // they keep out of it as of the panels.
+        std::vector<Box> kept = keepOut;
+        for (const TipPlacement& tip : tips)
+        {
+            if (tip.pinned)
+            {
+                kept.push_back(Box{tip.pointX - kTipArrow, tip.pointY - kTipArrow, 2.0 * kTipArrow, 2.0 * kTipArrow});
+            }
+        }
         SeparateLabels(boxes, windowWidth, windowHeight);
-        KeepOutOf(boxes, keepOut, windowWidth, windowHeight);
+        KeepOutOf(boxes, kept, windowWidth, windowHeight);
         for (std::size_t i = 0; i < count; ++i)
         {
             const LabelBox& box = boxes[i];

@@ -36,7 +36,7 @@ TEST(TipLayout, OnlyOverlappingLabelsMoveApartVerticallyUntilNoneOverlaps)
     EXPECT_EQ(boxes[0].y, 100.0);
     EXPECT_EQ(boxes[1].y, 100.0);
 
-    // Sixteen passes part four labels at one place to a thousandth of a pixel.
+    // The passes part four labels at one place to a thousandth of a pixel.
     boxes.assign(4, LabelBox{200.0, 150.0, 60.0, 20.0});
     SeparateLabels(boxes, 400.0, 300.0);
     for (std::size_t a = 0; a < boxes.size(); ++a)
@@ -59,6 +59,20 @@ TEST(TipLayout, LabelsStayInsideTheWindow)
     EXPECT_EQ(boxes[1].x, 378.0);
     EXPECT_EQ(boxes[1].y, 12.0);
     EXPECT_EQ(boxes[2].x, 252.0) << "wider than the window: its left edge inside";
+
+    // Three labels whose places lie past the same corner: held at the top
+    // edge, the first pushes the others down instead of covering them.
+    boxes.assign(3, LabelBox{900.0, 900.0, 60.0, 20.0});
+    SeparateLabels(boxes, 400.0, 300.0);
+    EXPECT_EQ(boxes[0].y, 288.0);
+    for (std::size_t a = 0; a < boxes.size(); ++a)
+    {
+        EXPECT_EQ(boxes[a].x, 368.0);
+        for (std::size_t b = a + 1; b < boxes.size(); ++b)
+        {
+            EXPECT_GE(std::fabs(boxes[a].y - boxes[b].y), 24.0 - 1e-3) << a << " and " << b;
+        }
+    }
 }
 
 TEST(TipLabels, PlaceProjectsPointAndLabelAndSizesTheBox)
