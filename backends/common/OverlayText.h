@@ -111,7 +111,9 @@ inline Box TextBox(const ITextMeasure& measure, const TextLine& line)
 {
     const double width = LineWidth(measure, line);
     const double h = measure.TextHeight(line.sizeChange);
-    const double shift = line.anchor == Anchor::Start ? 0.0 : line.anchor == Anchor::Middle ? 0.5 * width : width;
+    const double shift = line.anchor == Anchor::Start    ? 0.0
+                         : line.anchor == Anchor::Middle ? 0.5 * width
+                                                         : width;
     const double rise = line.superscript.empty() ? 1.0 : kSuperscriptRaise + kSuperscriptScale;
     return Box{line.x - shift, line.y - kDescentShare * h, width, (kDescentShare + std::max(rise, 1.0)) * h};
 }

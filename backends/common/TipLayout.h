@@ -171,13 +171,15 @@ struct TipPlacement
 // nearest point kTipPinInset inside the edge, with the arrow's direction.
 inline void PinToWindow(TipPlacement& tip, double windowWidth, double windowHeight)
 {
-    const double x = std::clamp(tip.pointX, kTipPinInset, std::max(kTipPinInset, windowWidth - kTipPinInset));
-    const double y = std::clamp(tip.pointY, kTipPinInset, std::max(kTipPinInset, windowHeight - kTipPinInset));
-    const bool outside = tip.pointX < 0.0 || tip.pointY < 0.0 || tip.pointX > windowWidth || tip.pointY > windowHeight;
+    const bool outside =
+        tip.pointX < 0.0 || tip.pointY < 0.0 || tip.pointX > windowWidth || tip.pointY > windowHeight;
     if (!outside)
     {
         return;
     }
+    const double x = std::clamp(tip.pointX, kTipPinInset, std::max(kTipPinInset, windowWidth - kTipPinInset));
+    const double y =
+        std::clamp(tip.pointY, kTipPinInset, std::max(kTipPinInset, windowHeight - kTipPinInset));
     const double dx = tip.pointX - x;
     const double dy = tip.pointY - y;
     const double length = std::sqrt(dx * dx + dy * dy);
@@ -256,7 +258,8 @@ public:
         {
             if (tip.pinned)
             {
-                kept.push_back(Box{tip.pointX - kTipArrow, tip.pointY - kTipArrow, 2.0 * kTipArrow, 2.0 * kTipArrow});
+                kept.push_back(
+                    Box{tip.pointX - kTipArrow, tip.pointY - kTipArrow, 2.0 * kTipArrow, 2.0 * kTipArrow});
             }
         }
         SeparateLabels(boxes, windowWidth, windowHeight);

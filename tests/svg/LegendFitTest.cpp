@@ -77,7 +77,8 @@ std::vector<Drawn> DrawnTexts(const std::string& svg, const KesraSvg::CSvgRender
         line.text = m[5];
         line.superscript = m[6];
         line.tail = m[7];
-        drawn.push_back(Drawn{line.text + line.superscript + line.tail, KesraBackend::TextBox(measure, line)});
+        drawn.push_back(
+            Drawn{line.text + line.superscript + line.tail, KesraBackend::TextBox(measure, line)});
     }
     return drawn;
 }
@@ -91,7 +92,8 @@ std::vector<Drawn> DrawnRects(const std::string& svg, const std::string& group, 
         return {};
     }
     const std::string part = svg.substr(begin, svg.find("</g>", begin) - begin);
-    static const std::regex rect("<rect x=\"([^\"]+)\" y=\"([^\"]+)\" width=\"([^\"]+)\" height=\"([^\"]+)\"");
+    static const std::regex rect(
+        "<rect x=\"([^\"]+)\" y=\"([^\"]+)\" width=\"([^\"]+)\" height=\"([^\"]+)\"");
     std::vector<Drawn> drawn;
     for (std::sregex_iterator it(part.begin(), part.end(), rect), end; it != end; ++it)
     {
@@ -120,8 +122,9 @@ bool Inside(const Box& box, int width, int height)
 
 std::string Describe(const Drawn& drawn)
 {
-    return "'" + drawn.what + "' at " + std::to_string(drawn.box.left) + ", " + std::to_string(drawn.box.bottom)
-           + " size " + std::to_string(drawn.box.width) + " x " + std::to_string(drawn.box.height);
+    return "'" + drawn.what + "' at " + std::to_string(drawn.box.left) + ", "
+           + std::to_string(drawn.box.bottom) + " size " + std::to_string(drawn.box.width) + " x "
+           + std::to_string(drawn.box.height);
 }
 
 struct Case
@@ -174,9 +177,9 @@ TEST(SvgLegendFit, NoTextOrSwatchOverlapsOrLeavesTheWindowAtAnySize)
                     const std::vector<Drawn> texts = DrawnTexts(svg, renderer, height);
                     const std::vector<Drawn> swatches = DrawnRects(svg, "swatches", height);
                     const std::vector<Drawn> panel = DrawnRects(svg, "panel", height);
-                    const std::string where = std::to_string(width) + " x " + std::to_string(height) + ", "
-                                              + format.name + ", " + std::to_string(blocks) + " blocks, direction "
-                                              + std::to_string(direction);
+                    const std::string where = std::to_string(width) + " x " + std::to_string(height)
+                                              + ", " + format.name + ", " + std::to_string(blocks)
+                                              + " blocks, direction " + std::to_string(direction);
                     ASSERT_GE(texts.size(), 5u) << where << ": two labels, unit, title, note";
                     ASSERT_EQ(swatches.size(), static_cast<std::size_t>(blocks)) << where;
                     ASSERT_EQ(panel.size(), 1u) << where;
