@@ -138,6 +138,34 @@ TEST(SvgSceneTest, LegendLabelsTakeThePowerOfTen)
     EXPECT_EQ(scene.legend.IsModified(), 0);
 }
 
+TEST(SvgSceneTest, OverlayTextsReadOverTheSceneAndATipOutOfViewIsPinned)
+{
+    SmallSvgScene scene;
+    std::string svg = scene.Render();
+    // The legend's panel first, under the bar; the title and the ruler's
+    // labels over white halos (their ink is dark on the light background).
+    const std::size_t legend = svg.find("<g class=\"legend\"><g class=\"panel\" fill-opacity=\"0.75\"><rect");
+    EXPECT_NE(legend, std::string::npos);
+    EXPECT_LT(legend, svg.find("linearGradient", legend));
+    const std::string halo = "stroke=\"#ffffff\" stroke-opacity=\"0.63\" stroke-width=\"3\"";
+    EXPECT_NE(svg.find(halo, svg.find("class=\"title\"")), std::string::npos);
+    const std::size_t ruler = svg.find("class=\"ruler\"");
+    EXPECT_LT(svg.find(halo, ruler), svg.find("</g>", ruler));
+    EXPECT_EQ(Count(svg, "class=\"pin\""), 0);
+
+    // The tip's point far right of the view: an arrow at the edge instead
+    // of the point.
+    const double point[3] = {40.0, -0.5, 0.0};
+    const double label[3] = {0.0, -0.5, 0.5};
+    scene.tips->InsertTip("far away", point, label);
+    svg = scene.Render();
+    const std::regex pin("<polygon class=\"pin\" points=\"([0-9.]+),");
+    std::smatch match;
+    ASSERT_TRUE(std::regex_search(svg, match, pin));
+    EXPECT_EQ(std::stod(match[1]), SmallSvgScene::kWidth - KesraBackend::kTipPinInset
+                                       + 0.5 * KesraBackend::kTipArrow);
+}
+
 TEST(SvgSceneTest, TubeCornerLandsWhereTheCameraProjectsIt)
 {
     SmallSvgScene scene;

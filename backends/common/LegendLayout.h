@@ -21,6 +21,13 @@
 // its top edge) and the title line above that: each text has a line of its
 // own, so none can run into another. Labels and unit are two pixels smaller than the
 // renderer's font, the title is its size and bold, the note italic.
+//
+// In a window of known size everything stays inside it, measured with the
+// backend's metrics: where the legend would reach past an edge, its bar
+// shrinks along its length (which thins the labels out) and the legend
+// moves away from edges across it; a title, unit or note wider than the
+// window is cut short. A panel a few pixels larger
+// than all of it lies behind, so that the texts read over any scene.
 #pragma once
 
 #include "Engine/ColorMap.h"
@@ -60,6 +67,10 @@ struct LegendInput
     std::string title;
     std::string unit;
     std::string note;
+    // The window the legend stays inside, pixels; 0 leaves the layout where
+    // the layout units put it.
+    int windowWidth = 0;
+    int windowHeight = 0;
 };
 
 struct LegendLayout
@@ -76,6 +87,8 @@ struct LegendLayout
     TextLine unit;
     TextLine title;
     TextLine note;
+    // Everything above with kLegendPadding around it, drawn first.
+    Box panel;
 };
 
 constexpr int kLegendLabelSize = -2;
@@ -83,6 +96,9 @@ constexpr int kLegendTitleSize = 0;
 // Pixels: the ticks' length, and the space between lines of text.
 constexpr double kLegendTick = 5.0;
 constexpr double kLegendGap = 6.0;
+// Pixels: the panel beyond what it backs, and the panel to the window's edge.
+constexpr double kLegendPadding = 4.0;
+constexpr double kLegendMargin = 2.0;
 
 // The bar's rectangle, in float as the layout units are, rounded to whole
 // pixels and at least one pixel each way.
@@ -100,8 +116,8 @@ inline Box LegendBar(const LegendInput& in)
 // Which of the labels at n + 1 equally spaced edges, spacing pixels apart,
 // show so that shown labels stand at least needed pixels apart: every step-th
 // from the first, and the last. When the last is not a step-th, the step-th
-// before it stands less than a step from it and gives way. The first and the
-// last always show.
+// before it stands less than a step from it and gives way. The first always
+// shows, and the last unless the whole length is too short for both.
 inline std::vector<bool> ShownLabels(int n, double spacing, double needed)
 {
     std::vector<bool> shown(static_cast<std::size_t>(std::max(n, 0)) + 1, false);
@@ -119,16 +135,40 @@ inline std::vector<bool> ShownLabels(int n, double spacing, double needed)
     if (last != n)
     {
         shown[static_cast<std::size_t>(last)] = last == 0;
-        shown[static_cast<std::size_t>(n)] = true;
+        shown[static_cast<std::size_t>(n)] = spacing * n >= needed;
     }
     return shown;
 }
 
-inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& measure)
+// What the legend covers: bar, ticks and every text that is drawn.
+inline Box LegendExtent(const LegendLayout& layout, const ITextMeasure& measure)
+{
+    Box extent = layout.bar;
+    for (const Segment& tick : layout.ticks)
+    {
+        extent = Union(extent, Box{std::min(tick.x0, tick.x1), std::min(tick.y0, tick.y1),
+                                   std::fabs(tick.x1 - tick.x0), std::fabs(tick.y1 - tick.y0)});
+    }
+    for (const TextLine& label : layout.labels)
+    {
+        extent = Union(extent, TextBox(measure, label));
+    }
+    for (const TextLine* line : {&layout.unit, &layout.title, &layout.note})
+    {
+        if (!line->text.empty() || !line->superscript.empty())
+        {
+            extent = Union(extent, TextBox(measure, *line));
+        }
+    }
+    return extent;
+}
+
+// The legend laid out around a bar already placed.
+inline LegendLayout LegendAroundBar(const LegendInput& in, const Box& placedBar, const ITextMeasure& measure)
 {
     LegendLayout layout;
     layout.vertical = in.vertical;
-    layout.bar = LegendBar(in);
+    layout.bar = placedBar;
     layout.edges = KesraEngine::ColorBlockEdges(in.minimum, in.maximum, in.blocks);
     const Box& bar = layout.bar;
     const int n = static_cast<int>(layout.edges.size()) - 1;
@@ -193,9 +233,105 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
         layout.unit.superscript = std::to_string(in.exponent);
     }
     layout.title = TextLine{bar.left, unitY + h + kLegendGap, in.title, "", "", kLegendTitleSize, true};
-    const double noteTop = in.vertical ? bar.bottom : labelBaseline;
+    // Under the lowest label's descenders too: a vertical bar's first label
+    // reaches below the bar.
+    const double lowest = in.vertical ? bar.bottom : labelBaseline;
+    const double lowestLabel = (in.vertical ? bar.bottom - 0.35 * h : labelBaseline) - kDescentShare * h;
+    const double noteTop = std::min(lowest, lowestLabel + kLegendGap);
     layout.note = TextLine{bar.left, noteTop - kLegendGap - h, in.note, "", "", kLegendLabelSize,
                            false, true};
+    layout.panel = LegendExtent(layout, measure);
+    layout.panel.left -= kLegendPadding;
+    layout.panel.bottom -= kLegendPadding;
+    layout.panel.width += 2.0 * kLegendPadding;
+    layout.panel.height += 2.0 * kLegendPadding;
+    return layout;
+}
+
+// Moves start away from the edge that the extent passes (over past the far
+// one, under short of the near one), as far as the other side has room
+// unless anyway is set, the near edge first; both are updated.
+inline void MoveSpan(double& start, double& over, double& under, bool anyway)
+{
+    double move = 0.0;
+    if (under > 0.0)
+    {
+        move = std::ceil(anyway ? under : std::min(under, std::max(-over, 0.0)));
+    }
+    else if (over > 0.0)
+    {
+        move = -std::ceil(anyway ? over : std::min(over, -under));
+    }
+    start += move;
+    over += move;
+    under -= move;
+}
+
+// Fits the span from start, length long, so that the extent from low to
+// high that goes with it lies between min and max. Along the bar (shrink
+// set) the span gives up from its far end what passes max and from its near
+// end what falls short of min, down to a pixel; where texts that hang on
+// its start (a horizontal bar's title, unit and note) may pass the far edge
+// too (moveFirst), it first moves into what room there is. What that cannot
+// take is a move. Whole pixels, so that the bar stays on pixel borders.
+inline void FitSpan(double& start, double& length, double low, double high, double min, double max,
+                    bool shrink, bool moveFirst)
+{
+    double over = high - max;
+    double under = min - low;
+    if (moveFirst)
+    {
+        MoveSpan(start, over, under, false);
+    }
+    if (shrink)
+    {
+        const double cutFar = std::min(std::ceil(std::max(over, 0.0)), length - 1.0);
+        length -= cutFar;
+        over -= cutFar;
+        const double cutNear = std::min(std::ceil(std::max(under, 0.0)), length - 1.0);
+        start += cutNear;
+        length -= cutNear;
+        under -= cutNear;
+    }
+    MoveSpan(start, over, under, true);
+}
+
+inline LegendLayout MakeLegendLayout(const LegendInput& given, const ITextMeasure& measure)
+{
+    LegendInput in = given;
+    if (in.windowWidth <= 0 || in.windowHeight <= 0)
+    {
+        return LegendAroundBar(in, LegendBar(in), measure);
+    }
+    const double inset = kLegendPadding + kLegendMargin;
+    const double right = in.windowWidth - inset;
+    const double top = in.windowHeight - inset;
+    const double room = right - inset;
+    in.title = ElidedText(measure, in.title, kLegendTitleSize, room);
+    in.note = ElidedText(measure, in.note, kLegendLabelSize, room);
+    if (in.exponent == 0)
+    {
+        in.unit = ElidedText(measure, in.unit, kLegendLabelSize, room);
+    }
+    Box bar = LegendBar(in);
+    LegendLayout layout = LegendAroundBar(in, bar, measure);
+    // A move changes the extent by as much; a shrink may thin the labels out
+    // and needs another look.
+    for (int pass = 0; pass < 4; ++pass)
+    {
+        const Box& extent = layout.panel;
+        const double low = extent.left + kLegendPadding;
+        const double bottom = extent.bottom + kLegendPadding;
+        const double high = low + extent.width - 2.0 * kLegendPadding;
+        const double up = bottom + extent.height - 2.0 * kLegendPadding;
+        if (low >= inset && bottom >= inset && high <= right && up <= top)
+        {
+            break;
+        }
+        FitSpan(bar.left, bar.width, low, high, inset, right, !in.vertical, !in.vertical);
+        FitSpan(bar.bottom, bar.height, bottom, up, inset, top, in.vertical, false);
+        layout = LegendAroundBar(in, bar, measure);
+    }
     return layout;
 }
 
@@ -204,7 +340,7 @@ inline LegendLayout MakeLegendLayout(const LegendInput& in, const ITextMeasure& 
 class CLegendBar : public KesraEngine::CKesraScalarBar
 {
 public:
-    // Draws into the frame that renderer, a renderer of the same backend, is
+    // Draws, over its panel, into the frame that renderer, a renderer of the same backend, is
     // drawing, while the legend is shown; then clears the modified flag.
     virtual void Draw(KesraEngine::CKesraRenderer& renderer) = 0;
 
@@ -232,6 +368,15 @@ public:
     LegendLayout Layout(const ITextMeasure& measure) const
     {
         return MakeLegendLayout(Input(), measure);
+    }
+
+    // The panel behind the legend: the opposite of the text colour, three
+    // quarters opaque, so that the texts read over any scene while the
+    // scene still shows through.
+    Color PanelColor(const Color& background) const
+    {
+        const Color paper = ContrastingTextColor(TextColor(background));
+        return Color{paper.red, paper.green, paper.blue, 192};
     }
 
     // The colour of texts, ticks and outline: the one that reads best on the
@@ -270,6 +415,8 @@ protected:
                                                         m_minValue, m_maxValue, m_blockNum),
                                              0, m_valueFormat2);
         }
+        in.windowWidth = m_windowWidth;
+        in.windowHeight = m_windowHeight;
         return in;
     }
 };

@@ -21,6 +21,7 @@
 #include "common/RulerLayout.h"
 
 #include <array>
+#include <vector>
 
 namespace KesraBackend
 {
@@ -160,17 +161,32 @@ public:
     // Draws the shading light's symbol in every frame.
     void SetShowLightSymbol(bool show) { m_showLightSymbol = show; }
 
+    // The panels of the attached overlays that tips keep out of: the
+    // legend's while it is shown.
+    std::vector<Box> OverlayPanels() const
+    {
+        std::vector<Box> panels;
+        if (m_attached.legend != nullptr && m_attached.legend->IsShown())
+        {
+            panels.push_back(m_attached.legend->Layout(*this).panel);
+        }
+        return panels;
+    }
+
     // Black or white, whichever reads better on the background.
     Color ContrastingTextColor() const { return KesraBackend::ContrastingTextColor(m_backgroundColor); }
 
     // The name in the top-left corner, 14 pixels in from both edges, bold and
-    // four pixels larger than the font; drawn in the title colour.
+    // four pixels larger than the font, cut short where it would pass the
+    // right edge; drawn in the title colour over a halo.
     TextLine TitleLine() const
     {
         constexpr int kTitleSize = 4;
         constexpr double kMargin = 14.0;
-        TextLine title{kMargin, m_height - kMargin - TextHeight(kTitleSize), m_name, "", "", kTitleSize,
+        TextLine title{kMargin, m_height - kMargin - TextHeight(kTitleSize),
+                       ElidedText(*this, m_name, kTitleSize, m_width - 2.0 * kMargin), "", "", kTitleSize,
                        true};
+        title.halo = true;
         return title;
     }
 

@@ -41,6 +41,9 @@ struct TextLine
     bool bold = false;
     bool italic = false;
     Anchor anchor = Anchor::Start;
+    // Drawn over a halo in the colour opposite to its own (HaloColor), for
+    // a text that stands over the scene with no panel behind it.
+    bool halo = false;
 };
 
 // A straight line from (x0, y0) to (x1, y1).
@@ -98,6 +101,67 @@ inline int TextSize(const KesraEngine::CKesraFont* font, int sizeChange)
     return std::clamp(usable + sizeChange, 4, 400);
 }
 
+// How far below its baseline a line's descenders reach, as a share of the
+// line's height.
+constexpr double kDescentShare = 0.25;
+
+// The box a line of text covers: its width placed by its anchor, from its
+// descenders up to its height, or to the top of a raised superscript.
+inline Box TextBox(const ITextMeasure& measure, const TextLine& line)
+{
+    const double width = LineWidth(measure, line);
+    const double h = measure.TextHeight(line.sizeChange);
+    const double shift = line.anchor == Anchor::Start    ? 0.0
+                         : line.anchor == Anchor::Middle ? 0.5 * width
+                                                         : width;
+    const double rise = line.superscript.empty() ? 1.0 : kSuperscriptRaise + kSuperscriptScale;
+    return Box{line.x - shift, line.y - kDescentShare * h, width, (kDescentShare + std::max(rise, 1.0)) * h};
+}
+
+// The smallest box holding both.
+inline Box Union(const Box& a, const Box& b)
+{
+    const double left = std::min(a.left, b.left);
+    const double bottom = std::min(a.bottom, b.bottom);
+    const double right = std::max(a.left + a.width, b.left + b.width);
+    const double top = std::max(a.bottom + a.height, b.bottom + b.height);
+    return Box{left, bottom, right - left, top - bottom};
+}
+
+// True when the boxes share more than an edge.
+inline bool Overlaps(const Box& a, const Box& b)
+{
+    return a.left < b.left + b.width && b.left < a.left + a.width && a.bottom < b.bottom + b.height
+           && b.bottom < a.bottom + a.height;
+}
+
+// text cut short with three dots so that it measures at most maxWidth at
+// the size; whole when it fits. UTF-8 sequences are never cut apart.
+inline std::string ElidedText(const ITextMeasure& measure, const std::string& text, int sizeChange,
+                              double maxWidth)
+{
+    if (measure.TextWidth(text, sizeChange) <= maxWidth)
+    {
+        return text;
+    }
+    const std::string ellipsis = "...";
+    std::string kept = text;
+    while (!kept.empty() && measure.TextWidth(kept + ellipsis, sizeChange) > maxWidth)
+    {
+        // The last character goes whole: its continuation bytes, then its
+        // first byte.
+        while (!kept.empty() && (static_cast<unsigned char>(kept.back()) & 0xC0u) == 0x80u)
+        {
+            kept.pop_back();
+        }
+        if (!kept.empty())
+        {
+            kept.pop_back();
+        }
+    }
+    return kept.empty() ? std::string() : kept + ellipsis;
+}
+
 // Black on a light background and white on a dark one: the most contrast,
 // switching at the middle of the luminance range.
 inline Color ContrastingTextColor(const Color& background)
@@ -105,6 +169,14 @@ inline Color ContrastingTextColor(const Color& background)
     const double luminance =
         0.299 * background.red + 0.587 * background.green + 0.114 * background.blue;
     return luminance >= 128.0 ? Color{0, 0, 0, 255} : Color{255, 255, 255, 255};
+}
+
+// The halo around a text in color: the colour that contrasts with it, not
+// quite opaque, so that the text reads over any scene.
+inline Color HaloColor(const Color& color)
+{
+    const Color halo = ContrastingTextColor(color);
+    return Color{halo.red, halo.green, halo.blue, 160};
 }
 
 // The opposite of the text colour on that background: the paper a drawing in

@@ -8,7 +8,9 @@
 // above the ticks give 0 at the start, the half length in the middle of four
 // blocks, and the round length with the unit at the end, centred on the end
 // unless that would push it out of the window, then ending 2 pixels inside
-// it. Labels are two pixels smaller than the renderer's font.
+// it; where the labels would touch, the half's and then the start's give way
+// to the end's. Labels are two pixels smaller than the renderer's font, over halos
+// that keep them legible over the scene.
 //
 // A length is written with the second label-format number as its decimals.
 // When the library's power-of-ten rule gives the length a power (with the
@@ -98,6 +100,7 @@ inline RulerLayout MakeRulerLayout(const RulerInput& in, const ITextMeasure& mea
     const double labelY = bottom + height + in.tickHeight + 4.0;
     TextLine label{left, labelY, "0", "", "", kRulerLabelSize};
     label.anchor = Anchor::Middle;
+    label.halo = true;
     layout.labels.push_back(label);
     if (blocks == 4)
     {
@@ -112,6 +115,21 @@ inline RulerLayout MakeRulerLayout(const RulerInput& in, const ITextMeasure& mea
     const bool fits = left + width + 0.5 * LineWidth(measure, label) <= in.windowWidth;
     label.x = fits ? left + width : in.windowWidth - 2.0;
     label.anchor = fits ? Anchor::Middle : Anchor::End;
+    // On a short ruler the end's label gives no room to the others: the
+    // half's goes first, then the start's.
+    const Box end = TextBox(measure, label);
+    if (layout.labels.size() == 2)
+    {
+        const Box half = TextBox(measure, layout.labels[1]);
+        if (Overlaps(half, end) || Overlaps(half, TextBox(measure, layout.labels[0])))
+        {
+            layout.labels.pop_back();
+        }
+    }
+    if (Overlaps(TextBox(measure, layout.labels[0]), end))
+    {
+        layout.labels.pop_back();
+    }
     layout.labels.push_back(label);
     return layout;
 }

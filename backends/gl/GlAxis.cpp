@@ -2,6 +2,7 @@
 
 #include "gl/GlRenderer.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace KesraGl
@@ -13,6 +14,10 @@ namespace
 constexpr float kHalfExtent = 40.0f;   // the triad is 80 pixels across
 constexpr float kArrowLength = 31.0f;  // pixels
 constexpr float kLabelReach = 41.0f;   // pixels from the centre to a label
+// A label's centre stays this far inside the window: half a capital of the
+// labels' size and two pixels, so that an axis pointing at the window's
+// edge keeps its letter whole.
+constexpr float kLabelInset = 8.0f;
 constexpr int kSides = 16;
 constexpr float kShaftRadius = 0.045f; // of the arrow's length
 constexpr float kHeadRadius = 0.11f;
@@ -102,6 +107,8 @@ void CGlAxis::LabelPosition(int axis, float& x, float& y) const
     // The model's axis points in view along column axis of the rotation.
     x = kHalfExtent + 4.0f + kLabelReach * static_cast<float>(m_rotateMatrix[4 * axis]);
     y = kHalfExtent + 4.0f + kLabelReach * static_cast<float>(m_rotateMatrix[4 * axis + 1]);
+    x = std::clamp(x, kLabelInset, std::max(kLabelInset, static_cast<float>(m_windowWidth) - kLabelInset));
+    y = std::clamp(y, kLabelInset, std::max(kLabelInset, static_cast<float>(m_windowHeight) - kLabelInset));
 }
 
 void CGlAxis::Draw()
@@ -150,8 +157,8 @@ void CGlAxis::Draw()
     {
         float x, y;
         LabelPosition(axis, x, y);
-        canvas.Text(x, y - 0.5f * static_cast<float>(canvas.Ascender(style)), kAxisNames[axis], style,
-                    kAxisColors[axis], Anchor::Middle);
+        canvas.HaloText(x, y - 0.5f * static_cast<float>(canvas.Ascender(style)), kAxisNames[axis], style,
+                        kAxisColors[axis], KesraBackend::HaloColor(kAxisColors[axis]), Anchor::Middle);
     }
     canvas.End();
 }

@@ -27,7 +27,7 @@ public:
     void Draw() override;
 
     // Where the label of axis 0 (x), 1 (y) or 2 (z) is centred, window pixels,
-    // for the stored rotation.
+    // for the stored rotation; kept inside the window.
     void LabelPosition(int axis, float& x, float& y) const;
     void ReleaseBuffers();
 

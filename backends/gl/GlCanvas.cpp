@@ -161,6 +161,24 @@ float CGlCanvas::TextWidth(const std::string& text, const TextStyle& style)
     return AtlasFor(style).TextWidth(text);
 }
 
+void CGlCanvas::HaloText(float x, float y, const std::string& text, const TextStyle& style,
+                         const Color& color, const Color& halo, Anchor anchor,
+                         const std::string& superscript, const std::string& tail)
+{
+    for (int dx = -1; dx <= 1; ++dx)
+    {
+        for (int dy = -1; dy <= 1; ++dy)
+        {
+            if (dx != 0 || dy != 0)
+            {
+                Text(x + static_cast<float>(dx), y + static_cast<float>(dy), text, style, halo, anchor,
+                     superscript, tail);
+            }
+        }
+    }
+    Text(x, y, text, style, color, anchor, superscript, tail);
+}
+
 void CGlCanvas::Text(float x, float y, const std::string& text, const TextStyle& style,
                      const Color& color, Anchor anchor, const std::string& superscript,
                      const std::string& tail)

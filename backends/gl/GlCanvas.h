@@ -58,6 +58,11 @@ public:
     void Text(float x, float y, const std::string& text, const TextStyle& style,
               const Color& color, Anchor anchor = Anchor::Start,
               const std::string& superscript = std::string(), const std::string& tail = std::string());
+    // Text over a halo: the same text in halo's colour one pixel off in each
+    // of the eight directions first.
+    void HaloText(float x, float y, const std::string& text, const TextStyle& style, const Color& color,
+                  const Color& halo, Anchor anchor = Anchor::Start,
+                  const std::string& superscript = std::string(), const std::string& tail = std::string());
     float TextWidth(const std::string& text, const TextStyle& style);
     int Ascender(const TextStyle& style) { return AtlasFor(style).Ascender(); }
 

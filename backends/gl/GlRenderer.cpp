@@ -420,9 +420,15 @@ void CGlRenderer::DrawText(const KesraBackend::TextLine& line, const Color& colo
     {
         return;
     }
-    m_canvas->Text(static_cast<float>(line.x), static_cast<float>(line.y), line.text,
-                   Style(line.sizeChange, line.bold, line.italic), color, line.anchor, line.superscript,
-                   line.tail);
+    const TextStyle style = Style(line.sizeChange, line.bold, line.italic);
+    if (line.halo)
+    {
+        m_canvas->HaloText(static_cast<float>(line.x), static_cast<float>(line.y), line.text, style, color,
+                           KesraBackend::HaloColor(color), line.anchor, line.superscript, line.tail);
+        return;
+    }
+    m_canvas->Text(static_cast<float>(line.x), static_cast<float>(line.y), line.text, style, color,
+                   line.anchor, line.superscript, line.tail);
 }
 
 double CGlRenderer::TextWidth(const std::string& text, int sizeChange) const

@@ -19,8 +19,12 @@ void CGlScalarBar::Draw(KesraEngine::CKesraRenderer& target)
     CGlRenderer& renderer = *gl;
     const KesraBackend::LegendLayout layout = Layout(renderer);
     const Color color = TextColor(renderer.GetBackgroundColor());
-    DrawBar(renderer, layout, color);
     CGlCanvas& canvas = renderer.Canvas();
+    const KesraBackend::Box& panel = layout.panel;
+    canvas.Rect(static_cast<float>(panel.left), static_cast<float>(panel.bottom),
+                static_cast<float>(panel.left + panel.width), static_cast<float>(panel.bottom + panel.height),
+                PanelColor(renderer.GetBackgroundColor()));
+    DrawBar(renderer, layout, color);
     for (const KesraBackend::Segment& tick : layout.ticks)
     {
         canvas.Line(static_cast<float>(tick.x0), static_cast<float>(tick.y0),

@@ -2,6 +2,8 @@
 
 #include "gl/GlRenderer.h"
 
+#include <array>
+
 namespace KesraGl
 {
 
@@ -18,7 +20,7 @@ void CGlTipManager::DrawTips(KesraEngine::CKesraRenderer& renderer)
     const Color background = BackgroundColor();
     const Color text = TextColor();
     for (const KesraBackend::TipPlacement& tip :
-         Place(*camera, *gl, gl->GetWidth(), gl->GetHeight()))
+         Place(*camera, *gl, gl->GetWidth(), gl->GetHeight(), gl->OverlayPanels()))
     {
         const float ax = static_cast<float>(tip.pointX);
         const float ay = static_cast<float>(tip.pointY);
@@ -27,7 +29,20 @@ void CGlTipManager::DrawTips(KesraEngine::CKesraRenderer& renderer)
         const float right = static_cast<float>(tip.label.left + tip.label.width);
         const float top = static_cast<float>(tip.label.bottom + tip.label.height);
         canvas.Line(0.5f * (left + right), 0.5f * (bottom + top), ax, ay, 1.5f, line);
-        canvas.Rect(ax - 2.5f, ay - 2.5f, ax + 2.5f, ay + 2.5f, line);
+        if (tip.pinned)
+        {
+            const std::array<double, 6> arrow = KesraBackend::PinArrow(tip);
+            float corners[6];
+            for (std::size_t k = 0; k < 6; ++k)
+            {
+                corners[k] = static_cast<float>(arrow[k]);
+            }
+            canvas.Triangle(corners, line);
+        }
+        else
+        {
+            canvas.Rect(ax - 2.5f, ay - 2.5f, ax + 2.5f, ay + 2.5f, line);
+        }
         canvas.Rect(left, bottom, right, top, background);
         canvas.Frame(left, bottom, right, top, 1.0f, line);
         gl->DrawText(tip.text, text);

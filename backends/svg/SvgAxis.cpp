@@ -48,6 +48,7 @@ void CSvgAxis::Draw()
         const double endY = centreY + 0.36 * extentY * dy;
         canvas->Line(centreX, centreY, endX, endY, colors[axis], 2.5);
         style.color = colors[axis];
+        style.halo = KesraBackend::HaloColor(colors[axis]);
         canvas->Text(centreX + 0.48 * extentX * dx, centreY + 0.48 * extentY * dy - 0.35 * style.size,
                      letters[axis], style, Anchor::Middle);
     }

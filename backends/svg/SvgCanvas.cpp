@@ -110,6 +110,14 @@ void CSvgCanvas::Text(double x, double y, const std::string& text, const TextSty
         m_writer.Attribute("text-anchor", anchor == Anchor::Middle ? "middle" : "end");
     }
     m_writer.Attribute("fill", HexColor(style.color.red, style.color.green, style.color.blue));
+    if (style.halo.alpha != 0)
+    {
+        m_writer.Attribute("stroke", HexColor(style.halo.red, style.halo.green, style.halo.blue));
+        m_writer.Attribute("stroke-opacity", style.halo.alpha / 255.0, 2);
+        m_writer.Attribute("stroke-width", "3");
+        m_writer.Attribute("stroke-linejoin", "round");
+        m_writer.Attribute("paint-order", "stroke");
+    }
     m_writer.Text(text);
     if (!superscript.empty())
     {

@@ -25,6 +25,8 @@ struct TextStyle
     bool bold = false;
     bool italic = false;
     Color color{0, 0, 0, 255};
+    // Drawn as an outline under the glyphs while its alpha is not 0.
+    Color halo{0, 0, 0, 0};
 };
 
 // A rough width of text in pixels at a size: SVG leaves the measuring to the

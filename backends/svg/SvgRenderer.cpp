@@ -394,6 +394,10 @@ void CSvgRenderer::DrawText(const KesraBackend::TextLine& line, const Color& col
     TextStyle style = GetTextStyle(line.sizeChange, color);
     style.bold = style.bold || line.bold;
     style.italic = style.italic || line.italic;
+    if (line.halo)
+    {
+        style.halo = KesraBackend::HaloColor(color);
+    }
     m_canvas->Text(line.x, line.y, line.text, style, line.anchor, line.superscript, line.tail);
 }
 

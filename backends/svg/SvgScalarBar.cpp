@@ -38,6 +38,12 @@ void CSvgScalarBar::Draw(KesraEngine::CKesraRenderer& target)
     const KesraBackend::LegendLayout layout = Layout(renderer);
     const Color color = TextColor(renderer.GetBackgroundColor());
     canvas->BeginGroup("legend");
+    const Color panel = PanelColor(renderer.GetBackgroundColor());
+    canvas->BeginGroup("panel");
+    canvas->Writer().Attribute("fill-opacity", panel.alpha / 255.0, 2);
+    canvas->Rect(layout.panel.left, layout.panel.bottom, layout.panel.width, layout.panel.height,
+                 HexColor(panel.red, panel.green, panel.blue), panel, 0.0);
+    canvas->EndGroup();
     DrawBar(renderer, layout, color);
     canvas->BeginGroup("labels");
     for (const KesraBackend::Segment& tick : layout.ticks)

@@ -139,7 +139,8 @@ TEST(LegendLayout, LabelsThinOutWithBothEndsShown)
     // Every third, the last among them.
     EXPECT_EQ(ShownLabels(9, 5.0, 12.0),
               (std::vector<bool>{true, false, false, true, false, false, true, false, false, true}));
-    EXPECT_EQ(ShownLabels(1, 3.0, 10.0), (std::vector<bool>{true, true})) << "the first stays";
+    EXPECT_EQ(ShownLabels(1, 3.0, 10.0), (std::vector<bool>{true, false})) << "the first stays alone";
+    EXPECT_EQ(ShownLabels(4, 3.0, 10.0), (std::vector<bool>{true, false, false, false, true}));
     EXPECT_EQ(ShownLabels(3, 0.0, 10.0), std::vector<bool>(4, true)) << "no length: no thinning";
 
     // Horizontal: the widest label and 10 pixels decide.
@@ -178,6 +179,57 @@ TEST(LegendLayout, LabelsNameTheColourMapsOwnEdges)
     }
 }
 
+TEST(LegendLayout, AWindowThatHoldsTheLegendChangesNothingButThePanel)
+{
+    LegendInput in = Vertical();
+    const LegendLayout free = MakeLegendLayout(in, kMeasure);
+    in.windowWidth = 800;
+    in.windowHeight = 600;
+    const LegendLayout fitted = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(fitted.bar.left, free.bar.left);
+    EXPECT_EQ(fitted.bar.height, free.bar.height);
+    // The panel: 4 pixels around the lowest label (its digits' middle on
+    // the bar's bottom, descenders a quarter of the line lower) and the
+    // title's top.
+    EXPECT_DOUBLE_EQ(fitted.panel.bottom, 160.0 - 0.6 * kH - kH - 0.25 * kH - 4.0);
+    EXPECT_DOUBLE_EQ(fitted.panel.bottom + fitted.panel.height, fitted.title.y + 14.0 + 4.0);
+}
+
+TEST(LegendLayout, ALegendPastTheWindowMovesInThenShrinksAlongItsBar)
+{
+    LegendInput in = Vertical();
+    in.windowWidth = 740;
+    in.windowHeight = 480;
+    const LegendLayout layout = MakeLegendLayout(in, kMeasure);
+    // "100.0" ends 35 pixels right of 725: the whole legend moves left.
+    EXPECT_LE(layout.panel.left + layout.panel.width, 738.0);
+    EXPECT_LT(layout.bar.left, 703.0);
+    EXPECT_EQ(layout.bar.width, 13.0) << "across the bar nothing shrinks";
+    // The title stood 600 pixels up: the bar gives up the difference from
+    // its top, its bottom stays.
+    EXPECT_LE(layout.panel.bottom + layout.panel.height, 478.0);
+    EXPECT_EQ(layout.bar.bottom, 160.0);
+    EXPECT_LT(layout.bar.height, 360.0);
+    EXPECT_EQ(layout.bar.height, std::round(layout.bar.height));
+
+    // Too long a title for the window is cut short with three dots.
+    in.title = std::string(200, 'T');
+    const LegendLayout cut = MakeLegendLayout(in, kMeasure);
+    EXPECT_EQ(cut.title.text.substr(cut.title.text.size() - 3), "...");
+    EXPECT_LE(kMeasure.TextWidth(cut.title.text, 0), 740.0 - 12.0);
+}
+
+TEST(LegendLayout, ABarTooShortForBothEndsKeepsOnlyTheFirstLabel)
+{
+    LegendInput in = Vertical();
+    in.vertical = false;
+    in.unitX = 1.0f; // a 12-pixel bar
+    in.unitY = 10.0f;
+    const LegendLayout layout = MakeLegendLayout(in, kMeasure);
+    ASSERT_EQ(layout.labels.size(), 1u);
+    EXPECT_EQ(layout.labels[0].text, "0.0");
+}
+
 TEST(LegendBar, ReadsTheLegendWithTheLayoutBottomInOnePlace)
 {
     KesraTest::TestLegend legend;
@@ -196,6 +248,8 @@ TEST(LegendBar, ReadsTheLegendWithTheLayoutBottomInOnePlace)
     EXPECT_EQ(in.decimals, 2);
     EXPECT_FALSE(in.ticks);
     EXPECT_EQ(in.unit, "[m]");
+    EXPECT_EQ(in.windowWidth, 800);
+    EXPECT_EQ(in.windowHeight, 600);
     float left, bottom, width, height;
     legend.BarRect(left, bottom, width, height);
     EXPECT_EQ(left, 713.0f);
@@ -247,6 +301,11 @@ TEST(LegendBar, TextColourFollowsTheBackgroundOnlyWhenAsked)
     legend.SetAutoTextColor(1);
     EXPECT_EQ(legend.TextColor({0, 0, 0, 255}), (KesraBackend::Color{255, 255, 255, 255}));
     EXPECT_EQ(legend.TextColor({250, 250, 250, 255}), (KesraBackend::Color{0, 0, 0, 255}));
+    // The panel is the text's opposite, three quarters opaque.
+    EXPECT_EQ(legend.PanelColor({250, 250, 250, 255}), (KesraBackend::Color{255, 255, 255, 192}));
+    legend.SetAutoTextColor(0);
+    legend.SetColor({240, 240, 200, 255});
+    EXPECT_EQ(legend.PanelColor({250, 250, 250, 255}), (KesraBackend::Color{0, 0, 0, 192}));
 }
 
 } // namespace

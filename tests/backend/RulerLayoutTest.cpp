@@ -107,6 +107,24 @@ TEST(RulerLayout, TheEndLabelStaysInsideTheWindow)
     EXPECT_EQ(MakeRulerLayout(in, kMeasure).labels.back().anchor, Anchor::End);
 }
 
+TEST(RulerLayout, OnAShortRulerTheHalfAndThenTheStartGiveWayToTheEnd)
+{
+    // 4 blocks of 20 pixels: "100.00" (42 wide) centred at 50 reaches
+    // "200.00 [m]" (70 wide) centred at 90.
+    RulerInput in = FourBlocks();
+    in.pixelWidth = 80;
+    RulerLayout layout = MakeRulerLayout(in, kMeasure);
+    ASSERT_EQ(layout.labels.size(), 2u);
+    EXPECT_EQ(layout.labels[0].text, "0");
+    EXPECT_EQ(layout.labels[1].text, "200.00");
+    // 30 pixels: the end's label (5 to 75) reaches back over the start's.
+    in.pixelWidth = 30;
+    layout = MakeRulerLayout(in, kMeasure);
+    ASSERT_EQ(layout.labels.size(), 1u);
+    EXPECT_EQ(layout.labels[0].text, "200.00");
+    EXPECT_TRUE(layout.labels[0].halo);
+}
+
 TEST(ScaleRuler, WritesItsLengthsByItsLabelFormatsAndIsShownOnlyWithALength)
 {
     KesraTest::TestScaleRuler ruler;

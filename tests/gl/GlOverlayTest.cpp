@@ -153,6 +153,17 @@ TEST(GlAxis, ArrowsPointWhereTheRotationSendsTheAxes)
     axis.LabelPosition(0, x, y);
     EXPECT_NEAR(x, 44.0f, 1e-4);
     EXPECT_GT(y, 44 + 30);
+    // Seen from the back x points left, and its label stays whole inside
+    // the window's left edge.
+    turn.MakeRotation(180.0, 0.0, 0.0, 1.0);
+    axis.SetRotateMatrix(turn);
+    axis.LabelPosition(0, x, y);
+    EXPECT_EQ(x, 8.0f);
+    gl.renderer.Render();
+    for (int row = 30; row < 60; ++row)
+    {
+        EXPECT_TRUE(ColorNear(PixelAt(gl.renderer, 0, row), kWhite, 0)) << "row " << row;
+    }
 }
 
 TEST(GlFont, FacesPickTheirFilesAndTheAtlasMeasures)
