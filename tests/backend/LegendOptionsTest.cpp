@@ -150,23 +150,6 @@ TEST(LogScale, FewerThanTwoDecadesMarkTheEndsToo)
     EXPECT_EQ(ends28[0].text + " " + ends28[1].text, "2 8");
 }
 
-TEST(LogScale, BandedMarksNameTheBlockEdges)
-{
-    KesraTest::TestLegend legend;
-    Prepare(legend, 1.0, 1e4);
-    legend.SetLogScale(1);
-    legend.SetBanded(1);
-    legend.SetBlockNum(8);
-    const std::vector<double> edges = KesraBackend::LogBlockEdges(MakeLogScaleEnds(1.0, 1e4), 8);
-    const std::vector<LegendMark> marks =
-        KesraBackend::LogLegendMarks(legend, MakeLogScaleEnds(1.0, 1e4), true, edges);
-    ASSERT_EQ(marks.size(), 9u);
-    EXPECT_EQ(marks[2].along, 0.25);
-    EXPECT_EQ(marks[2].text, "1e+01");
-    EXPECT_EQ(marks[1].text, "3") << "one digit tells 1, 3.16 and 10 apart";
-    EXPECT_EQ(marks[1].superscript, "");
-}
-
 TEST(LogScale, LayoutPutsLabelsAndTicksAtTheMarks)
 {
     KesraTest::TestLegend legend;
