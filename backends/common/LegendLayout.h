@@ -34,6 +34,7 @@
 #include "Engine/Renderer.h"
 #include "Engine/ScalarBar.h"
 #include "common/LegendLabels.h"
+#include "common/LegendOptions.h"
 #include "common/OverlayText.h"
 
 #include <algorithm>
@@ -71,6 +72,13 @@ struct LegendInput
     // the layout units put it.
     int windowWidth = 0;
     int windowHeight = 0;
+    // What the options bring (LegendOptions.h; ApplyLegendOptions): on the
+    // log scale its block edges and marks in place of the linear ones, and
+    // the swatches to place. All empty while no option asks for them.
+    bool logScale = false;
+    std::vector<double> logEdges;
+    std::vector<LegendMark> marks;
+    std::vector<LegendSwatch> swatches;
 };
 
 struct LegendLayout
@@ -89,6 +97,8 @@ struct LegendLayout
     TextLine note;
     // Everything above with kLegendPadding around it, drawn first.
     Box panel;
+    // The NaN, below- and above-range swatches with their texts, placed.
+    std::vector<LegendSwatch> swatches;
 };
 
 constexpr int kLegendLabelSize = -2;
@@ -160,8 +170,14 @@ inline Box LegendExtent(const LegendLayout& layout, const ITextMeasure& measure)
             extent = Union(extent, TextBox(measure, *line));
         }
     }
+    for (const LegendSwatch& swatch : layout.swatches)
+    {
+        extent = Union(Union(extent, swatch.box), TextBox(measure, swatch.label));
+    }
     return extent;
 }
+
+inline void ApplyLegendOptions(LegendLayout& layout, const LegendInput& in, const ITextMeasure& measure);
 
 // The legend laid out around a bar already placed.
 inline LegendLayout LegendAroundBar(const LegendInput& in, const Box& placedBar, const ITextMeasure& measure)
@@ -240,6 +256,9 @@ inline LegendLayout LegendAroundBar(const LegendInput& in, const Box& placedBar,
     const double noteTop = std::min(lowest, lowestLabel + kLegendGap);
     layout.note = TextLine{bar.left, noteTop - kLegendGap - h, in.note, "", "", kLegendLabelSize,
                            false, true};
+    // The options' marks and swatches before the panel, so that the fit to
+    // the window makes room for them too.
+    ApplyLegendOptions(layout, in, measure);
     layout.panel = LegendExtent(layout, measure);
     layout.panel.left -= kLegendPadding;
     layout.panel.bottom -= kLegendPadding;
@@ -332,7 +351,85 @@ inline LegendLayout MakeLegendLayout(const LegendInput& given, const ITextMeasur
         FitSpan(bar.bottom, bar.height, bottom, up, inset, top, in.vertical, false);
         layout = LegendAroundBar(in, bar, measure);
     }
+    // The title, unit and note start where the bar does, which the first
+    // label may have pushed in from the edge: they are cut again to the room
+    // that is left from there.
+    const double textRoom = right - bar.left;
+    if (textRoom < room)
+    {
+        in.title = ElidedText(measure, in.title, kLegendTitleSize, textRoom);
+        in.note = ElidedText(measure, in.note, kLegendLabelSize, textRoom);
+        if (in.exponent == 0)
+        {
+            in.unit = ElidedText(measure, in.unit, kLegendLabelSize, textRoom);
+        }
+        layout = LegendAroundBar(in, bar, measure);
+    }
     return layout;
+}
+
+// The options' parts on top of the layout that MakeLegendLayout made of in.
+// On the log scale, the block edges and the labels and ticks are the log
+// scale's (thinned out as the linear ones are). Swatches take a line of their
+// own where the unit line stood; the unit and the title move up a line.
+inline void ApplyLegendOptions(LegendLayout& layout, const LegendInput& in,
+                               const ITextMeasure& measure)
+{
+    const Box& bar = layout.bar;
+    const double h = measure.TextHeight(kLegendLabelSize);
+    if (in.logScale)
+    {
+        layout.edges = in.logEdges;
+        layout.ticks.clear();
+        layout.labels.clear();
+        const double length = in.vertical ? bar.height : bar.width;
+        std::vector<double> along;
+        double widest = 0.0;
+        for (const LegendMark& mark : in.marks)
+        {
+            along.push_back(mark.along * length);
+            widest = std::max(widest, LineWidth(measure, TextLine{0.0, 0.0, mark.text,
+                                                                  mark.superscript, "",
+                                                                  kLegendLabelSize}));
+        }
+        const std::vector<bool> shown = ShownMarks(along, in.vertical ? h + 4.0 : widest + 10.0);
+        for (std::size_t k = 0; k < in.marks.size(); ++k)
+        {
+            TextLine label{0.0, 0.0, in.marks[k].text, in.marks[k].superscript, "",
+                           kLegendLabelSize};
+            if (in.vertical)
+            {
+                const double x = bar.left + bar.width;
+                const double y = bar.bottom + along[k];
+                layout.ticks.push_back(Segment{x, y, x + kLegendTick, y});
+                label.x = x + kLegendTick + 4.0;
+                label.y = y - 0.35 * h;
+            }
+            else
+            {
+                const double x = bar.left + along[k];
+                layout.ticks.push_back(Segment{x, bar.bottom, x, bar.bottom - kLegendTick});
+                label.x = x;
+                label.y = bar.bottom - kLegendTick - 2.0 - h;
+                label.anchor = Anchor::Middle;
+            }
+            if (shown[k])
+            {
+                layout.labels.push_back(label);
+            }
+        }
+        if (!in.ticks)
+        {
+            layout.ticks.clear();
+        }
+    }
+    if (!in.swatches.empty())
+    {
+        layout.swatches = in.swatches;
+        PlaceSwatchRow(layout.swatches, bar.left, layout.unit.y, kLegendLabelSize, measure);
+        layout.unit.y += h + kLegendGap;
+        layout.title.y += h + kLegendGap;
+    }
 }
 
 // The legend of a backend: the library's legend with its layout. The backend
@@ -367,7 +464,21 @@ public:
 
     LegendLayout Layout(const ITextMeasure& measure) const
     {
-        return MakeLegendLayout(Input(), measure);
+        const LegendInput in = Input();
+        LegendLayout layout = MakeLegendLayout(in, measure);
+        return layout;
+    }
+
+    // The value that the bar shows at share along of its length from the
+    // minimum's end: linear from the minimum to the maximum, or on the log
+    // scale between its ends.
+    double BarValue(double along) const
+    {
+        if (m_logScale != 0)
+        {
+            return LogScaleValue(MakeLogScaleEnds(m_minValue, m_colorScaleTop), along);
+        }
+        return m_minValue + along * (m_maxValue - m_minValue);
     }
 
     // The panel behind the legend: the opposite of the text colour, three
@@ -417,6 +528,14 @@ protected:
         }
         in.windowWidth = m_windowWidth;
         in.windowHeight = m_windowHeight;
+        if (m_logScale != 0)
+        {
+            const LogScaleEnds ends = MakeLogScaleEnds(m_minValue, m_colorScaleTop);
+            in.logScale = true;
+            in.logEdges = LogBlockEdges(ends, m_blockNum);
+            in.marks = LogLegendMarks(*this, ends, m_banded != 0, in.logEdges);
+        }
+        in.swatches = LegendSwatches(*this);
         return in;
     }
 };

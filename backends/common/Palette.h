@@ -15,7 +15,11 @@ enum class Palette
     RedBlue,
     BlueRed,
     Gray,
-    GreenRed
+    GreenRed,
+    Viridis,
+    Cividis,
+    CoolWarm,
+    Turbo
 };
 
 struct NamedPalette
@@ -28,7 +32,11 @@ struct NamedPalette
 inline constexpr NamedPalette kPalettes[] = {{Palette::RedBlue, "redblue"},
                                              {Palette::BlueRed, "bluered"},
                                              {Palette::Gray, "gray"},
-                                             {Palette::GreenRed, "greenred"}};
+                                             {Palette::GreenRed, "greenred"},
+                                             {Palette::Viridis, "viridis"},
+                                             {Palette::Cividis, "cividis"},
+                                             {Palette::CoolWarm, "coolwarm"},
+                                             {Palette::Turbo, "turbo"}};
 
 // A switch rather than a table of member pointers: g++'s sanitizer builds
 // misread calls through those as reading an uninitialised value.
@@ -40,6 +48,10 @@ inline void LoadPalette(KesraEngine::CKesraScalarBar& legend, Palette palette)
     case Palette::BlueRed: legend.SetColorPaletteBlueRed(); break;
     case Palette::Gray: legend.SetColorPaletteGrayScale(); break;
     case Palette::GreenRed: legend.SetColorPaletteGreenRed(); break;
+    case Palette::Viridis: legend.SetColorPaletteViridis(); break;
+    case Palette::Cividis: legend.SetColorPaletteCividis(); break;
+    case Palette::CoolWarm: legend.SetColorPaletteCoolWarm(); break;
+    case Palette::Turbo: legend.SetColorPaletteTurbo(); break;
     }
 }
 

@@ -37,6 +37,16 @@ void CGlScalarBar::Draw(KesraEngine::CKesraRenderer& target)
     renderer.DrawText(layout.unit, color);
     renderer.DrawText(layout.title, color);
     renderer.DrawText(layout.note, color);
+    for (const KesraBackend::LegendSwatch& swatch : layout.swatches)
+    {
+        const float left = static_cast<float>(swatch.box.left);
+        const float bottom = static_cast<float>(swatch.box.bottom);
+        const float right = left + static_cast<float>(swatch.box.width);
+        const float top = bottom + static_cast<float>(swatch.box.height);
+        canvas.Rect(left, bottom, right, top, swatch.fill);
+        canvas.Frame(left, bottom, right, top, 1.0f, color);
+        renderer.DrawText(swatch.label, color);
+    }
     m_modified = 0;
 }
 
@@ -79,7 +89,7 @@ void CGlScalarBar::DrawBar(CGlRenderer& renderer, const KesraBackend::LegendLayo
         for (int p = 0; p < pixels; ++p)
         {
             const double at = (p + 0.5) / length;
-            values[static_cast<std::size_t>(p)] = m_minValue + at * (m_maxValue - m_minValue);
+            values[static_cast<std::size_t>(p)] = BarValue(at);
         }
         std::vector<unsigned char> rgba(4 * values.size());
         GetOpenGLColors(values.data(), values.size(), rgba.data());

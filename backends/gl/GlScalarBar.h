@@ -2,7 +2,8 @@
 // every backend shares (CLegendBar). Banded, each block is one swatch in
 // GetOpenGLColor of the block's middle; smooth, every pixel row (column) of
 // the bar has GetOpenGLColor of the value at the pixel's centre, so the
-// picture shows the mapping's own bytes.
+// picture shows the mapping's own bytes. The NaN, below- and above-range
+// swatches are filled squares framed in the text colour.
 #pragma once
 
 #include "common/LegendLayout.h"

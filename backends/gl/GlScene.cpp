@@ -399,6 +399,17 @@ void CGlScene::SetInverse(bool inverse)
     Recolour();
 }
 
+void CGlScene::SetLogScale(bool logScale)
+{
+    m_legend.SetLogScale(logScale ? 1 : 0);
+    Recolour();
+}
+
+void CGlScene::ToggleLogScale()
+{
+    SetLogScale(m_legend.GetLogScale() != 1);
+}
+
 void CGlScene::ToggleSixSides()
 {
     m_camera.SetSixSidesInspection(!m_camera.IsSixSidesInspection(), true);

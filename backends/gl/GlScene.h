@@ -71,6 +71,9 @@ public:
     // Refused (no change) unless 2 <= blocks <= 30.
     void SetBlockCount(int blocks);
     void SetInverse(bool inverse);
+    // The legend's log scale, the tubes recoloured through it.
+    void SetLogScale(bool logScale);
+    void ToggleLogScale();
     void ToggleSixSides();
     void ToggleHelp() { m_help = !m_help; m_renderer.Invalidate(); }
     // The legend over [minimum, maximum], the tubes recoloured through it;

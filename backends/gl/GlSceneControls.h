@@ -7,7 +7,7 @@
 namespace KesraGl
 {
 
-inline constexpr std::array<const char*, 16> kSceneControls = {
+inline constexpr std::array<const char*, 17> kSceneControls = {
     "left drag          rotate",
     "middle/shift drag  pan",
     "right drag         zoom",
@@ -18,6 +18,7 @@ inline constexpr std::array<const char*, 16> kSceneControls = {
     "f                  zoom all",
     "p                  next palette",
     "b / v              banded / inverse on/off",
+    "g                  log scale on/off",
     "r                  legend range back to the data's",
     "l                  tubes / plain lines",
     "c                  value of the node under the cursor",

@@ -91,6 +91,7 @@ KeyAction CGlSceneInput::Key(char key)
     case 'p': m_scene.NextPalette(); break;
     case 'b': m_scene.ToggleBanded(); break;
     case 'v': m_scene.ToggleInverse(); break;
+    case 'g': m_scene.ToggleLogScale(); break;
     case 'h': m_scene.ToggleHelp(); break;
     case 'r': m_scene.ResetValueRange(); break;
     case 'l': m_scene.ToggleLines(); break;

@@ -24,6 +24,17 @@ std::string ExactNumber(double value)
     return buffer;
 }
 
+const char* SwatchKindName(KesraBackend::SwatchKind kind)
+{
+    switch (kind)
+    {
+    case KesraBackend::SwatchKind::Below: return "below";
+    case KesraBackend::SwatchKind::Above: return "above";
+    case KesraBackend::SwatchKind::NotANumber: break;
+    }
+    return "nan";
+}
+
 } // namespace
 
 void CSvgScalarBar::Draw(KesraEngine::CKesraRenderer& target)
@@ -58,6 +69,7 @@ void CSvgScalarBar::Draw(KesraEngine::CKesraRenderer& target)
     renderer.DrawText(layout.title, color);
     renderer.DrawText(layout.unit, color);
     renderer.DrawText(layout.note, color);
+    DrawSwatches(renderer, layout, color);
     canvas->EndGroup();
     m_modified = 0;
 }
@@ -117,11 +129,11 @@ void CSvgScalarBar::DrawBar(CSvgRenderer& renderer, const KesraBackend::LegendLa
     svg.Attribute("y1", layout.vertical ? "1" : "0");
     svg.Attribute("x2", layout.vertical ? "0" : "1");
     svg.Attribute("y2", "0");
-    const int stops = 4 * kStopsPerSegment;
+    const int stops = GradientStops();
     for (int k = 0; k <= stops; ++k)
     {
         const double t = static_cast<double>(k) / stops;
-        const double value = k == stops ? m_maxValue : m_minValue + t * (m_maxValue - m_minValue);
+        const double value = k == stops && m_logScale == 0 ? m_maxValue : BarValue(t);
         GetOpenGLColor(red, green, blue, value);
         svg.Open("stop");
         svg.Attribute("offset", t, 4);
@@ -132,6 +144,42 @@ void CSvgScalarBar::DrawBar(CSvgRenderer& renderer, const KesraBackend::LegendLa
     svg.Close();
     svg.Close();
     canvas.Rect(bar.left, bar.bottom, bar.width, bar.height, "url(#" + id + ")", line, lineWidth);
+}
+
+int CSvgScalarBar::GradientStops() const
+{
+    // A published table of many stops keeps each of its stops as a gradient
+    // stop, rather than a few samples between which its bends would vanish.
+    return std::max(4 * kStopsPerSegment, m_colorStops.count - 1);
+}
+
+void CSvgScalarBar::DrawSwatches(CSvgRenderer& renderer, const KesraBackend::LegendLayout& layout,
+                                 const Color& line) const
+{
+    if (layout.swatches.empty())
+    {
+        return;
+    }
+    CSvgCanvas& canvas = *renderer.GetCanvas();
+    canvas.BeginGroup("range-swatches");
+    for (const KesraBackend::LegendSwatch& swatch : layout.swatches)
+    {
+        const KesraBackend::Box& box = swatch.box;
+        const Color& fill = swatch.fill;
+        CSvgWriter& svg = canvas.Writer();
+        svg.Open("rect");
+        svg.Attribute("x", box.left, 2);
+        svg.Attribute("y", canvas.SvgY(box.bottom + box.height), 2);
+        svg.Attribute("width", box.width, 2);
+        svg.Attribute("height", box.height, 2);
+        svg.Attribute("fill", HexColor(fill.red, fill.green, fill.blue));
+        svg.Attribute("stroke", HexColor(line.red, line.green, line.blue));
+        svg.Attribute("stroke-width", 1.0, 2);
+        svg.Attribute("data-kind", SwatchKindName(swatch.kind));
+        svg.Close();
+        renderer.DrawText(swatch.label, line);
+    }
+    canvas.EndGroup();
 }
 
 } // namespace KesraSvg

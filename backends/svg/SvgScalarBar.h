@@ -4,7 +4,9 @@
 // Banded, each block is one swatch in the colour GetOpenGLColor gives for the
 // middle of the block; smooth, the bar is a gradient whose stops carry the
 // colours GetOpenGLColor gives for their values. Swatches and stops name their
-// value in a data-value attribute.
+// value in a data-value attribute. The NaN, below- and above-range swatches
+// are rectangles of a "range-swatches" group, each naming its kind in a
+// data-kind attribute ("nan", "below", "above").
 #pragma once
 
 #include "common/LegendLayout.h"
@@ -26,6 +28,10 @@ private:
     // the bottom (vertical) or on the left.
     void DrawBar(CSvgRenderer& renderer, const KesraBackend::LegendLayout& layout,
                  const Color& line) const;
+    // The smooth bar's gradient stops beyond the first.
+    int GradientStops() const;
+    void DrawSwatches(CSvgRenderer& renderer, const KesraBackend::LegendLayout& layout,
+                      const Color& line) const;
 };
 
 } // namespace KesraSvg

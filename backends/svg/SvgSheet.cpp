@@ -46,10 +46,45 @@ void Nest(CSvgWriter& svg, int left, int top, int width, int height, const Sheet
     svg.Close();
 }
 
+// Where a strip cell goes: its top-left corner and size, SVG's y down.
+struct StripPlace
+{
+    int left = 0;
+    int top = 0;
+    int width = 1;
+    int height = 1;
+};
+
+// The strip's cells at their own sizes, left to right from top, a row wrapping
+// where the next cell would pass width (a cell wider than that gets a row of
+// its own).
+std::vector<StripPlace> PlaceStrip(const std::vector<SheetCell>& strip, int width, int top)
+{
+    std::vector<StripPlace> places;
+    int left = kMargin;
+    int rowHeight = 0;
+    for (const SheetCell& cell : strip)
+    {
+        StripPlace place{left, top, std::max(cell.width, 1), std::max(cell.height, 1)};
+        if (left > kMargin && left + place.width + kMargin > width)
+        {
+            place.left = kMargin;
+            place.top = top + kCaption + rowHeight + kMargin;
+            rowHeight = 0;
+        }
+        left = place.left + place.width + kMargin;
+        top = place.top;
+        rowHeight = std::max(rowHeight, place.height);
+        places.push_back(place);
+    }
+    return places;
+}
+
 } // namespace
 
 std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>& cells,
-                         int columns, int cellWidth, int cellHeight, const SheetCell* key)
+                         int columns, int cellWidth, int cellHeight, const SheetCell* key,
+                         const std::vector<SheetCell>& strip)
 {
     columns = std::max(columns, 1);
     cellWidth = std::max(cellWidth, 1);
@@ -60,8 +95,14 @@ std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>&
     const int keyWidth = key != nullptr ? std::max(key->width, 1) : 0;
     const int keyHeight = key != nullptr ? std::max(key->height, 1) : 0;
     const int width = gridWidth + (key != nullptr ? keyWidth + kMargin : 0);
-    const int height = std::max(kTitle + rows * (cellHeight + kCaption + kMargin),
-                                kTitle + kCaption + keyHeight + kMargin) + kMargin;
+    const int above = std::max(kTitle + rows * (cellHeight + kCaption + kMargin),
+                               kTitle + kCaption + keyHeight + kMargin);
+    const std::vector<StripPlace> places = PlaceStrip(strip, width, above);
+    int height = above + kMargin;
+    for (const StripPlace& place : places)
+    {
+        height = std::max(height, place.top + kCaption + place.height + 2 * kMargin);
+    }
     CSvgCanvas sheet(width, height, "sheet");
     sheet.Rect(0.0, 0.0, width, height, "#f4f4f4", Color{}, 0.0);
     TextStyle titleStyle;
@@ -93,6 +134,18 @@ std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>&
         Nest(sheet.Writer(), gridWidth, kTitle + kCaption, keyWidth, keyHeight, *key);
         sheet.Rect(gridWidth, height - (kTitle + kCaption + keyHeight), keyWidth, keyHeight, "none",
                    outline, 1.0);
+        sheet.EndGroup();
+    }
+    for (std::size_t i = 0; i < strip.size(); ++i)
+    {
+        const StripPlace& place = places[i];
+        const SheetCell& cell = strip[i];
+        sheet.BeginGroup("strip");
+        sheet.Text(place.left + 2.0, height - (place.top + 17.0), cell.caption, captionStyle,
+                   Anchor::Start);
+        Nest(sheet.Writer(), place.left, place.top + kCaption, place.width, place.height, cell);
+        sheet.Rect(place.left, height - (place.top + kCaption + place.height), place.width,
+                   place.height, "none", outline, 1.0);
         sheet.EndGroup();
     }
     return sheet.Finish();

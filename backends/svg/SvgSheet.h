@@ -23,9 +23,13 @@ struct SheetCell
 // A sheet of cells of cellWidth x cellHeight pixels, columns to a row, under
 // a title. Each cell is a group of class "view". A key, when given (such as
 // the colour legend that all cells share), stands once to the right of the
-// grid at its own size, in a group of class "key".
+// grid at its own size, in a group of class "key". The strip's cells, when
+// given (such as the legend in each of its options), follow below, each at
+// its own size under its caption, in groups of class "strip", in rows as wide
+// as the sheet above them.
 std::string ComposeSheet(const std::string& title, const std::vector<SheetCell>& cells,
                          int columns, int cellWidth, int cellHeight,
-                         const SheetCell* key = nullptr);
+                         const SheetCell* key = nullptr,
+                         const std::vector<SheetCell>& strip = {});
 
 } // namespace KesraSvg

@@ -23,6 +23,53 @@ void PreparePaper(KesraSvg::CSvgRenderer& renderer, const KesraSvg::CSvgFont& fo
     renderer.SetFont(&font);
 }
 
+// One cell of the legend strip: its caption and what it changes on a copy of
+// the scene's legend.
+struct LegendVariant
+{
+    const char* caption;
+    void (*apply)(KesraSvg::CSvgScalarBar& legend);
+};
+
+constexpr LegendVariant kLegendVariants[] = {
+    {"viridis", [](KesraSvg::CSvgScalarBar& legend) { legend.SetColorPaletteViridis(); }},
+    {"cividis", [](KesraSvg::CSvgScalarBar& legend) { legend.SetColorPaletteCividis(); }},
+    {"cool to warm", [](KesraSvg::CSvgScalarBar& legend) { legend.SetColorPaletteCoolWarm(); }},
+    {"turbo", [](KesraSvg::CSvgScalarBar& legend) { legend.SetColorPaletteTurbo(); }},
+    {"log scale", [](KesraSvg::CSvgScalarBar& legend) { legend.SetLogScale(1); }},
+    {"log scale, 8 bands",
+     [](KesraSvg::CSvgScalarBar& legend) {
+         legend.SetLogScale(1);
+         legend.SetBanded(1);
+         legend.SetBlockNum(8);
+     }},
+    {"NaN, below, above",
+     [](KesraSvg::CSvgScalarBar& legend) {
+         legend.SetUseNanColor(1);
+         legend.SetUseBelowRangeColor(1);
+         legend.SetUseAboveRangeColor(1);
+         legend.SetBelowRangeColor(40, 40, 120);
+         legend.SetAboveRangeColor(120, 20, 20);
+     }},
+    {"fixed, 3 decimals",
+     [](KesraSvg::CSvgScalarBar& legend) {
+         legend.SetLabelFormat(KesraEngine::eLabelFormatFixed, 3);
+     }},
+    {"scientific",
+     [](KesraSvg::CSvgScalarBar& legend) {
+         legend.SetLabelFormat(KesraEngine::eLabelFormatScientific, 1);
+     }},
+    {"automatic",
+     [](KesraSvg::CSvgScalarBar& legend) {
+         legend.SetLabelFormat(KesraEngine::eLabelFormatAutomatic, 0);
+     }},
+    {"in thousandths",
+     [](KesraSvg::CSvgScalarBar& legend) {
+         legend.SetLabelFormat(KesraEngine::eLabelFormatFixed, 0);
+         legend.SetLabelScale(-3);
+     }},
+};
+
 } // namespace
 
 DemoScene::DemoScene(const SceneData& data, const SceneOptions& options)
@@ -212,6 +259,27 @@ KesraSvg::SheetCell DemoScene::RenderKey(int height)
     m_legend.SetVisibility(1);
     m_keyRenderer.Render();
     return {"Colour key", m_keyRenderer.GetDocument(), kLegendWidth, height};
+}
+
+std::vector<KesraSvg::SheetCell> DemoScene::RenderLegendStrip(int height) const
+{
+    std::vector<KesraSvg::SheetCell> cells;
+    int index = 0;
+    for (const LegendVariant& variant : kLegendVariants)
+    {
+        KesraSvg::CSvgRenderer renderer(kLegendWidth, height);
+        PreparePaper(renderer, m_font);
+        renderer.SetIdPrefix("strip" + std::to_string(index++) + "-");
+        renderer.SetName("");
+        KesraSvg::CSvgScalarBar legend = m_legend;
+        variant.apply(legend);
+        legend.Create(kLegendWidth, height, 0, 0);
+        legend.SetVisibility(1);
+        renderer.SetScalarBar(&legend);
+        renderer.Render();
+        cells.push_back({variant.caption, renderer.GetDocument(), kLegendWidth, height});
+    }
+    return cells;
 }
 
 std::string DemoScene::RulerText() const

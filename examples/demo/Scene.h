@@ -65,6 +65,10 @@ public:
     // The legend alone, as wide as in a frame and height pixels high: the
     // contact sheet's colour key.
     KesraSvg::SheetCell RenderKey(int height);
+    // The legend once in each of its options (the published palettes, the log
+    // scale smooth and banded, the NaN, below- and above-range swatches and
+    // the label formats), each a cell as wide as the key and height high.
+    std::vector<KesraSvg::SheetCell> RenderLegendStrip(int height) const;
 
     const SceneSummary& Summary() const { return m_summary; }
     // The ruler's round length and unit in the last frame.

@@ -1,6 +1,7 @@
 // kesra-demo: streamlines of the flow around a sphere, drawn through the
 // reference SVG backend. Writes the frame and, on request, a contact sheet of
-// the seven standard views, and prints a summary.
+// the seven standard views and the legend in each of its options, and prints a
+// summary.
 //
 // Exit codes: 0 done, 1 an output could not be written (nothing is left
 // behind), 2 a bad option or value.
@@ -86,7 +87,8 @@ std::string Usage()
     return "usage: kesra-demo [--out FILE] [--sheet FILE] [--size WxH] [--view VIEW]\n"
            "                  [--palette PALETTE] [--banded N] [--help]\n"
            "  --out FILE         the frame (default kesra-demo.svg)\n"
-           "  --sheet FILE       also a contact sheet of the seven standard views\n"
+           "  --sheet FILE       also a contact sheet of the seven standard views and\n"
+           "                     the legend in each of its options\n"
            "  --size WxH         " + Accepted("--size") + " pixels (default 1200x800)\n"
            "  --view VIEW        " + Accepted("--view") + " (default iso)\n"
            "  --palette PALETTE  " + Accepted("--palette") + " (default redblue)\n"
@@ -370,7 +372,8 @@ int Run(const Options& options)
         const KesraSvg::SheetCell key = scene.RenderKey(2 * cellHeight);
         outputs.emplace_back(options.sheet,
                              KesraSvg::ComposeSheet("Flow around a sphere: the seven standard views",
-                                                    cells, 3, cellWidth, cellHeight, &key));
+                                                    cells, 3, cellWidth, cellHeight, &key,
+                                                    scene.RenderLegendStrip(2 * cellHeight)));
     }
     // The frame last, so that the summary tells of its ruler.
     outputs.insert(outputs.begin(),

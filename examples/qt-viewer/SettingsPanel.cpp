@@ -28,6 +28,10 @@ const char* PaletteLabel(KesraBackend::Palette palette)
     case KesraBackend::Palette::BlueRed: return "Blue to red";
     case KesraBackend::Palette::Gray: return "Gray";
     case KesraBackend::Palette::GreenRed: return "Green to red";
+    case KesraBackend::Palette::Viridis: return "Viridis";
+    case KesraBackend::Palette::Cividis: return "Cividis";
+    case KesraBackend::Palette::CoolWarm: return "Cool to warm";
+    case KesraBackend::Palette::Turbo: return "Turbo";
     default: return "Red to blue";
     }
 }

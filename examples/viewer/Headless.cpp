@@ -59,6 +59,18 @@ void ApplyOptions(const Options& options, KesraGl::CGlScene& scene, KesraGl::CGl
     {
         scene.SetValueRange(options.rangeMin, options.rangeMax);
     }
+    if (options.palette != scene.GetPalette())
+    {
+        scene.SetPalette(options.palette);
+    }
+    if (options.logScale)
+    {
+        scene.SetLogScale(true);
+    }
+    if (options.labelFormat != KesraEngine::eLabelFormatDefault)
+    {
+        scene.Legend().SetLabelFormat(options.labelFormat, options.labelDigits);
+    }
     input.SetProbeReport([](const std::string& line) {
         std::printf("%s\n", line.c_str());
         std::fflush(stdout);

@@ -3,6 +3,7 @@
 #include "gl/GlSceneControls.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -39,28 +40,41 @@ bool ParseSize(const std::string& text, Options& options)
            && WholeNumber(text.substr(x + 1), kMinSide, kMaxSide, options.height);
 }
 
-bool ParseView(const std::string& text, Options& options)
+// The value named text in table, a list of {value, name} (views, palettes).
+template <typename Entry, std::size_t N, typename Value>
+bool ParseNamed(const Entry (&table)[N], const std::string& text, Value& value)
 {
-    for (const KesraBackend::NamedView& entry : KesraBackend::kViews)
+    for (const Entry& entry : table)
     {
         if (text == entry.name)
         {
-            options.view = entry.value;
+            value = entry.value;
             return true;
         }
     }
     return false;
 }
 
-std::string ViewNames()
+template <typename Entry, std::size_t N>
+std::string NamesOf(const Entry (&table)[N])
 {
     std::string names;
-    for (const KesraBackend::NamedView& entry : KesraBackend::kViews)
+    for (const Entry& entry : table)
     {
         names += names.empty() ? "" : ", ";
         names += entry.name;
     }
     return names;
+}
+
+bool ParseView(const std::string& text, Options& options)
+{
+    return ParseNamed(KesraBackend::kViews, text, options.view);
+}
+
+std::string ViewNames()
+{
+    return NamesOf(KesraBackend::kViews);
 }
 
 // A finite number, the whole text of it.
@@ -91,6 +105,41 @@ bool ParseRange(const std::string& low, const std::string& high, Options& option
     return true;
 }
 
+bool ParsePalette(const std::string& text, Options& options)
+{
+    return ParseNamed(KesraBackend::kPalettes, text, options.palette);
+}
+
+std::string PaletteNames()
+{
+    return NamesOf(KesraBackend::kPalettes);
+}
+
+constexpr int kMaxLabelDigits = 17;
+
+// fixed, sci or auto; the first two optionally followed by ":DIGITS", the
+// decimals after the point (automatic finds its own digits).
+bool ParseFormat(const std::string& text, Options& options)
+{
+    const std::size_t colon = text.find(':');
+    const std::string name = text.substr(0, colon);
+    int digits = 2;
+    if (colon != std::string::npos
+        && (name == "auto" || !WholeNumber(text.substr(colon + 1), 0, kMaxLabelDigits, digits)))
+    {
+        return false;
+    }
+    if (name == "fixed" || name == "sci" || name == "auto")
+    {
+        options.labelFormat = name == "fixed" ? KesraEngine::eLabelFormatFixed
+                              : name == "sci" ? KesraEngine::eLabelFormatScientific
+                                              : KesraEngine::eLabelFormatAutomatic;
+        options.labelDigits = digits;
+        return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::string Usage()
@@ -112,6 +161,13 @@ std::string Usage()
         "  --range MIN MAX     the legend's range (default the data's; r returns to it)\n"
         "  --radius R          the tube radius in model units (default from the size)\n"
         "  --unit TEXT         the ruler's unit (default none for a file)\n"
+        "  --palette NAME      one of " + PaletteNames() + "\n"
+        "                      (default redblue; p steps through them)\n"
+        "  --log               the legend on a log scale: labels at decades, NaN and\n"
+        "                      values <= 0 in the NaN colour (g toggles it)\n"
+        "  --format F          the legend's labels: fixed[:D] or sci[:D] with D\n"
+        "                      decimals from 0 to " + std::to_string(kMaxLabelDigits) + " (default 2), or auto, the\n"
+        "                      fewest digits that tell neighbours apart\n"
         "  --size WxH          the window, sides from " + std::to_string(kMinSide) + " to " +
         std::to_string(kMaxSide) + " (default 1200x800)\n"
         "  --view V            one of " + ViewNames() + " (default iso)\n"
@@ -139,9 +195,10 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, std::stri
             options.help = true;
             continue;
         }
-        if (option == "--headless" || option == "--info")
+        if (option == "--headless" || option == "--info" || option == "--log")
         {
-            (option == "--info" ? options.info : options.headless) = true;
+            (option == "--info" ? options.info
+                                : option == "--log" ? options.logScale : options.headless) = true;
             continue;
         }
         if (option == "--range")
@@ -156,7 +213,8 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, std::stri
         }
         const bool takesValue = option == "--snapshot" || option == "--size" || option == "--view"
                                 || option == "--events" || option == "--bench-frames"
-                                || option == "--scalars" || option == "--radius" || option == "--unit";
+                                || option == "--scalars" || option == "--radius" || option == "--unit"
+                                || option == "--palette" || option == "--format";
         if (!takesValue)
         {
             if (option.size() > 1 && option[0] == '-')
@@ -204,6 +262,17 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, std::stri
         {
             error = "--size takes WxH with sides from " + std::to_string(kMinSide) + " to "
                     + std::to_string(kMaxSide) + ", not " + value;
+            return false;
+        }
+        else if (option == "--palette" && !ParsePalette(value, options))
+        {
+            error = "--palette takes one of " + PaletteNames() + ", not " + value;
+            return false;
+        }
+        else if (option == "--format" && !ParseFormat(value, options))
+        {
+            error = "--format takes fixed[:D], sci[:D] (D from 0 to "
+                    + std::to_string(kMaxLabelDigits) + ") or auto, not " + value;
             return false;
         }
         else if (option == "--view" && !ParseView(value, options))

@@ -1,6 +1,8 @@
 // The viewer's command line.
 #pragma once
 
+#include "Engine/ScalarBar.h"
+#include "common/Palette.h"
 #include "common/Views.h"
 
 #include <string>
@@ -28,6 +30,11 @@ struct Options
     double radius = 0.0;    // tube radius in model units; 0 picks one
     bool hasUnit = false;   // the ruler's unit; a file's has none unless given
     std::string unit;
+    KesraBackend::Palette palette = KesraBackend::Palette::RedBlue;
+    bool logScale = false;  // the legend's log scale
+    // The legend's label format and its digits; Default keeps its own labels.
+    KesraEngine::eScalarBarLabelFormat labelFormat = KesraEngine::eLabelFormatDefault;
+    int labelDigits = 2;
 };
 
 // False with error set for anything that is not a valid command line.

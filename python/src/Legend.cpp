@@ -167,7 +167,7 @@ void BindLegend(py::module_& module)
     using namespace pybind11::literals;
     py::class_<Legend>(module, "ScalarBar", R"(The colour legend of a result field.
 
-Maps values to colours along one of four palettes between the range's ends,
+Maps values to colours along one of eight palettes between the range's ends,
 smoothly or in equal blocks. Values outside the range take the over-range
 colour unless fill_all_range gives them the colour of the nearest end; with
 single_color set every value takes that colour.)")
@@ -177,7 +177,8 @@ single_color set every value takes that colour.)")
                       "(minimum, maximum) of the values coloured; minimum <= maximum.")
         .def_property(
             "palette", [](const Legend& legend) { return PaletteName(legend.palette); }, &SetPalette,
-            "'redblue', 'bluered', 'gray' or 'greenred'.")
+            "'redblue', 'bluered', 'gray', 'greenred', 'viridis', 'cividis', 'coolwarm' or "
+            "'turbo'.")
         .def_property(
             "banded", [](const Legend& legend) { return legend.bar.GetBanded() == 1; },
             [](Legend& legend, bool on) { legend.bar.SetBanded(on ? 1 : 0); },

@@ -131,6 +131,43 @@ TEST(GlLegend, SwatchesAndRowsShowTheMappingsOwnBytes)
     }
 }
 
+TEST(GlLegend, LogRowsAndRangeSwatchesShowTheirColours)
+{
+    // Tall enough for the swatches' line above the bar.
+    HeadlessRenderer gl(300, 400);
+    ASSERT_TRUE(gl.created);
+    KesraGl::CGlScalarBar legend;
+    legend.SetValueRange(0.01, 100.0, true, true);
+    legend.SetLogScale(1);
+    legend.SetUseBelowRangeColor(1);
+    legend.SetUseAboveRangeColor(1);
+    legend.SetBelowRangeColor(10, 200, 30);
+    legend.SetAboveRangeColor(200, 20, 150);
+    legend.SetNanColor(90, 60, 30);
+    ASSERT_TRUE(legend.Create(300, 400, 150, 8));
+    gl.renderer.SetScalarBar(&legend);
+    gl.renderer.Render();
+    const KesraBackend::LegendLayout layout = legend.Layout(gl.renderer);
+    ASSERT_EQ(layout.swatches.size(), 3u) << "below, above and the log scale's NaN";
+    for (const KesraBackend::LegendSwatch& swatch : layout.swatches)
+    {
+        const int x = static_cast<int>(swatch.box.left + 0.5 * swatch.box.width);
+        const int y = static_cast<int>(swatch.box.bottom + 0.5 * swatch.box.height);
+        EXPECT_TRUE(ColorNear(PixelAt(gl.renderer, x, y), swatch.fill, 0)) << swatch.label.text;
+    }
+    // Each pixel row shows the value that the log scale puts at its centre.
+    const KesraBackend::Box& bar = layout.bar;
+    const int x = static_cast<int>(bar.left + 0.5 * bar.width);
+    for (int row = 1; row < static_cast<int>(bar.height) - 1; row += 3)
+    {
+        const double value = std::pow(10.0, -2.0 + 4.0 * (row + 0.5) / bar.height);
+        Color expected{0, 0, 0, 255};
+        legend.GetOpenGLColor(expected.red, expected.green, expected.blue, value);
+        EXPECT_TRUE(ColorNear(PixelAt(gl.renderer, x, static_cast<int>(bar.bottom) + row), expected, 1))
+            << "row " << row;
+    }
+}
+
 TEST_F(GlTubes, NodePixelsCarryTheNodesColours)
 {
     CGlStreamline tube;

@@ -21,6 +21,10 @@ SETTINGS = [
     ("greenred", 30, False, True, None, False),
     ("bluered", 7, False, False, None, True),
     ("redblue", 0, False, False, (10, 200, 30), False),
+    ("viridis", 0, False, False, None, False),
+    ("cividis", 9, True, False, None, False),
+    ("coolwarm", 0, True, True, None, False),
+    ("turbo", 30, False, False, None, True),
 ]
 
 
@@ -42,6 +46,15 @@ def test_colors_and_codes_equal_the_single_query(oracle, tmp_path, palette, bloc
     np.testing.assert_array_equal(colors[:, :3], expected[:, :3])
     assert (colors[:, 3] == 255).all()
     np.testing.assert_array_equal(codes, expected[:, 3].view(np.int8))
+
+
+def test_published_palettes_by_name_from_their_first_stop():
+    # The first stops of the published tables, as bytes.
+    for name, first in (("viridis", (68, 1, 84)), ("cividis", (0, 34, 77)), ("coolwarm", (58, 76, 192)),
+                        ("turbo", (48, 18, 59))):
+        bar = kesraengine.ScalarBar(0.0, 1.0, palette=name)
+        assert bar.palette == name
+        np.testing.assert_array_equal(bar.colors([0.0])[0, :3], first)
 
 
 def test_other_layouts_and_types_give_the_same_colors():

@@ -172,7 +172,11 @@ void QtViewerTest::everyLegendControlChangesThePictureAndReverts()
     auto* maximum = window.findChild<QDoubleSpinBox*>("maximum");
     auto* dataRange = window.findChild<QPushButton*>("dataRange");
     QVERIFY(palette && banded && blocks && inverse && minimum && maximum && dataRange);
-    QCOMPARE(palette->count(), 4);
+    // The four first palettes and the published ones, each by its own name.
+    QCOMPARE(palette->count(), 8);
+    QCOMPARE(palette->itemText(4), QString("Viridis"));
+    QCOMPARE(palette->itemText(6), QString("Cool to warm"));
+    QCOMPARE(palette->itemText(7), QString("Turbo"));
     QVERIFY(!blocks->isEnabled());
 
     for (int index = 1; index < palette->count(); ++index)

@@ -46,6 +46,27 @@ const std::vector<LabelFormat>& LabelFormats()
              legend.SetValueFormat(12, 0);
              legend.SetValueRange(-123456789.0, 987654321.0, true, true);
          }},
+        // The label options: texts of the library's formats, a scale factor in
+        // the title, and the swatches of the range colours on their own line.
+        {"fixed, swatches",
+         [](KesraSvg::CSvgScalarBar& legend) {
+             legend.SetLabelFormat(KesraEngine::eLabelFormatFixed, 4);
+             legend.SetUseNanColor(1);
+             legend.SetUseBelowRangeColor(1);
+             legend.SetUseAboveRangeColor(1);
+             legend.SetValueRange(-1234.5, 98765.4, true, true);
+         }},
+        {"scientific",
+         [](KesraSvg::CSvgScalarBar& legend) {
+             legend.SetLabelFormat(KesraEngine::eLabelFormatScientific, 3);
+             legend.SetValueRange(1.0e-7, 4.5e-3, true, true);
+         }},
+        {"automatic, scaled",
+         [](KesraSvg::CSvgScalarBar& legend) {
+             legend.SetLabelFormat(KesraEngine::eLabelFormatAutomatic, 0);
+             legend.SetLabelScale(3);
+             legend.SetValueRange(0.0, 25000.0, true, true);
+         }},
     };
     return formats;
 }
@@ -183,7 +204,12 @@ TEST(SvgLegendFit, NoTextOrSwatchOverlapsOrLeavesTheWindowAtAnySize)
                     ASSERT_GE(texts.size(), 5u) << where << ": two labels, unit, title, note";
                     ASSERT_EQ(swatches.size(), static_cast<std::size_t>(blocks)) << where;
                     ASSERT_EQ(panel.size(), 1u) << where;
+                    // Texts, then the range colours' swatches, then the bar's
+                    // blocks, which alone may meet each other.
                     std::vector<Drawn> all = texts;
+                    const std::vector<Drawn> range = DrawnRects(svg, "range-swatches", height);
+                    all.insert(all.end(), range.begin(), range.end());
+                    const std::size_t apart = all.size();
                     all.insert(all.end(), swatches.begin(), swatches.end());
                     for (std::size_t a = 0; a < all.size(); ++a)
                     {
@@ -195,20 +221,20 @@ TEST(SvgLegendFit, NoTextOrSwatchOverlapsOrLeavesTheWindowAtAnySize)
                                     && all[a].box.bottom + all[a].box.height <= p.bottom + p.height)
                             << where << ": " << Describe(all[a]) << " outside the panel";
                         // Swatches meet their neighbours edge to edge.
-                        const std::size_t from = a < texts.size() ? a + 1 : all.size();
+                        const std::size_t from = a < apart ? a + 1 : all.size();
                         for (std::size_t b = from; b < all.size(); ++b)
                         {
                             EXPECT_FALSE(Overlap(all[a].box, all[b].box))
                                 << where << ": " << Describe(all[a]) << " overlaps " << Describe(all[b]);
                         }
                     }
-                    EXPECT_TRUE(Inside(panel[0].box, width, height)) << where;
+                    EXPECT_TRUE(Inside(panel[0].box, width, height)) << where << ": the panel " << Describe(panel[0]);
                     ++cases;
                 }
             }
         }
     }
-    EXPECT_EQ(cases, 40 * 4 * 3 * 2);
+    EXPECT_EQ(cases, 40 * LabelFormats().size() * 3 * 2);
 }
 
 } // namespace

@@ -52,7 +52,36 @@ def check_demo(demo, directory):
     for view in views:
         assert view.find(f".//{SVG}g[@class='tubes']") is not None
     # The colour key, once, beside the views.
-    assert classes(root).count("key") == classes(root).count("legend") == 1, classes(root)
+    keys = [g for g in root.iter(SVG + "g") if g.get("class") == "key"]
+    assert len(keys) == 1 and classes(keys[0]).count("legend") == 1, classes(root)
+    check_legend_strip(root)
+
+
+def check_legend_strip(root):
+    """Below the views, the legend once in each option, under its caption."""
+    strips = [g for g in root.iter(SVG + "g") if g.get("class") == "strip"]
+    captions = [next(strip.iter(SVG + "text")).text for strip in strips]
+    assert captions == ["viridis", "cividis", "cool to warm", "turbo", "log scale",
+                        "log scale, 8 bands", "NaN, below, above", "fixed, 3 decimals",
+                        "scientific", "automatic", "in thousandths"], captions
+    for strip in strips:
+        assert classes(strip).count("legend") == 1, classes(strip)
+    keys = {caption: strip for caption, strip in zip(captions, strips)}
+    # A published palette keeps each of its 256 stops in the gradient.
+    stops = [stop for stop in keys["viridis"].iter(SVG + "stop") if stop.get("data-value")]
+    assert len(stops) == 256 and stops[0].get("stop-color") == "#440154", len(stops)
+    kinds = [rect.get("data-kind") for rect in keys["NaN, below, above"].iter(SVG + "rect")
+             if rect.get("data-kind")]
+    assert kinds == ["below", "above", "nan"], kinds
+    for caption in ("log scale", "log scale, 8 bands"):
+        kinds = [r.get("data-kind") for r in keys[caption].iter(SVG + "rect") if r.get("data-kind")]
+        assert kinds == ["nan"], (caption, kinds)
+    texts = lambda caption: ["".join(t.itertext()) for t in keys[caption].iter(SVG + "text")]
+    assert "100" in texts("log scale"), texts("log scale")  # 10 with the 0 raised
+    assert "1.478" in texts("fixed, 3 decimals"), texts("fixed, 3 decimals")
+    assert "1.5e+00" in texts("scientific"), texts("scientific")
+    assert "1478" in texts("in thousandths"), texts("in thousandths")
+    assert "Speed (x10^-3)" in texts("in thousandths"), texts("in thousandths")
 
 
 def check_cli(demo, directory):

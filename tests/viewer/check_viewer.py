@@ -60,6 +60,26 @@ def run(viewer, args, env=None):
     return result.returncode, result.stdout, result.stderr
 
 
+def snapshot(viewer, work, name, args, events=None):
+    """The pixels and the printed lines of a 300x200 headless snapshot with
+    args, after the events when given; nothing left behind."""
+    target = os.path.join(work, name + ".png")
+    extra = []
+    if events is not None:
+        script = os.path.join(work, name + ".events")
+        with open(script, "w") as f:
+            f.write(events)
+        extra = ["--events", script]
+    code, out, err = run(viewer, ["--headless", "--snapshot", target, "--size", "300x200"]
+                         + extra + args)
+    expect(code == 0, "%s exits 0: %s" % (name, err))
+    picture = pixels(target)
+    os.remove(target)
+    if events is not None:
+        os.remove(script)
+    return picture, out
+
+
 def expect(condition, what):
     if not condition:
         print("FAILED: " + what)
@@ -115,6 +135,7 @@ def main():
            "refused runs leave nothing behind: %s" % os.listdir(work))
 
     check_arrays(viewer, work)
+    check_legend_options(viewer, work)
 
     # No EGL vendor: the headless context cannot be made.
     code, out, err = run(viewer, ["--headless", "--snapshot", shot + "3", "--size", "64x64"],
@@ -179,21 +200,7 @@ def check_arrays(viewer, work):
         expect("\n  " + key in out, "--help lists the key " + key.strip())
 
     def shot(name, *args, events=None):
-        target = os.path.join(work, name + ".png")
-        extra = []
-        if events is not None:
-            script = os.path.join(work, name + ".events")
-            with open(script, "w") as f:
-                f.write(events)
-            extra = ["--events", script]
-        code, out, err = run(viewer, ["--headless", "--snapshot", target, "--size", "300x200"]
-                             + extra + list(args) + [path])
-        expect(code == 0, "%s exits 0: %s" % (name, err))
-        picture = pixels(target)
-        os.remove(target)
-        if events is not None:
-            os.remove(script)
-        return picture, out
+        return snapshot(viewer, work, name, list(args) + [path], events)
 
     default, out = shot("default")
     expect(out.startswith(path + ": 2 lines (0 skipped), 8 points, coloured by pressure [0, 7]"),
@@ -250,6 +257,50 @@ def check_arrays(viewer, work):
            and out == "", "--info on a bad file: %d %s" % (code, err))
     os.remove(bad)
     os.remove(path)
+
+
+def check_legend_options(viewer, work):
+    """The legend's options from the command line and the keys: the default
+    named is the default, each option changes the picture, the keys reach the
+    same pictures, and each bad value is refused without a file."""
+    def shot(name, *args, events=None):
+        return snapshot(viewer, work, name, list(args), events)[0]
+
+    default = shot("default")
+    expect(shot("redblue", "--palette", "redblue") == default, "--palette redblue is the default")
+    viridis = shot("viridis", "--palette", "viridis")
+    expect(viridis != default, "--palette viridis changes the picture")
+    expect(shot("p4", events="key p\nkey p\nkey p\nkey p\n") == viridis,
+           "p steps from the four first palettes to viridis")
+    expect(shot("p8", events="key p\n" * 8) == default, "p comes back to red-blue after eight")
+    logged = shot("log", "--log")
+    expect(logged != default, "--log changes the picture")
+    expect(shot("g", events="key g\n") == logged, "g turns the log scale on as --log does")
+    expect(shot("gg", "--log", events="key g\n") == default, "g turns it off again")
+    sci = shot("sci", "--format", "sci:1")
+    expect(sci != default, "--format sci:1 changes the labels")
+    expect(shot("sci2", "--format", "sci:2") != sci, "the digits change the labels")
+    expect(shot("auto", "--format", "auto") != sci, "--format auto is not sci")
+
+    code, out, err = run(viewer, ["--help"])
+    for word in ("--palette NAME", "viridis, cividis, coolwarm, turbo", "--log", "--format F",
+                 "g                  log scale on/off"):
+        expect(code == 0 and word in out, "--help tells of %r" % word)
+    target = os.path.join(work, "refused.png")
+    refused = [
+        (["--palette", "rainbow"], "--palette takes one of redblue, bluered, gray, greenred, viridis"),
+        (["--palette"], "--palette needs a value"),
+        (["--format", "hex"], "--format takes fixed[:D], sci[:D]"),
+        (["--format", "fixed:18"], "not fixed:18"),
+        (["--format", "sci:-1"], "not sci:-1"),
+        (["--format", "fixed:"], "not fixed:"),
+        (["--format", "auto:3"], "not auto:3"),
+        (["--log=1"], "unknown option --log=1"),
+    ]
+    for args, says in refused:
+        code, out, err = run(viewer, ["--headless", "--snapshot", target] + args)
+        expect(code == 2 and says in err, "%s exits 2 saying %r: %d %s" % (args, says, code, err))
+        expect(not os.path.exists(target), "%s writes nothing" % args)
 
 
 if __name__ == "__main__":

@@ -152,7 +152,8 @@ def check(viewer, work):
     shot = changes(window, shot, "f (zoom all)")
 
     # Switches: on changes the picture, off brings the same picture back.
-    for key, what in (("b", "banded"), ("v", "inverse"), ("h", "help"), ("l", "plain lines")):
+    for key, what in (("b", "banded"), ("v", "inverse"), ("g", "log scale"), ("h", "help"),
+                      ("l", "plain lines")):
         window.key(key)
         on = changes(window, shot, key + " (" + what + " on)")
         window.key(key)
