@@ -376,7 +376,10 @@ class XmlCollectionTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        m_root = std::filesystem::path(::testing::TempDir()) / "kesra-xml-collection";
+        // A folder per test: ctest runs the cases side by side.
+        m_root = std::filesystem::path(::testing::TempDir())
+                 / (std::string("kesra-xml-collection-")
+                    + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::remove_all(m_root);
         std::filesystem::create_directories(m_root / "data" / "parts");
         Write("data/parts/a.vtp", Vtp(kThreePoints + kOneLine));

@@ -86,6 +86,11 @@ def import_installed(site_dir):
     env = clean_env()
     env["PYTHONPATH"] = site_dir
     env.pop("LD_LIBRARY_PATH", None)
+    # A sanitized module needs its runtime loaded before the interpreter,
+    # which is not instrumented and whose own blocks are not the module's.
+    if os.environ.get("KESRA_HOST_PRELOAD"):
+        env["LD_PRELOAD"] = os.environ["KESRA_HOST_PRELOAD"]
+        env["ASAN_OPTIONS"] = "detect_leaks=0"
     with tempfile.TemporaryDirectory() as elsewhere:
         out = run([sys.executable, "-c", probe, site_dir], cwd=elsewhere, env=env)
     if "255" not in out:
