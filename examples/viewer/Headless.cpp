@@ -36,6 +36,12 @@ void PrintFrameTimes(const std::vector<double>& times, const KesraGl::CGlScene& 
     std::sort(sorted.begin(), sorted.end());
     const std::size_t n = sorted.size();
     const double median = n % 2 == 1 ? sorted[n / 2] : 0.5 * (sorted[n / 2 - 1] + sorted[n / 2]);
+    if (scene.IsMoving())
+    {
+        std::printf("moving frames %zu, line nodes %zu: median %.2f ms, worst %.2f ms\n", n,
+                    scene.LineNodeCount(), median, sorted.back());
+        return;
+    }
     std::printf("frames %zu, tube vertices %d: median %.2f ms, worst %.2f ms\n", n,
                 scene.VertexCount(), median, sorted.back());
 }
@@ -91,7 +97,14 @@ bool RunScript(const Options& options, const std::vector<Event>& events, KesraGl
     }
     if (options.benchFrames > 0)
     {
+        // Both kinds of frame: the tubes of a view at rest, then the lines
+        // drawn while it moves.
+        const bool moving = scene.IsMoving();
+        scene.SetMoving(false);
         PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+        scene.SetMoving(true);
+        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+        scene.SetMoving(moving);
     }
     return false;
 }
