@@ -299,9 +299,11 @@ void CGlTubeBatch::MakeArray(GLuint& vertexArray, GLuint& geometry, GLuint& colo
     glBindVertexArray(0);
 }
 
-void CGlTubeBatch::Generate(Chunk& chunk)
+void CGlTubeBatch::Generate(Chunk& chunk, std::vector<float>& staging)
 {
-    std::vector<float> staging(kFloats * chunk.vertices, 0.0f);
+    // Every float is written (a line whose tube is refused keeps zeros from
+    // an earlier chunk's, harmless: it is drawn from its own block only).
+    staging.resize(kFloats * chunk.vertices);
     std::atomic<std::size_t> next{chunk.firstLine};
     const auto work = [&]() {
         Scratch scratch;
@@ -319,10 +321,9 @@ void CGlTubeBatch::Generate(Chunk& chunk)
     ++m_uploads;
 }
 
-void CGlTubeBatch::UploadLines(Chunk& chunk) const
+void CGlTubeBatch::UploadLines(Chunk& chunk, std::vector<float>& staging) const
 {
-    std::vector<float> staging;
-    staging.reserve(kFloats * chunk.keptNodes.size());
+    staging.clear();
     for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
     {
         const std::vector<Vec3>& points = m_lines[t]->points;
@@ -345,13 +346,14 @@ void CGlTubeBatch::UploadLines(Chunk& chunk) const
                  GL_STATIC_DRAW);
 }
 
-void CGlTubeBatch::UploadColours(Chunk& chunk)
+void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging)
 {
     const std::size_t slices = static_cast<std::size_t>(m_slices);
-    std::vector<unsigned char> vertexRgba(4 * chunk.vertices);
-    std::vector<unsigned char> lineRgba;
-    lineRgba.reserve(4 * chunk.keptNodes.size());
-    std::vector<unsigned char> nodeRgba;
+    std::vector<unsigned char>& vertexRgba = staging.vertices;
+    std::vector<unsigned char>& lineRgba = staging.lines;
+    std::vector<unsigned char>& nodeRgba = staging.nodes;
+    vertexRgba.resize(4 * chunk.vertices);
+    lineRgba.clear();
     for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
     {
         const std::vector<double>& values = m_lines[t]->values;
@@ -400,12 +402,15 @@ void CGlTubeBatch::Upload()
         return;
     }
     MakeIndices();
+    // One staging array for all chunks: a fresh one each would cost the
+    // kernel its pages again.
+    std::vector<float> staging;
     for (Chunk& chunk : m_chunks)
     {
         MakeArray(chunk.vertexArray, chunk.geometry, chunk.colours);
         MakeArray(chunk.lineArray, chunk.lineGeometry, chunk.lineColours);
-        Generate(chunk);
-        UploadLines(chunk);
+        Generate(chunk, staging);
+        UploadLines(chunk, staging);
         if (m_progress)
         {
             m_progress(chunk.endLine, m_lines.size());
@@ -465,17 +470,13 @@ void CGlTubeBatch::Draw()
     {
         return;
     }
+    RefillColours();
     glEnable(GL_PRIMITIVE_RESTART);
     glPrimitiveRestartIndex(CGlMesh::kRestart);
-    for (Chunk& chunk : m_chunks)
+    for (const Chunk& chunk : m_chunks)
     {
-        if (m_coloursChanged)
-        {
-            UploadColours(chunk);
-        }
         DrawChunk(chunk);
     }
-    m_coloursChanged = false;
     glBindVertexArray(0);
 }
 
@@ -485,18 +486,29 @@ void CGlTubeBatch::DrawLines()
     {
         Upload();
     }
-    for (Chunk& chunk : m_chunks)
+    RefillColours();
+    for (const Chunk& chunk : m_chunks)
     {
-        if (m_coloursChanged)
-        {
-            UploadColours(chunk);
-        }
         glBindVertexArray(chunk.lineArray);
         glMultiDrawArrays(GL_LINE_STRIP, chunk.lineFirsts.data(), chunk.lineCounts.data(),
                           static_cast<GLsizei>(chunk.lineCounts.size()));
     }
-    m_coloursChanged = false;
     glBindVertexArray(0);
+}
+
+void CGlTubeBatch::RefillColours()
+{
+    if (!m_coloursChanged)
+    {
+        return;
+    }
+    ColourStaging staging;
+    for (Chunk& chunk : m_chunks)
+    {
+        UploadColours(chunk, staging);
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    m_coloursChanged = false;
 }
 
 void CGlTubeBatch::Release()

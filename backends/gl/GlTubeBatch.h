@@ -125,9 +125,17 @@ private:
     void PlanLines(double mergeDistance);
     void MakeIndices();
     void Upload();
-    void Generate(Chunk& chunk);
-    void UploadColours(Chunk& chunk);
-    void UploadLines(Chunk& chunk) const;
+    struct ColourStaging
+    {
+        std::vector<unsigned char> vertices;
+        std::vector<unsigned char> lines;
+        std::vector<unsigned char> nodes;
+    };
+
+    void Generate(Chunk& chunk, std::vector<float>& staging);
+    void UploadColours(Chunk& chunk, ColourStaging& staging);
+    void UploadLines(Chunk& chunk, std::vector<float>& staging) const;
+    void RefillColours();
     void DrawChunk(const Chunk& chunk);
     void MakeArray(GLuint& vertexArray, GLuint& geometry, GLuint& colours) const;
     std::size_t BlockVertices(std::size_t line) const;
