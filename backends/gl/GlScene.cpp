@@ -378,8 +378,26 @@ void CGlScene::ToggleSixSides()
     m_renderer.Invalidate();
 }
 
+void CGlScene::SetMoving(bool moving)
+{
+    m_moving = moving;
+    m_renderer.Invalidate();
+}
+
+void CGlScene::Render()
+{
+    const bool moving = IsMoving();
+    m_batch.SetMoving(moving);
+    m_renderer.Render();
+    if (moving && !IsMoving())
+    {
+        m_renderer.Invalidate();
+    }
+}
+
 std::vector<unsigned char> CGlScene::Capture()
 {
+    m_batch.SetMoving(IsMoving());
     const int width = m_renderer.GetWidth();
     const int height = m_renderer.GetHeight();
     std::vector<unsigned char> rgba(static_cast<std::size_t>(width) * height * 4);

@@ -88,8 +88,9 @@ public:
     static constexpr double kProbePixels = 12.0;
     bool ProbeAt(int x, int y, Probe& probe);
 
-    // One frame drawn and presented.
-    void Render() { m_renderer.Render(); }
+    // One frame drawn and presented; the frame after a smooth turn's last
+    // one is asked for, to show the tubes again.
+    void Render();
     // One frame drawn and read back, RGBA bottom row first, then presented.
     std::vector<unsigned char> Capture();
     bool IsAnimating() const { return m_camera.IsAnimating(); }
@@ -111,8 +112,9 @@ public:
     bool NodeColour(std::size_t line, std::size_t node, unsigned char* rgba) const;
     // While moving (a drag, a smooth turn), the tubes are drawn as lines
     // shaded as tubes; the host sets it back once the view rests.
-    void SetMoving(bool moving) { m_batch.SetMoving(moving); m_renderer.Invalidate(); }
-    bool IsMoving() const { return m_batch.IsMoving(); }
+    void SetMoving(bool moving);
+    // Whether the next frame draws the lines: moving, or a smooth turn under way.
+    bool IsMoving() const { return m_moving || m_camera.IsAnimating(); }
     const SceneData& Data() const { return m_data; }
     // Vertex buffer fills over all tubes.
     int UploadCount() const;
@@ -159,6 +161,7 @@ private:
     // The plain lines, filled only while they are shown.
     CGlMesh m_lines{GL_LINE_STRIP};
     bool m_showLines = false;
+    bool m_moving = false;
     bool m_probed = false;
     Probe m_probe;
 };

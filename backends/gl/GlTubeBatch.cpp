@@ -183,28 +183,56 @@ bool CGlTubeBatch::Plan(const std::vector<const ScalarLine*>& lines, const std::
     return true;
 }
 
+std::size_t CGlTubeBatch::KeepNodes(const std::vector<Vec3>& points, double limit,
+                                    std::vector<std::uint32_t>* kept) const
+{
+    std::size_t count = 1;
+    std::size_t last = 0;
+    if (kept != nullptr)
+    {
+        kept->push_back(0);
+    }
+    for (std::size_t i = 1; i < points.size(); ++i)
+    {
+        const Vec3 step = points[i] - points[last];
+        // The last node always stays: the line ends where the tube does.
+        if (step.Dot(step) >= limit || i + 1 == points.size())
+        {
+            last = i;
+            ++count;
+            if (kept != nullptr)
+            {
+                kept->push_back(static_cast<std::uint32_t>(i));
+            }
+        }
+    }
+    return count;
+}
+
 void CGlTubeBatch::PlanLines(double mergeDistance)
 {
-    const double limit = mergeDistance * mergeDistance;
+    double distance = mergeDistance;
+    const std::size_t ends = 2 * m_lines.size();
+    for (int doubling = 0; doubling < 32; ++doubling)
+    {
+        std::size_t count = 0;
+        for (const ScalarLine* line : m_lines)
+        {
+            count += KeepNodes(line->points, distance * distance, nullptr);
+        }
+        if (count <= std::max(kLineNodes, ends))
+        {
+            break;
+        }
+        distance = distance > 0.0 ? 2.0 * distance : m_radius;
+    }
     for (Chunk& chunk : m_chunks)
     {
         for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
         {
-            const std::vector<Vec3>& points = m_lines[t]->points;
             const std::size_t first = chunk.keptNodes.size();
             chunk.lineFirsts.push_back(static_cast<GLint>(first));
-            chunk.keptNodes.push_back(0);
-            std::size_t kept = 0;
-            for (std::size_t i = 1; i < points.size(); ++i)
-            {
-                const Vec3 step = points[i] - points[kept];
-                // The last node always stays: the line ends where the tube does.
-                if (step.Dot(step) >= limit || i + 1 == points.size())
-                {
-                    kept = i;
-                    chunk.keptNodes.push_back(static_cast<std::uint32_t>(i));
-                }
-            }
+            KeepNodes(m_lines[t]->points, distance * distance, &chunk.keptNodes);
             chunk.lineCounts.push_back(static_cast<GLsizei>(chunk.keptNodes.size() - first));
         }
     }
