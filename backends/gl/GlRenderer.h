@@ -87,6 +87,7 @@ public:
     // Packed tubes, drawn after the single ones; a moving batch draws its
     // lines, shaded as the tube's side facing the viewer.
     void AddTubeBatch(CGlTubeBatch* batch);
+    void ClearTubeBatches() { m_batches.clear(); }
     // Lines (GL_LINES or strips) drawn after the tubes in their vertices' own
     // colours, unlit: a line has no surface to turn to the light.
     void AddPlainLines(CGlMesh* lines);

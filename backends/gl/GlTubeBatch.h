@@ -10,8 +10,8 @@
 //
 // Every line's block has the same layout, the rings node after node and then
 // the first and the last end's disc (rim and centre), as a single tube lays
-// them out, so one index list, made for the longest line, draws the rings of
-// every line from its own base vertex, and a second one its two discs.
+// them out, so one list of triangles, made for the longest line, draws the
+// rings of every line from its own base vertex, and a second one its discs.
 // Positions and normals are the floats a single tube uploads; the colours, a
 // node's at each of its vertices, sit in a buffer of their own, refilled on
 // their own when the legend changes.
@@ -92,6 +92,7 @@ public:
 
     // Lines, ring vertices (nodes times slices) and moving-view nodes planned.
     std::size_t LineCount() const { return m_lines.size(); }
+    std::size_t ChunkCount() const { return m_chunks.size(); }
     std::size_t RingVertexCount() const;
     std::size_t LineNodeCount() const;
     // Buffer fills: a chunk's geometry or colours, each one.

@@ -163,6 +163,7 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
     }
     KesraGl::CGlSceneInput input(scene);
     ApplyOptions(options, scene, input);
+    ReportTubeProgress(scene);
     input.SetSnapshotAction([&scene]() {
         const std::string path = "kesra-viewer-" + std::to_string(++g_host.snapshots) + ".png";
         if (WriteSnapshot(scene, path))
