@@ -18,6 +18,7 @@ using KesraBackend::ScalarLine;
 using KesraBackend::Vec3;
 
 constexpr std::size_t kFloats = 6; // position and normal of a vertex
+constexpr std::uint32_t kRestart = 0xFFFFFFFFu;
 
 // The scratch arrays of one worker, reused from line to line.
 struct Scratch
@@ -370,6 +371,25 @@ void CGlTubeBatch::UploadLines(Chunk& chunk, std::vector<float>& staging) const
     glBindBuffer(GL_ARRAY_BUFFER, chunk.lineGeometry);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(staging.size() * sizeof(float)), staging.data(),
                  GL_STATIC_DRAW);
+    // One strip a chunk, its lines parted by the restart index, where a
+    // draw a line cost a software renderer half a frame of 10^4 lines.
+    std::vector<std::uint32_t> segments;
+    for (std::size_t local = 0; local < chunk.lineCounts.size(); ++local)
+    {
+        const std::uint32_t first = static_cast<std::uint32_t>(chunk.lineFirsts[local]);
+        for (GLsizei k = 0; k < chunk.lineCounts[local]; ++k)
+        {
+            segments.push_back(first + static_cast<std::uint32_t>(k));
+        }
+        segments.push_back(kRestart);
+    }
+    chunk.lineIndexCount = static_cast<GLsizei>(segments.size());
+    glBindVertexArray(chunk.lineArray);
+    glGenBuffers(1, &chunk.lineIndices);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, chunk.lineIndices);
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(segments.size() * sizeof(std::uint32_t)),
+                 segments.data(), GL_STATIC_DRAW);
+    glBindVertexArray(0);
 }
 
 void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging)
@@ -511,11 +531,12 @@ void CGlTubeBatch::DrawLines()
         Upload();
     }
     RefillColours();
+    glEnable(GL_PRIMITIVE_RESTART);
+    glPrimitiveRestartIndex(kRestart);
     for (const Chunk& chunk : m_chunks)
     {
         glBindVertexArray(chunk.lineArray);
-        glMultiDrawArrays(GL_LINE_STRIP, chunk.lineFirsts.data(), chunk.lineCounts.data(),
-                          static_cast<GLsizei>(chunk.lineCounts.size()));
+        glDrawElements(GL_LINE_STRIP, chunk.lineIndexCount, GL_UNSIGNED_INT, nullptr);
     }
     glBindVertexArray(0);
 }
@@ -539,14 +560,15 @@ void CGlTubeBatch::Release()
 {
     for (Chunk& chunk : m_chunks)
     {
-        const GLuint buffers[4] = {chunk.geometry, chunk.colours, chunk.lineGeometry, chunk.lineColours};
+        const GLuint buffers[5] = {chunk.geometry, chunk.colours, chunk.lineGeometry, chunk.lineColours,
+                                   chunk.lineIndices};
         const GLuint arrays[2] = {chunk.vertexArray, chunk.lineArray};
         if (chunk.vertexArray != 0)
         {
-            glDeleteBuffers(4, buffers);
+            glDeleteBuffers(5, buffers);
             glDeleteVertexArrays(2, arrays);
         }
-        chunk.geometry = chunk.colours = chunk.lineGeometry = chunk.lineColours = 0;
+        chunk.geometry = chunk.colours = chunk.lineGeometry = chunk.lineColours = chunk.lineIndices = 0;
         chunk.vertexArray = chunk.lineArray = 0;
     }
     if (m_ringIndices != 0)

@@ -120,6 +120,8 @@ private:
         GLuint lineArray = 0;
         GLuint lineGeometry = 0;
         GLuint lineColours = 0;
+        GLuint lineIndices = 0;
+        GLsizei lineIndexCount = 0;
     };
     struct Draws
     {

@@ -14,26 +14,48 @@ import re
 import statistics
 import subprocess
 import sys
+import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import make_lines  # noqa: E402
 
 
 def timed(command):
-    """Wall seconds and peak resident kilobytes of one run."""
-    result = subprocess.run(["/usr/bin/time", "-f", "%e %M"] + command, capture_output=True, text=True)
-    if result.returncode != 0:
-        sys.exit("failed: %s\n%s" % (" ".join(command), result.stderr))
-    seconds, kilobytes = result.stderr.strip().splitlines()[-1].split()
-    return float(seconds), int(kilobytes)
+    """Wall seconds, peak resident kilobytes, CPU seconds (user and system)
+    and the seconds from the file's summary to the last tubes made (None for
+    a scene too small to report them) of one run."""
+    start = time.monotonic()
+    process = subprocess.Popen(["/usr/bin/time", "-f", "TIME %e %M %U %S"] + command, stdout=subprocess.PIPE,
+                               stderr=subprocess.STDOUT, text=True)
+    read = made = None
+    measures = None
+    for line in process.stdout:
+        now = time.monotonic() - start
+        if read is None and " lines (" in line:
+            read = now
+        elif "tubes 100%" in line:
+            made = now
+        elif line.startswith("TIME "):
+            measures = line.split()[1:]
+    if process.wait() != 0 or measures is None:
+        sys.exit("failed: " + " ".join(command))
+    wall, kilobytes, user, system = measures
+    tubes = made - read if read is not None and made is not None else None
+    return float(wall), int(kilobytes), float(user) + float(system), tubes
+
+
+def median_or_none(values):
+    values = [v for v in values if v is not None]
+    return statistics.median(values) if values else None
 
 
 def open_run(viewer, path, snapshot, runs, cores=None):
-    """Median open time and peak memory (MB) over runs."""
+    """Medians over runs: open time, peak memory (MB), CPU time, tube time."""
     prefix = ["taskset", "-c", cores] if cores else []
     samples = [timed(prefix + [viewer, "--headless", "--snapshot", snapshot, "--size", "64x64", path])
                for _ in range(runs)]
-    return statistics.median(s for s, _ in samples), statistics.median(k for _, k in samples) / 1024.0
+    return (statistics.median(s[0] for s in samples), statistics.median(s[1] for s in samples) / 1024.0,
+            statistics.median(s[2] for s in samples), median_or_none(s[3] for s in samples))
 
 
 def frames(viewer, path, count):
@@ -57,7 +79,7 @@ def main():
 
     base = os.path.join(args.workdir, "lines-base.vtk")
     make_lines.write(base, 2, 100)
-    base_seconds, base_mb = open_run(args.viewer, base, snapshot, args.runs)
+    base_seconds, base_mb, base_cpu, _ = open_run(args.viewer, base, snapshot, args.runs)
     print("baseline (200 nodes): open %.2f s, peak %.0f MB" % (base_seconds, base_mb), flush=True)
 
     rows = []
@@ -67,22 +89,29 @@ def main():
         if not os.path.exists(path):
             make_lines.write(path, nodes // 1000, 1000)
         runs = args.runs if power < 7 else 1
-        seconds, mb = open_run(args.viewer, path, snapshot, runs)
-        one_core, _ = open_run(args.viewer, path, snapshot, runs, cores="0")
+        seconds, mb, cpu, tubes = open_run(args.viewer, path, snapshot, runs)
+        one_core, _, _, one_core_tubes = open_run(args.viewer, path, snapshot, runs, cores="0")
         rest, moving, line_nodes = frames(args.viewer, path, 5 if power < 7 else 2)
-        per_node_us = 1e6 * (seconds - base_seconds) / nodes
-        per_node_bytes = 1e6 * (mb - base_mb) / nodes * 1.048576
-        rows.append((power, seconds, one_core, per_node_us, mb, per_node_bytes, rest, moving, line_nodes))
-        print("10^%d: open %.2f s (1 core %.2f s), peak %.0f MB, rest %.0f ms, moving %.0f ms"
-              % (power, seconds, one_core, mb, rest, moving), flush=True)
+        row = {
+            "power": power, "open": seconds, "one_core": one_core, "cpu": cpu,
+            "us": 1e6 * (seconds - base_seconds) / nodes, "cpu_us": 1e6 * (cpu - base_cpu) / nodes,
+            "mb": mb, "bytes": (mb - base_mb) * 1048576.0 / nodes, "rest": rest, "moving": moving,
+            "line_nodes": line_nodes,
+            "speedup": "%.2f s / %.2f s = %.2f" % (one_core_tubes, tubes, one_core_tubes / tubes)
+            if tubes and one_core_tubes else "-",
+        }
+        rows.append(row)
+        print(row, flush=True)
 
     print()
-    print("| Nodes | Open, 2 cores | Open, 1 core | µs a node beyond the baseline | Peak | Bytes a node beyond "
-          "the baseline | Frame at rest | Moving frame (line nodes) |")
-    print("|---|---:|---:|---:|---:|---:|---:|---:|")
-    for power, seconds, one_core, per_node_us, mb, per_node_bytes, rest, moving, line_nodes in rows:
-        print("| 10^%d | %.2f s | %.2f s | %.2f | %.0f MB | %.0f | %.0f ms | %.0f ms (%d) |"
-              % (power, seconds, one_core, per_node_us, mb, per_node_bytes, rest, moving, line_nodes))
+    print("| Nodes | Open | Open on 1 core | µs a node | CPU µs a node | Peak | Bytes a node | "
+          "Tubes 1 core / 2 cores | Frame at rest | Moving frame (line nodes) |")
+    print("|---|---:|---:|---:|---:|---:|---:|---|---:|---:|")
+    for r in rows:
+        print("| 10^%(power)d | %(open).2f s | %(one_core).2f s | %(us).2f | %(cpu_us).2f | %(mb).0f MB | "
+              "%(bytes).0f | %(speedup)s | %(rest).0f ms | %(moving).0f ms (%(line_nodes)d) |" % r)
+    print("\nA node's figures are beyond the baseline's (open %.2f s, CPU %.2f s, peak %.0f MB)."
+          % (base_seconds, base_cpu, base_mb))
     return 0
 
 
