@@ -9,6 +9,7 @@
 #include "gl/GlRuler.h"
 #include "gl/GlScalarBar.h"
 #include "gl/GlStreamline.h"
+#include "gl/GlTubeBatch.h"
 #include "gl/GlTipManager.h"
 
 #include <algorithm>
@@ -74,6 +75,10 @@ void CGlRenderer::ReleaseBuffers()
     for (CGlMesh* mesh : m_surfaces)
     {
         mesh->Release();
+    }
+    for (CGlTubeBatch* batch : m_batches)
+    {
+        batch->Release();
     }
     for (CGlMesh* lines : m_plainLines)
     {
@@ -238,6 +243,7 @@ void CGlRenderer::DrawScene()
     {
         streamline->DrawStreamline(*this);
     }
+    DrawBatches();
     glDisable(GL_POLYGON_OFFSET_FILL);
     m_sceneProgramReady = false;
     if (!m_plainLines.empty())
@@ -381,6 +387,37 @@ void CGlRenderer::AddStreamline(CGlStreamline* streamline)
     if (streamline != nullptr)
     {
         m_streamlines.push_back(streamline);
+    }
+}
+
+void CGlRenderer::AddTubeBatch(CGlTubeBatch* batch)
+{
+    if (batch != nullptr)
+    {
+        m_batches.push_back(batch);
+    }
+}
+
+void CGlRenderer::DrawBatches()
+{
+    for (CGlTubeBatch* batch : m_batches)
+    {
+        if (!batch->IsVisible())
+        {
+            continue;
+        }
+        if (!batch->IsMoving())
+        {
+            batch->Draw();
+            continue;
+        }
+        // A moving view's lines stay sharp: smoothing costs a software
+        // renderer several times the frame.
+        glDisable(GL_LINE_SMOOTH);
+        m_meshProgram->Set("uTangents", 1);
+        batch->DrawLines();
+        m_meshProgram->Set("uTangents", 0);
+        ApplySmoothing();
     }
 }
 

@@ -29,6 +29,7 @@ class CGlLight;
 class CGlMesh;
 class CGlProgram;
 class CGlStreamline;
+class CGlTubeBatch;
 
 class CGlRenderer : public KesraBackend::COverlayRenderer
 {
@@ -83,6 +84,10 @@ public:
     void AddStreamline(CGlStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(CGlMesh* mesh);
+    // Packed tubes, drawn after the single ones; a moving batch draws its
+    // lines, shaded as the tube's side facing the viewer.
+    void AddTubeBatch(CGlTubeBatch* batch);
+    void ClearTubeBatches() { m_batches.clear(); }
     // Lines (GL_LINES or strips) drawn after the tubes in their vertices' own
     // colours, unlit: a line has no surface to turn to the light.
     void AddPlainLines(CGlMesh* lines);
@@ -133,6 +138,7 @@ private:
     void ReleaseBuffers();
     void DropContext();
     void SetLightUniforms();
+    void DrawBatches();
 
     CGlSurface& m_surface;
     std::string m_error;
@@ -143,6 +149,7 @@ private:
 
     std::vector<CGlStreamline*> m_streamlines;
     std::vector<CGlMesh*> m_surfaces;
+    std::vector<CGlTubeBatch*> m_batches;
     std::vector<CGlMesh*> m_plainLines;
     // The triad again, for its buffers.
     CGlAxis* m_axis = nullptr;

@@ -23,6 +23,9 @@ using KesraBackend::kTitleBand;
 using KesraBackend::Vec3;
 
 constexpr int kSmoothFrames = 24; // frames of a smooth turn to a standard view
+// A moving view's lines merge nodes closer than this part of the model's
+// diagonal: about a pixel when the model fills a window.
+constexpr double kMergeFraction = 1.0 / 1000.0;
 
 } // namespace
 
@@ -118,44 +121,28 @@ void CGlScene::BuildTubes()
         m_box[2 * axis] = low[axis] - static_cast<float>(radius);
         m_box[2 * axis + 1] = high[axis] + static_cast<float>(radius);
     }
+    // One streamline per line, its records alive only while its tube is
+    // made: the batch packs every tube into shared buffers.
     for (const ScalarLine& line : m_data.lines)
     {
-        const int nodes = static_cast<int>(line.points.size());
-        CGlStreamline* tube = m_tubeFactory.MakeStreamline();
-        if (tube == nullptr || !tube->Create(nodes, KesraBackend::kTubeSlices, radius, 1.0))
+        if (line.points.size() < 2)
         {
             continue;
         }
-        for (int i = 0; i < nodes; ++i)
-        {
-            const Vec3& p = line.points[static_cast<std::size_t>(i)];
-            double xyz[3] = {p.x, p.y, p.z};
-            tube->SetNodeCoord(i, xyz);
-        }
-        tube->GenerationStreamline3D();
-        m_tubes.push_back(tube);
+        m_tubes.push_back(m_tubeFactory.MakeStreamline());
         m_tubeLines.push_back(&line);
-        m_renderer.AddStreamline(tube);
     }
+    m_batch.Plan(m_tubeLines, m_tubes, KesraBackend::kTubeSlices, radius, diagonal * kMergeFraction);
+    m_batch.SetColouring([this](const double* values, std::size_t count, unsigned char* rgba) {
+        m_legend.GetOpenGLColors(values, count, rgba);
+    });
+    m_renderer.AddTubeBatch(&m_batch);
     Recolour();
 }
 
 void CGlScene::Recolour()
 {
-    // One batch query a tube: a result of millions of values is recoloured
-    // at the speed of the batch, not of a call per value.
-    std::vector<unsigned char> rgba;
-    for (std::size_t t = 0; t < m_tubes.size(); ++t)
-    {
-        const std::vector<double>& values = m_tubeLines[t]->values;
-        rgba.resize(4 * values.size());
-        m_legend.GetOpenGLColors(values.data(), values.size(), rgba.data());
-        for (std::size_t i = 0; i < values.size(); ++i)
-        {
-            const unsigned char* rgb = &rgba[4 * i];
-            m_tubes[t]->SetStreamlineNodeColor(static_cast<int>(i), rgb[0], rgb[1], rgb[2], 255);
-        }
-    }
+    m_batch.MarkColoursChanged();
     if (m_showLines)
     {
         FillLines();
@@ -169,22 +156,34 @@ void CGlScene::FillLines()
     std::vector<std::uint32_t>& indices = m_lines.Indices();
     vertices.clear();
     indices.clear();
-    for (const CGlStreamline* tube : m_tubes)
+    std::vector<unsigned char> rgba;
+    for (const ScalarLine* line : m_tubeLines)
     {
-        for (int i = 0; i < tube->GetNodes(); ++i)
+        rgba.resize(4 * line->values.size());
+        m_legend.GetOpenGLColors(line->values.data(), line->values.size(), rgba.data());
+        for (std::size_t i = 0; i < line->points.size(); ++i)
         {
-            double xyz[3] = {0.0, 0.0, 0.0};
-            unsigned char rgb[3] = {0, 0, 0};
-            tube->GetNodeCoord(i, xyz);
-            tube->GetNodeColor(i, rgb);
+            const Vec3& p = line->points[i];
+            const unsigned char* rgb = &rgba[4 * i];
             indices.push_back(static_cast<std::uint32_t>(vertices.size()));
-            vertices.push_back({{static_cast<float>(xyz[0]), static_cast<float>(xyz[1]), static_cast<float>(xyz[2])},
+            vertices.push_back({{static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)},
                                 {0.0f, 0.0f, 0.0f},
                                 {rgb[0], rgb[1], rgb[2], 255}});
         }
         indices.push_back(CGlMesh::kRestart);
     }
     m_lines.MarkChanged();
+}
+
+bool CGlScene::NodeColour(std::size_t line, std::size_t node, unsigned char* rgba) const
+{
+    if (line >= m_data.lines.size())
+    {
+        return false;
+    }
+    const auto found = std::find(m_tubeLines.begin(), m_tubeLines.end(), &m_data.lines[line]);
+    return found != m_tubeLines.end()
+           && m_batch.NodeColour(static_cast<std::size_t>(found - m_tubeLines.begin()), node, rgba);
 }
 
 void CGlScene::ToggleLines()
@@ -194,6 +193,7 @@ void CGlScene::ToggleLines()
     {
         tube->SetDrawStreamline(!m_showLines);
     }
+    m_batch.SetVisible(!m_showLines);
     if (m_showLines)
     {
         FillLines();
@@ -416,8 +416,26 @@ void CGlScene::ToggleSixSides()
     m_renderer.Invalidate();
 }
 
+void CGlScene::SetMoving(bool moving)
+{
+    m_moving = moving;
+    m_renderer.Invalidate();
+}
+
+void CGlScene::Render()
+{
+    const bool moving = IsMoving();
+    m_batch.SetMoving(moving);
+    m_renderer.Render();
+    if (moving && !IsMoving())
+    {
+        m_renderer.Invalidate();
+    }
+}
+
 std::vector<unsigned char> CGlScene::Capture()
 {
+    m_batch.SetMoving(IsMoving());
     const int width = m_renderer.GetWidth();
     const int height = m_renderer.GetHeight();
     std::vector<unsigned char> rgba(static_cast<std::size_t>(width) * height * 4);
@@ -432,22 +450,12 @@ std::vector<unsigned char> CGlScene::Capture()
 
 int CGlScene::UploadCount() const
 {
-    int uploads = 0;
-    for (const CGlStreamline* tube : m_tubes)
-    {
-        uploads += tube->UploadCount();
-    }
-    return uploads;
+    return m_batch.UploadCount();
 }
 
 int CGlScene::VertexCount() const
 {
-    int vertices = 0;
-    for (const CGlStreamline* tube : m_tubes)
-    {
-        vertices += tube->GetNodes() * tube->GetSlices();
-    }
-    return vertices;
+    return static_cast<int>(m_batch.RingVertexCount());
 }
 
 void CGlScene::DrawProbe(CGlRenderer& renderer)

@@ -31,6 +31,7 @@
 #include "gl/GlScalarBar.h"
 #include "gl/GlStreamline.h"
 #include "gl/GlTipManager.h"
+#include "gl/GlTubeBatch.h"
 
 #include <string>
 #include <vector>
@@ -103,8 +104,9 @@ public:
     // The same node without marking it, as a status line follows the cursor.
     bool NearestNode(int x, int y, Probe& probe);
 
-    // One frame drawn and presented.
-    void Render() { m_renderer.Render(); }
+    // One frame drawn and presented; the frame after a smooth turn's last
+    // one is asked for, to show the tubes again.
+    void Render();
     // One frame drawn and read back, RGBA bottom row first, then presented.
     std::vector<unsigned char> Capture();
     bool IsAnimating() const { return m_camera.IsAnimating(); }
@@ -115,11 +117,26 @@ public:
     CGlAxis& Axis() { return m_axis; }
     CGlRuler& Ruler() { return m_ruler; }
     CGlDraggedArea& Area() { return m_area; }
+    // One streamline per drawn line, in Data().lines' order without the lines
+    // of fewer than two points. Their records live only while the batch makes
+    // their tubes: from the first frame on they keep their counts and draw
+    // flags, and the colours are NodeColour's.
     const std::vector<CGlStreamline*>& Tubes() const { return m_tubes; }
+    CGlTubeBatch& TubeBatch() { return m_batch; }
+    // The colour node of Data().lines[line] is drawn in; false for a node or
+    // a line that is not drawn.
+    bool NodeColour(std::size_t line, std::size_t node, unsigned char* rgba) const;
+    // While moving (a drag, a smooth turn), the tubes are drawn as lines
+    // shaded as tubes; the host sets it back once the view rests.
+    void SetMoving(bool moving);
+    // Whether the next frame draws the lines: moving, or a smooth turn under way.
+    bool IsMoving() const { return m_moving || m_camera.IsAnimating(); }
     const SceneData& Data() const { return m_data; }
     // Vertex buffer fills over all tubes.
     int UploadCount() const;
     int VertexCount() const;
+    // Nodes of the lines drawn while moving.
+    std::size_t LineNodeCount() const { return m_batch.LineNodeCount(); }
 
 private:
     void BuildTubes();
@@ -146,6 +163,7 @@ private:
     CGlTipManager* m_tips = nullptr;
     CGlMesh m_sphere;
     KesraBackend::OverlayUpdater m_updater;
+    CGlTubeBatch m_batch;
     std::vector<CGlStreamline*> m_tubes;
     // The ring and its value of each tube, in m_tubes' order.
     std::vector<const ScalarLine*> m_tubeLines;
@@ -159,6 +177,7 @@ private:
     // The plain lines, filled only while they are shown.
     CGlMesh m_lines{GL_LINE_STRIP};
     bool m_showLines = false;
+    bool m_moving = false;
     bool m_probed = false;
     Probe m_probe;
 };

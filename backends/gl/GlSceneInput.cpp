@@ -50,7 +50,8 @@ void CGlSceneInput::Move(int x, int y)
         camera.Rotate(x, Up(y));
         camera.Pan(x, Up(y));
         camera.Zoom(x, Up(y));
-        m_scene.Renderer().Invalidate();
+        // The cheap picture while the view follows the mouse.
+        m_scene.SetMoving(true);
     }
 }
 
@@ -64,6 +65,7 @@ void CGlSceneInput::Release(MouseButton, int x, int y)
     {
         Move(x, y);
         m_scene.Camera().EndInteraction();
+        m_scene.SetMoving(false);
     }
     m_drag = Drag::None;
 }

@@ -162,12 +162,14 @@ const KesraBackend::SceneData& CSceneWidget::streamlines() const
 
 int CSceneWidget::nodeCount() const
 {
-    int nodes = 0;
-    for (const KesraGl::CGlStreamline* tube : m_scene->Tubes())
+    // From the scene's lines: the tubes keep their nodes only from the first
+    // frame on, and the count is wanted before it.
+    std::size_t nodes = 0;
+    for (const KesraBackend::ScalarLine& line : m_scene->Data().lines)
     {
-        nodes += tube->GetNodes();
+        nodes += line.points.size();
     }
-    return nodes;
+    return static_cast<int>(nodes);
 }
 
 // ---- OpenGL ---------------------------------------------------------------------

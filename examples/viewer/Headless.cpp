@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 
 namespace KesraViewer
 {
@@ -36,8 +37,34 @@ void PrintFrameTimes(const std::vector<double>& times, const KesraGl::CGlScene& 
     std::sort(sorted.begin(), sorted.end());
     const std::size_t n = sorted.size();
     const double median = n % 2 == 1 ? sorted[n / 2] : 0.5 * (sorted[n / 2 - 1] + sorted[n / 2]);
+    if (scene.IsMoving())
+    {
+        std::printf("moving frames %zu, line nodes %zu: median %.2f ms, worst %.2f ms\n", n,
+                    scene.LineNodeCount(), median, sorted.back());
+        return;
+    }
     std::printf("frames %zu, tube vertices %d: median %.2f ms, worst %.2f ms\n", n,
                 scene.VertexCount(), median, sorted.back());
+}
+
+void ReportTubeProgress(KesraGl::CGlScene& scene)
+{
+    // A small scene comes up at once; a large one says how far its tubes are,
+    // a line every tenth.
+    constexpr int kReportedVertices = 1 << 21;
+    if (scene.VertexCount() < kReportedVertices)
+    {
+        return;
+    }
+    const auto tenths = std::make_shared<std::size_t>(0);
+    scene.TubeBatch().SetProgress([tenths](std::size_t done, std::size_t total) {
+        const std::size_t tenth = 10 * done / total;
+        if (tenth > *tenths || done == total)
+        {
+            *tenths = tenth;
+            std::fprintf(stderr, "kesra-viewer: tubes %zu%% (%zu of %zu lines)\n", 100 * done / total, done, total);
+        }
+    });
 }
 
 bool WriteSnapshot(KesraGl::CGlScene& scene, const std::string& path)
@@ -103,7 +130,14 @@ bool RunScript(const Options& options, const std::vector<Event>& events, KesraGl
     }
     if (options.benchFrames > 0)
     {
+        // Both kinds of frame: the tubes of a view at rest, then the lines
+        // drawn while it moves.
+        const bool moving = scene.IsMoving();
+        scene.SetMoving(false);
         PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+        scene.SetMoving(true);
+        PrintFrameTimes(TimeFrames(scene, options.benchFrames), scene);
+        scene.SetMoving(moving);
     }
     return false;
 }
@@ -124,6 +158,7 @@ int RunHeadless(const Options& options, SceneData data)
     }
     KesraGl::CGlSceneInput input(scene);
     ApplyOptions(options, scene, input);
+    ReportTubeProgress(scene);
     int snapshots = 0;
     bool written = true;
     input.SetSnapshotAction([&]() {

@@ -35,6 +35,9 @@ bool RunScript(const Options& options, const std::vector<Event>& events, KesraGl
 // and what the input prints (the value under the cursor).
 void ApplyOptions(const Options& options, KesraGl::CGlScene& scene, KesraGl::CGlSceneInput& input);
 
+// Prints on the terminal how far the tubes of a large scene are made.
+void ReportTubeProgress(KesraGl::CGlScene& scene);
+
 // Writes the current frame of scene as a PNG; false with the message printed.
 bool WriteSnapshot(KesraGl::CGlScene& scene, const std::string& path);
 

@@ -82,7 +82,12 @@ struct WindowHost
     KesraGl::CGlScene* scene = nullptr;
     KesraGl::CGlSceneInput* input = nullptr;
     int snapshots = 0;
+    int wheelSteps = 0; // wheel events so far: the view rests after the last
 };
+
+// The wheel has no release: the view counts as resting once no step has come
+// for this long.
+constexpr unsigned kWheelRestMs = 250;
 
 WindowHost g_host;
 
@@ -101,6 +106,14 @@ void OnDisplay()
     }
 }
 
+void OnWheelRest(int step)
+{
+    if (g_host.scene != nullptr && step == g_host.wheelSteps)
+    {
+        g_host.scene->SetMoving(false);
+    }
+}
+
 void OnReshape(int width, int height)
 {
     g_host.input->Resize(width, height);
@@ -114,6 +127,8 @@ void OnMouse(int button, int state, int x, int y)
         if (state == GLUT_DOWN)
         {
             g_host.input->Wheel(x, y, button == 3 ? 1 : -1);
+            g_host.scene->SetMoving(true);
+            glutTimerFunc(kWheelRestMs, OnWheelRest, ++g_host.wheelSteps);
         }
         return;
     }
@@ -163,6 +178,7 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
     }
     KesraGl::CGlSceneInput input(scene);
     ApplyOptions(options, scene, input);
+    ReportTubeProgress(scene);
     input.SetSnapshotAction([&scene]() {
         const std::string path = "kesra-viewer-" + std::to_string(++g_host.snapshots) + ".png";
         if (WriteSnapshot(scene, path))
@@ -170,7 +186,7 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
             std::printf("kesra-viewer: wrote %s\n", path.c_str());
         }
     });
-    g_host = WindowHost{&surface, &scene, &input, 0};
+    g_host = WindowHost{&surface, &scene, &input, 0, 0};
     if (RunScript(options, events, scene, input))
     {
         g_host = WindowHost{};

@@ -5,6 +5,25 @@
 #include "SceneSource.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+namespace
+{
+
+// A large file takes a while to read: say so before, and what it held after.
+void ReportReading(const std::string& file)
+{
+    constexpr std::uintmax_t kReportedBytes = 16u << 20;
+    std::error_code error;
+    const std::uintmax_t bytes = file.empty() ? 0 : std::filesystem::file_size(file, error);
+    if (!error && bytes >= kReportedBytes)
+    {
+        std::fprintf(stderr, "kesra-viewer: reading %s (%.0f MB)\n", file.c_str(), static_cast<double>(bytes) / 1e6);
+    }
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -34,6 +53,7 @@ int main(int argc, char** argv)
     }
     SceneData data;
     std::string summary;
+    ReportReading(options.file);
     if (!LoadScene(SceneRequest{options.file, options.scalars, options.radius}, data, summary, error))
     {
         std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
@@ -42,6 +62,7 @@ int main(int argc, char** argv)
     if (!summary.empty())
     {
         std::printf("%s\n", summary.c_str());
+        std::fflush(stdout);
     }
     if (options.hasUnit)
     {

@@ -72,7 +72,7 @@ TEST_F(ViewerFile, TubesTakeTheScalarsColoursAndTheLegendItsRange)
             unsigned char expected[3];
             scene.Legend().GetOpenGLColor(expected[0], expected[1], expected[2], data.lines[t].values[i]);
             unsigned char color[4] = {0, 0, 0, 0};
-            scene.Tubes()[t]->GetNodeColor(static_cast<int>(i), color);
+            ASSERT_TRUE(scene.NodeColour(t, i, color));
             EXPECT_EQ(std::vector<int>(color, color + 3), std::vector<int>(expected, expected + 3));
         }
     }
@@ -193,7 +193,7 @@ TEST_F(ViewerFile, RangeLinesAndProbe)
     unsigned char expected[4] = {0, 0, 0, 0};
     unsigned char color[4] = {0, 0, 0, 0};
     scene.Legend().GetOpenGLColor(expected[0], expected[1], expected[2], 6.0);
-    scene.Tubes()[1]->GetNodeColor(2, color);
+    ASSERT_TRUE(scene.NodeColour(1, 2, color));
     EXPECT_EQ(std::vector<int>(color, color + 3), std::vector<int>(expected, expected + 3)) << "recoloured";
     scene.ResetValueRange();
     scene.Legend().GetValueRange(minimum, maximum);

@@ -79,8 +79,11 @@ TEST(ViewerViews, SmoothRotationReachesTheStandardViewAndItsPicture)
     // Key 1 starts the turn to the front view; the frames carry it out.
     smooth.Replay("key 1\nframe " + std::to_string(frames - 1));
     EXPECT_TRUE(smooth.scene.IsAnimating());
+    // The turn draws the moving view's lines; its end the tubes again.
+    EXPECT_TRUE(smooth.scene.IsMoving());
     smooth.Replay("frame");
     EXPECT_FALSE(smooth.scene.IsAnimating());
+    EXPECT_FALSE(smooth.scene.IsMoving());
 
     direct.scene.SetView(KesraBackend::View::Front, false);
     const auto& reached = smooth.scene.Camera().GetRotateMatrix();
@@ -195,32 +198,44 @@ TEST(ViewerLegend, KeysRecolourTheTubesOnceEach)
     ASSERT_TRUE(viewer.created);
     const int tubes = static_cast<int>(viewer.scene.Tubes().size());
     ASSERT_GT(tubes, 10);
-    viewer.Replay("frame 2\npress left 10 10\nmove 40 30\nrelease left 40 30\nwheel 100 70 2\nframe 3");
-    EXPECT_EQ(viewer.scene.UploadCount(), tubes);
+    // A drag draws the moving view's lines until the button is released.
+    viewer.Replay("frame 2\npress left 10 10\nmove 40 30");
+    EXPECT_TRUE(viewer.scene.IsMoving());
+    viewer.Replay("release left 40 30");
+    EXPECT_FALSE(viewer.scene.IsMoving());
+    viewer.Replay("wheel 100 70 2\nframe 3");
+    // Each chunk's geometry and colours once: turns and zooms upload nothing.
+    const int chunks = static_cast<int>(viewer.scene.TubeBatch().ChunkCount());
+    ASSERT_GE(chunks, 1);
+    EXPECT_EQ(viewer.scene.UploadCount(), 2 * chunks);
+    // The records are gone, the counts stay.
+    const KesraBackend::ScalarLine& line = Flow().lines.front();
+    EXPECT_FALSE(viewer.scene.Tubes().front()->IsCreate());
+    EXPECT_EQ(viewer.scene.Tubes().front()->GetNodes(), static_cast<int>(line.points.size()));
 
-    const KesraGl::CGlStreamline& tube = *viewer.scene.Tubes().front();
     unsigned char before[4] = {0, 0, 0, 0};
-    tube.GetNodeColor(0, before);
+    ASSERT_TRUE(viewer.scene.NodeColour(0, 0, before));
     viewer.Replay("key p\nframe 2");
-    EXPECT_EQ(viewer.scene.UploadCount(), 2 * tubes);
+    EXPECT_EQ(viewer.scene.UploadCount(), 3 * chunks);
     unsigned char after[4] = {0, 0, 0, 0};
-    tube.GetNodeColor(0, after);
+    ASSERT_TRUE(viewer.scene.NodeColour(0, 0, after));
     EXPECT_NE(std::vector<int>(before, before + 3), std::vector<int>(after, after + 3));
 
     viewer.Replay("key b\nframe\nkey v\nframe");
     EXPECT_EQ(viewer.scene.Legend().GetBanded(), 1);
     EXPECT_EQ(viewer.scene.Legend().GetInverse(), 1);
-    EXPECT_EQ(viewer.scene.UploadCount(), 4 * tubes);
+    EXPECT_EQ(viewer.scene.UploadCount(), 5 * chunks);
     // Every node shows the legend's colour of its value.
-    const KesraBackend::ScalarLine& line = Flow().lines.front();
     for (std::size_t i = 0; i < line.values.size(); ++i)
     {
         unsigned char expected[3];
         viewer.scene.Legend().GetOpenGLColor(expected[0], expected[1], expected[2], line.values[i]);
         unsigned char color[4];
-        tube.GetNodeColor(static_cast<int>(i), color);
-        EXPECT_EQ(std::vector<int>(color, color + 3), std::vector<int>(expected, expected + 3));
+        ASSERT_TRUE(viewer.scene.NodeColour(0, i, color));
+        EXPECT_EQ(std::vector<int>(color, color + 4), std::vector<int>({expected[0], expected[1], expected[2], 255}));
     }
+    EXPECT_FALSE(viewer.scene.NodeColour(0, line.values.size(), after));
+    EXPECT_FALSE(viewer.scene.NodeColour(viewer.scene.Data().lines.size(), 0, after));
 }
 
 TEST(ViewerWindow, ResizeReachesTheRendererAndTheOverlays)
