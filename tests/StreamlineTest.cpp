@@ -10,6 +10,7 @@
 #include <limits>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -357,6 +358,96 @@ TEST(StreamlineGenerationTest, RepeatedNodeAtABend)
     EXPECT_EQ(Vec(0, 0, 0), Vertex(tube, 2, 2));
     EXPECT_EQ(Vertex(tube, 1, 3), Vertex(tube, 2, 3));
     ExpectRing(Vertex, tube, 3, {Vec(1, 0, 0), Vec(1, 0.5, 1), Vec(1, 0, 0), Vec(1, -0.5, 1)});
+}
+
+// A line that zig-zags, doubles back, repeats nodes and runs straight, as
+// traced lines do.
+std::vector<Vec> TracedLine(std::size_t count)
+{
+    std::vector<Vec> nodes{Vec(0, 0, 0)};
+    unsigned state = 12345u;
+    const auto next = [&state]() {
+        state = state * 1103515245u + 12345u;
+        return static_cast<double>((state >> 8) % 2001u) / 1000.0 - 1.0;
+    };
+    while (nodes.size() < count)
+    {
+        const Vec last = nodes.back();
+        switch (nodes.size() % 7)
+        {
+        case 3: nodes.push_back(last); break;                                     // repeated
+        case 5: nodes.push_back(nodes[nodes.size() - 2]); break;                  // doubles back
+        default: nodes.push_back(last + Vec(next(), next(), 0.5 + next())); break; // zig-zag
+        }
+    }
+    return nodes;
+}
+
+std::vector<double> Rings(const TestStreamline& tube, bool normals)
+{
+    std::vector<double> flat(3 * static_cast<std::size_t>(tube.GetNodes() * tube.GetSlices()));
+    tube.CopyTubeGeometry(normals ? nullptr : flat.data(), normals ? flat.data() : nullptr);
+    return flat;
+}
+
+TEST(StreamlineGenerationTest, PartsContinuingTheirRingsEqualTheWholeLine)
+{
+    const int slices = 7;
+    const std::vector<Vec> line = TracedLine(300);
+    const int count = static_cast<int>(line.size());
+    TestStreamline whole;
+    ASSERT_TRUE(whole.Create(count, slices, 0.3, 1.0));
+    for (int i = 0; i < count; ++i)
+    {
+        Vec p = line[static_cast<std::size_t>(i)];
+        ASSERT_TRUE(whole.SetNodeCoord(i, &p.x));
+    }
+    ASSERT_TRUE(whole.GenerationStreamline3D());
+    const std::vector<double> rings = Rings(whole, false);
+    const std::vector<double> normals = Rings(whole, true);
+
+    for (const int length : {1, 2, 5, 64})
+    {
+        // One object for every part, as a host reuses it.
+        TestStreamline part;
+        for (int a = 0; a < count; a += length)
+        {
+            const int b = std::min(a + length, count) - 1;
+            const int first = std::max(a - 1, 0);
+            const int end = std::min(b + 2, count - 1);
+            ASSERT_TRUE(part.Create(end - first + 1, slices, 0.3, 1.0));
+            for (int i = first; i <= end; ++i)
+            {
+                Vec p = line[static_cast<std::size_t>(i)];
+                ASSERT_TRUE(part.SetNodeCoord(i - first, &p.x));
+            }
+            if (first == 0)
+            {
+                ASSERT_TRUE(part.GenerationStreamline3D());
+            }
+            else
+            {
+                for (int j = 0; j < slices; ++j)
+                {
+                    ASSERT_TRUE(part.SetSliceNodeCoord(0, j, &rings[3 * static_cast<std::size_t>(first * slices + j)]));
+                }
+                ASSERT_TRUE(part.ContinueStreamline3D());
+            }
+            const std::vector<double> partRings = Rings(part, false);
+            const std::vector<double> partNormals = Rings(part, true);
+            const std::size_t from = 3 * static_cast<std::size_t>((a - first) * slices);
+            const std::size_t size = 3 * static_cast<std::size_t>((b - a + 1) * slices);
+            const std::size_t at = 3 * static_cast<std::size_t>(a * slices);
+            // Bit for bit: a seam would show as a twist or a crease in the tube.
+            ASSERT_TRUE(std::equal(partRings.begin() + from, partRings.begin() + from + size, rings.begin() + at))
+                << "length " << length << ", nodes " << a << " to " << b;
+            ASSERT_TRUE(std::equal(partNormals.begin() + from, partNormals.begin() + from + size,
+                                   normals.begin() + at))
+                << "length " << length << ", nodes " << a << " to " << b;
+        }
+    }
+    TestStreamline uncreated;
+    EXPECT_FALSE(uncreated.ContinueStreamline3D());
 }
 
 } // namespace

@@ -287,6 +287,17 @@ bool CKesraStreamline::GenerationStreamline3D()
     return true;
 }
 
+bool CKesraStreamline::ContinueStreamline3D()
+{
+    if (!m_created)
+    {
+        return false;
+    }
+    Streamline3DSliceNodes();
+    Streamline3DSliceNormals();
+    return true;
+}
+
 Vector* CKesraStreamline::RingVertices(std::size_t node)
 {
     return m_nodes[node].m_sliceNodeCoords.data();

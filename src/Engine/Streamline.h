@@ -98,6 +98,13 @@ public:
     // False when not created; otherwise recomputes every ring and normal from
     // the node positions and returns true.
     bool GenerationStreamline3D();
+    // False when not created; otherwise keeps ring 0 as it stands (as
+    // SetSliceNodeCoord left it) and recomputes every later ring and every
+    // normal from it and the node positions. A line too long to hold a record
+    // per node is made in parts this way: a part over nodes a - 1 to b + 2 of
+    // the line, given the line's ring a - 1 as its ring 0, holds the line's
+    // own rings and normals at nodes a to b, to the last bit.
+    bool ContinueStreamline3D();
 
     // Copies every ring vertex and every normal into flat arrays for a vertex
     // buffer, in one pass: x, y, z of vertex (node i, ring index j) at
