@@ -406,7 +406,11 @@ void CGlRenderer::DrawBatches()
         {
             continue;
         }
-        if (!batch->IsMoving())
+        batch->Build(batch->BuildBudget());
+        // Until its last chunk is made a batch shows the lines of those made:
+        // a frame of tubes costs a software renderer seconds, and a window
+        // making them chunk by chunk has to stay responsive.
+        if (!batch->IsMoving() && batch->IsBuilt())
         {
             batch->Draw();
             continue;

@@ -84,8 +84,9 @@ public:
     void AddStreamline(CGlStreamline* streamline);
     void ClearStreamlines() { m_streamlines.clear(); }
     void AddSurface(CGlMesh* mesh);
-    // Packed tubes, drawn after the single ones; a moving batch draws its
-    // lines, shaded as the tube's side facing the viewer.
+    // Packed tubes, drawn after the single ones; a moving batch, or one
+    // still making its chunks within its build budget, draws its lines,
+    // shaded as the tube's side facing the viewer.
     void AddTubeBatch(CGlTubeBatch* batch);
     void ClearTubeBatches() { m_batches.clear(); }
     // Lines (GL_LINES or strips) drawn after the tubes in their vertices' own

@@ -67,6 +67,7 @@ CGlScene::CGlScene(CGlSurface& surface, SceneData data, int width, int height)
     m_renderer.SetExtraOverlay([this](CGlRenderer& renderer) {
         DrawProbe(renderer);
         DrawHelp(renderer);
+        DrawBuildProgress(renderer);
     });
     Layout(width, height);
     m_camera.SetRotateMatrixToISOView(false);
@@ -427,7 +428,7 @@ void CGlScene::Render()
     const bool moving = IsMoving();
     m_batch.SetMoving(moving);
     m_renderer.Render();
-    if (moving && !IsMoving())
+    if ((moving && !IsMoving()) || IsBuilding())
     {
         m_renderer.Invalidate();
     }
@@ -435,6 +436,9 @@ void CGlScene::Render()
 
 std::vector<unsigned char> CGlScene::Capture()
 {
+    // A captured frame shows every tube, however long they take.
+    const double budget = m_batch.BuildBudget();
+    m_batch.SetBuildBudget(0.0);
     m_batch.SetMoving(IsMoving());
     const int width = m_renderer.GetWidth();
     const int height = m_renderer.GetHeight();
@@ -445,6 +449,7 @@ std::vector<unsigned char> CGlScene::Capture()
         rgba.clear();
     }
     m_renderer.SwapBuffers();
+    m_batch.SetBuildBudget(budget);
     return rgba;
 }
 
@@ -512,6 +517,32 @@ void CGlScene::DrawHelp(CGlRenderer& renderer) const
         canvas.Text(left + 12.0f, y, text, style, {235, 235, 235, 255});
         y -= line;
     }
+}
+
+void CGlScene::DrawBuildProgress(CGlRenderer& renderer) const
+{
+    if (!IsBuilding())
+    {
+        return;
+    }
+    CGlCanvas& canvas = renderer.Canvas();
+    const TextStyle style = renderer.Style(0);
+    char text[64];
+    std::snprintf(text, sizeof text, "Making tubes: %d%%", static_cast<int>(100.0 * m_batch.BuiltFraction()));
+    const float width = std::min(320.0f, static_cast<float>(renderer.GetWidth()) - 20.0f);
+    const float textHeight = static_cast<float>(canvas.Ascender(style));
+    const float height = textHeight + 34.0f;
+    const float left = 0.5f * (static_cast<float>(renderer.GetWidth()) - width);
+    const float bottom = 16.0f;
+    const Color ink = {20, 24, 32, 255};
+    canvas.Rect(left, bottom, left + width, bottom + height, {255, 255, 255, 230});
+    canvas.Frame(left, bottom, left + width, bottom + height, 1.0f, ink);
+    canvas.Text(left + 10.0f, bottom + height - 8.0f - textHeight, text, style, ink);
+    const float barLeft = left + 10.0f;
+    const float barRight = left + width - 10.0f;
+    const float done = barLeft + static_cast<float>(m_batch.BuiltFraction()) * (barRight - barLeft);
+    canvas.Rect(barLeft, bottom + 8.0f, done, bottom + 18.0f, {40, 110, 200, 255});
+    canvas.Frame(barLeft, bottom + 8.0f, barRight, bottom + 18.0f, 1.0f, ink);
 }
 
 } // namespace KesraGl

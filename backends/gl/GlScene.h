@@ -131,6 +131,13 @@ public:
     void SetMoving(bool moving);
     // Whether the next frame draws the lines: moving, or a smooth turn under way.
     bool IsMoving() const { return m_moving || m_camera.IsAnimating(); }
+    // Seconds a frame may spend making tubes (0, the default: all of them at
+    // the first frame). With a budget, a window stays responsive while a
+    // large result's tubes are made: each frame makes what fits, shows the
+    // lines made so far and a progress bar, and asks for the next frame.
+    void SetBuildBudget(double seconds) { m_batch.SetBuildBudget(seconds); }
+    // Tubes still to be made (while they are shown).
+    bool IsBuilding() const { return m_batch.IsVisible() && !m_batch.IsBuilt(); }
     const SceneData& Data() const { return m_data; }
     // Vertex buffer fills over all tubes.
     int UploadCount() const;
@@ -146,6 +153,7 @@ private:
     void Layout(int width, int height);
     void DrawHelp(CGlRenderer& renderer) const;
     void DrawProbe(CGlRenderer& renderer);
+    void DrawBuildProgress(CGlRenderer& renderer) const;
     void FillLines();
     int LegendWidth() const;
 

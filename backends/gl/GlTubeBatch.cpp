@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <exception>
 #include <mutex>
@@ -27,10 +28,10 @@ struct Scratch
     std::vector<float> normals;
 };
 
-// The disc over the ring at node, facing away from its neighbour: the rim
-// repeats the ring with the disc's normal, the centre is the node itself,
-// as a single tube draws it (CGlStreamline::AddCap).
-void WriteCap(const ScalarLine& line, std::size_t node, std::size_t neighbour, int slices, float* block,
+// The disc over ring (the ring at node), facing away from its neighbour:
+// the rim repeats the ring with the disc's normal, the centre is the node
+// itself, as a single tube draws it (CGlStreamline::AddCap).
+void WriteCap(const ScalarLine& line, std::size_t node, std::size_t neighbour, int slices, const float* ring,
               float* cap)
 {
     const Vec3& at = line.points[node];
@@ -41,7 +42,6 @@ void WriteCap(const ScalarLine& line, std::size_t node, std::size_t neighbour, i
     const double unit = length > 1e-8 ? 1.0 / length : 0.0;
     const float normal[3] = {static_cast<float>(outward[0] * unit), static_cast<float>(outward[1] * unit),
                              static_cast<float>(outward[2] * unit)};
-    const float* ring = block + kFloats * node * static_cast<std::size_t>(slices);
     for (int j = 0; j <= slices; ++j)
     {
         float* vertex = cap + kFloats * static_cast<std::size_t>(j);
@@ -53,37 +53,80 @@ void WriteCap(const ScalarLine& line, std::size_t node, std::size_t neighbour, i
     }
 }
 
-// One line's tube through its own streamline, whose records live only while
-// the line is made: the rings, then the two discs, into block.
-void MakeTube(const ScalarLine& line, CGlStreamline& tube, int slices, double radius, float* block,
-              Scratch& scratch)
+// Nodes first to last of a line, made through the line's streamline, whose
+// records live only while the part is made: the rings, then the line's end
+// discs the part holds (zeros in the other slots), into block. The part
+// continues carry, the ring at node first - 1, unless it starts the line;
+// unless it ends the line, carry is left holding the ring at node last - 1,
+// which the next part, from node last on, continues.
+struct PartNodes
 {
-    const int nodes = static_cast<int>(line.points.size());
+    std::size_t first = 0;
+    std::size_t last = 0;
+};
+
+void MakePart(const ScalarLine& line, PartNodes part, CGlStreamline& tube, int slices, double radius, float* block,
+              std::vector<double>& carry, Scratch& scratch)
+{
+    const std::size_t count = line.points.size();
+    // One node back and two ahead: the rings and normals from first to last
+    // then see the neighbours the whole line gives them.
+    const std::size_t from = part.first > 0 ? part.first - 1 : 0;
+    const std::size_t to = std::min(part.last + 2, count - 1);
+    const int nodes = static_cast<int>(to - from + 1);
     if (!tube.Create(nodes, slices, radius, 1.0))
     {
         return;
     }
     for (int i = 0; i < nodes; ++i)
     {
-        const Vec3& p = line.points[static_cast<std::size_t>(i)];
+        const Vec3& p = line.points[from + static_cast<std::size_t>(i)];
         double xyz[3] = {p.x, p.y, p.z};
         tube.SetNodeCoord(i, xyz);
     }
-    tube.GenerationStreamline3D();
-    const std::size_t ring = static_cast<std::size_t>(nodes) * static_cast<std::size_t>(slices);
-    scratch.vertices.resize(3 * ring);
-    scratch.normals.resize(3 * ring);
+    if (part.first == 0)
+    {
+        tube.GenerationStreamline3D();
+    }
+    else
+    {
+        for (int j = 0; j < slices; ++j)
+        {
+            tube.SetSliceNodeCoord(0, j, &carry[3 * static_cast<std::size_t>(j)]);
+        }
+        tube.ContinueStreamline3D();
+    }
+    const std::size_t stride = static_cast<std::size_t>(slices);
+    scratch.vertices.resize(3 * static_cast<std::size_t>(nodes) * stride);
+    scratch.normals.resize(scratch.vertices.size());
     tube.CopyTubeGeometry(scratch.vertices.data(), scratch.normals.data());
+    if (part.last + 1 < count)
+    {
+        carry.resize(3 * stride);
+        for (int j = 0; j < slices; ++j)
+        {
+            tube.GetSliceNodeCoord(static_cast<int>(part.last - 1 - from), j, &carry[3 * static_cast<std::size_t>(j)]);
+        }
+    }
     tube.Delete();
+    const std::size_t skip = (part.first - from) * stride;
+    const std::size_t ring = (part.last - part.first + 1) * stride;
     for (std::size_t v = 0; v < ring; ++v)
     {
-        std::copy_n(&scratch.vertices[3 * v], 3, block + kFloats * v);
-        std::copy_n(&scratch.normals[3 * v], 3, block + kFloats * v + 3);
+        std::copy_n(&scratch.vertices[3 * (skip + v)], 3, block + kFloats * v);
+        std::copy_n(&scratch.normals[3 * (skip + v)], 3, block + kFloats * v + 3);
     }
-    const std::size_t last = static_cast<std::size_t>(nodes) - 1;
     float* caps = block + kFloats * ring;
-    WriteCap(line, 0, 1, slices, block, caps);
-    WriteCap(line, last, last - 1, slices, block, caps + kFloats * static_cast<std::size_t>(slices + 1));
+    float* lastCap = caps + kFloats * (stride + 1);
+    std::fill(caps, lastCap + kFloats * (stride + 1), 0.0f);
+    if (part.first == 0)
+    {
+        WriteCap(line, 0, 1, slices, block, caps);
+    }
+    if (part.last + 1 == count)
+    {
+        WriteCap(line, part.last, part.last - 1, slices, block + kFloats * (ring - stride), lastCap);
+    }
 }
 
 // Runs work on count threads, the caller's among them; a failure in any of
@@ -139,9 +182,14 @@ unsigned CGlTubeBatch::Workers() const
     return m_workers != 0 ? m_workers : std::max(1u, std::thread::hardware_concurrency());
 }
 
-std::size_t CGlTubeBatch::BlockVertices(std::size_t line) const
+std::size_t CGlTubeBatch::BlockVertices(const Part& part) const
 {
-    return (m_lines[line]->points.size() + 2) * static_cast<std::size_t>(m_slices) + 2;
+    return (part.nodes + 2) * static_cast<std::size_t>(m_slices) + 2;
+}
+
+bool CGlTubeBatch::IsLinesLast(const Part& part) const
+{
+    return part.first + part.nodes == m_lines[part.line]->points.size();
 }
 
 bool CGlTubeBatch::Plan(const std::vector<const ScalarLine*>& lines, const std::vector<CGlStreamline*>& tubes,
@@ -156,46 +204,70 @@ bool CGlTubeBatch::Plan(const std::vector<const ScalarLine*>& lines, const std::
     m_tubes = tubes;
     m_slices = slices;
     m_radius = radius;
-    m_chunks.clear();
-    m_longest = 0;
-    Chunk chunk;
-    for (std::size_t t = 0; t < m_lines.size(); ++t)
-    {
-        const std::size_t block = BlockVertices(t);
-        if (chunk.vertices > 0 && chunk.vertices + block > kChunkVertices)
-        {
-            chunk.endLine = t;
-            m_chunks.push_back(std::move(chunk));
-            chunk = Chunk();
-            chunk.firstLine = t;
-        }
-        chunk.blocks.push_back(static_cast<GLint>(chunk.vertices));
-        chunk.vertices += block;
-        m_longest = std::max(m_longest, m_lines[t]->points.size());
-    }
-    if (chunk.vertices > 0)
-    {
-        chunk.endLine = m_lines.size();
-        m_chunks.push_back(std::move(chunk));
-    }
+    PlanParts();
+    PlanChunks();
     PlanLines(mergeDistance);
     return true;
 }
 
-std::size_t CGlTubeBatch::KeepNodes(const std::vector<Vec3>& points, double limit,
-                                    std::vector<std::uint32_t>* kept) const
+void CGlTubeBatch::PlanParts()
 {
+    m_parts.clear();
+    m_longest = 0;
+    const std::size_t run = kRunNodes;
+    for (std::size_t t = 0; t < m_lines.size(); ++t)
+    {
+        const std::size_t nodes = m_lines[t]->points.size();
+        for (std::size_t first = 0; first + 1 < nodes; first += run - 1)
+        {
+            const std::size_t length = std::min(run, nodes - first);
+            m_parts.push_back(Part{t, first, length});
+            m_longest = std::max(m_longest, length);
+        }
+    }
+}
+
+void CGlTubeBatch::PlanChunks()
+{
+    m_chunks.clear();
+    m_totalVertices = 0;
+    Chunk chunk;
+    for (std::size_t p = 0; p < m_parts.size(); ++p)
+    {
+        const std::size_t block = BlockVertices(m_parts[p]);
+        if (chunk.vertices > 0 && chunk.vertices + block > kChunkVertices)
+        {
+            chunk.endPart = p;
+            m_chunks.push_back(std::move(chunk));
+            chunk = Chunk();
+            chunk.firstPart = p;
+        }
+        chunk.blocks.push_back(static_cast<GLint>(chunk.vertices));
+        chunk.vertices += block;
+        m_totalVertices += block;
+    }
+    if (chunk.vertices > 0)
+    {
+        chunk.endPart = m_parts.size();
+        m_chunks.push_back(std::move(chunk));
+    }
+}
+
+std::size_t CGlTubeBatch::KeepNodes(const Part& part, double limit, std::vector<std::uint32_t>* kept) const
+{
+    const std::vector<Vec3>& points = m_lines[part.line]->points;
+    const std::size_t end = part.first + part.nodes;
     std::size_t count = 1;
-    std::size_t last = 0;
+    std::size_t last = part.first;
     if (kept != nullptr)
     {
-        kept->push_back(0);
+        kept->push_back(static_cast<std::uint32_t>(part.first));
     }
-    for (std::size_t i = 1; i < points.size(); ++i)
+    for (std::size_t i = part.first + 1; i < end; ++i)
     {
         const Vec3 step = points[i] - points[last];
         // The last node always stays: the line ends where the tube does.
-        if (step.Dot(step) >= limit || i + 1 == points.size())
+        if (step.Dot(step) >= limit || i + 1 == end)
         {
             last = i;
             ++count;
@@ -211,13 +283,13 @@ std::size_t CGlTubeBatch::KeepNodes(const std::vector<Vec3>& points, double limi
 void CGlTubeBatch::PlanLines(double mergeDistance)
 {
     double distance = mergeDistance;
-    const std::size_t ends = 2 * m_lines.size();
+    const std::size_t ends = 2 * m_parts.size();
     for (int doubling = 0; doubling < 32; ++doubling)
     {
         std::size_t count = 0;
-        for (const ScalarLine* line : m_lines)
+        for (const Part& part : m_parts)
         {
-            count += KeepNodes(line->points, distance * distance, nullptr);
+            count += KeepNodes(part, distance * distance, nullptr);
         }
         if (count <= std::max(kLineNodes, ends))
         {
@@ -227,11 +299,11 @@ void CGlTubeBatch::PlanLines(double mergeDistance)
     }
     for (Chunk& chunk : m_chunks)
     {
-        for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
+        for (std::size_t p = chunk.firstPart; p < chunk.endPart; ++p)
         {
             const std::size_t first = chunk.keptNodes.size();
             chunk.lineFirsts.push_back(static_cast<GLint>(first));
-            KeepNodes(m_lines[t]->points, distance * distance, &chunk.keptNodes);
+            KeepNodes(m_parts[p], distance * distance, &chunk.keptNodes);
             chunk.lineCounts.push_back(static_cast<GLsizei>(chunk.keptNodes.size() - first));
         }
     }
@@ -257,6 +329,17 @@ std::size_t CGlTubeBatch::LineNodeCount() const
     return nodes;
 }
 
+double CGlTubeBatch::BuiltFraction() const
+{
+    return m_totalVertices > 0 ? static_cast<double>(m_madeVertices) / static_cast<double>(m_totalVertices) : 1.0;
+}
+
+std::size_t CGlTubeBatch::LinesDone(const Chunk& chunk) const
+{
+    const Part& last = m_parts[chunk.endPart - 1];
+    return IsLinesLast(last) ? last.line + 1 : last.line;
+}
+
 bool CGlTubeBatch::NodeColour(std::size_t line, std::size_t node, unsigned char* rgba) const
 {
     if (line >= m_lines.size() || node >= m_lines[line]->values.size() || !m_colouring)
@@ -268,10 +351,18 @@ bool CGlTubeBatch::NodeColour(std::size_t line, std::size_t node, unsigned char*
     return true;
 }
 
+void CGlTubeBatch::MarkColoursChanged()
+{
+    for (Chunk& chunk : m_chunks)
+    {
+        chunk.coloured = false;
+    }
+}
+
 void CGlTubeBatch::MakeIndices()
 {
     const std::uint32_t slices = static_cast<std::uint32_t>(m_slices);
-    const std::size_t run = std::min<std::size_t>(m_longest, kRunNodes);
+    const std::size_t run = m_longest;
     std::vector<std::uint32_t> indices;
     indices.reserve((run - 1) * (2 * slices + 3));
     // The triangles a single tube's strips make, in the same turn (ring i + 1
@@ -326,52 +417,78 @@ void CGlTubeBatch::MakeArray(GLuint& vertexArray, GLuint& geometry, GLuint& colo
     glBindVertexArray(0);
 }
 
-void CGlTubeBatch::Generate(Chunk& chunk, std::vector<float>& staging)
+void CGlTubeBatch::Generate(Chunk& chunk)
 {
-    // Every float is written (a line whose tube is refused keeps zeros from
+    // Every float is written (a part whose tube is refused keeps values from
     // an earlier chunk's, harmless: it is drawn from its own block only).
-    staging.resize(kFloats * chunk.vertices);
-    std::atomic<std::size_t> next{chunk.firstLine};
+    m_staging.resize(kFloats * chunk.vertices);
+    // A task is a line's parts in the chunk, made in order; only the first
+    // task may continue a line from the chunk before, and only the last
+    // leave one to the next.
+    std::vector<std::size_t> tasks;
+    for (std::size_t p = chunk.firstPart; p < chunk.endPart; ++p)
+    {
+        if (p == chunk.firstPart || m_parts[p].line != m_parts[p - 1].line)
+        {
+            tasks.push_back(p);
+        }
+    }
+    tasks.push_back(chunk.endPart);
+    const std::vector<double> incoming = std::move(m_carry);
+    std::vector<double> outgoing;
+    std::atomic<std::size_t> next{0};
     const auto work = [&]() {
         Scratch scratch;
-        for (std::size_t t = next++; t < chunk.endLine; t = next++)
+        std::vector<double> carry;
+        for (std::size_t task = next++; task + 1 < tasks.size(); task = next++)
         {
-            float* block = staging.data() + kFloats * static_cast<std::size_t>(chunk.blocks[t - chunk.firstLine]);
-            MakeTube(*m_lines[t], *m_tubes[t], m_slices, m_radius, block, scratch);
+            carry = task == 0 ? incoming : std::vector<double>();
+            for (std::size_t p = tasks[task]; p < tasks[task + 1]; ++p)
+            {
+                const Part& part = m_parts[p];
+                float* block = m_staging.data() + kFloats * static_cast<std::size_t>(chunk.blocks[p - chunk.firstPart]);
+                MakePart(*m_lines[part.line], PartNodes{part.first, part.first + part.nodes - 1}, *m_tubes[part.line],
+                         m_slices, m_radius, block, carry, scratch);
+            }
+            if (tasks[task + 1] == chunk.endPart && !IsLinesLast(m_parts[chunk.endPart - 1]))
+            {
+                outgoing = std::move(carry);
+            }
         }
     };
-    const std::size_t lines = chunk.endLine - chunk.firstLine;
-    RunOnThreads(static_cast<unsigned>(std::min<std::size_t>(Workers(), lines)), work);
+    RunOnThreads(static_cast<unsigned>(std::min<std::size_t>(Workers(), tasks.size() - 1)), work);
+    m_carry = std::move(outgoing);
     glBindBuffer(GL_ARRAY_BUFFER, chunk.geometry);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(staging.size() * sizeof(float)), staging.data(),
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(m_staging.size() * sizeof(float)), m_staging.data(),
                  GL_STATIC_DRAW);
     ++m_uploads;
 }
 
-void CGlTubeBatch::UploadLines(Chunk& chunk, std::vector<float>& staging) const
+void CGlTubeBatch::UploadLines(Chunk& chunk)
 {
+    std::vector<float>& staging = m_staging;
     staging.clear();
-    for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
+    for (std::size_t p = chunk.firstPart; p < chunk.endPart; ++p)
     {
-        const std::vector<Vec3>& points = m_lines[t]->points;
-        const std::size_t local = t - chunk.firstLine;
+        const std::vector<Vec3>& points = m_lines[m_parts[p].line]->points;
+        const std::size_t local = p - chunk.firstPart;
         const std::uint32_t* kept = chunk.keptNodes.data() + chunk.lineFirsts[local];
         const std::size_t count = static_cast<std::size_t>(chunk.lineCounts[local]);
         for (std::size_t k = 0; k < count; ++k)
         {
-            const Vec3& p = points[kept[k]];
+            const Vec3& p0 = points[kept[k]];
             // The tangent through the neighbours kept, one-sided at the ends.
             Vec3 tangent = points[kept[std::min(k + 1, count - 1)]] - points[kept[k > 0 ? k - 1 : 0]];
             tangent.Normalize();
-            staging.insert(staging.end(), {static_cast<float>(p.x), static_cast<float>(p.y),
-                                           static_cast<float>(p.z), static_cast<float>(tangent.x),
+            staging.insert(staging.end(), {static_cast<float>(p0.x), static_cast<float>(p0.y),
+                                           static_cast<float>(p0.z), static_cast<float>(tangent.x),
                                            static_cast<float>(tangent.y), static_cast<float>(tangent.z)});
         }
     }
     glBindBuffer(GL_ARRAY_BUFFER, chunk.lineGeometry);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(staging.size() * sizeof(float)), staging.data(),
                  GL_STATIC_DRAW);
-    // One strip a chunk, its lines parted by the restart index, where a
+    // One strip a chunk, its parts parted by the restart index, where a
     // draw a line cost a software renderer half a frame of 10^4 lines.
     std::vector<std::uint32_t> segments;
     for (std::size_t local = 0; local < chunk.lineCounts.size(); ++local)
@@ -392,7 +509,7 @@ void CGlTubeBatch::UploadLines(Chunk& chunk, std::vector<float>& staging) const
     glBindVertexArray(0);
 }
 
-void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging)
+void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging) const
 {
     const std::size_t slices = static_cast<std::size_t>(m_slices);
     std::vector<unsigned char>& vertexRgba = staging.vertices;
@@ -400,16 +517,17 @@ void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging)
     std::vector<unsigned char>& nodeRgba = staging.nodes;
     vertexRgba.resize(4 * chunk.vertices);
     lineRgba.clear();
-    for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
+    for (std::size_t p = chunk.firstPart; p < chunk.endPart; ++p)
     {
-        const std::vector<double>& values = m_lines[t]->values;
-        const std::size_t nodes = values.size();
+        const Part& part = m_parts[p];
+        const double* values = m_lines[part.line]->values.data() + part.first;
+        const std::size_t nodes = part.nodes;
         nodeRgba.resize(4 * nodes);
         if (m_colouring)
         {
-            m_colouring(values.data(), nodes, nodeRgba.data());
+            m_colouring(values, nodes, nodeRgba.data());
         }
-        unsigned char* block = vertexRgba.data() + 4 * static_cast<std::size_t>(chunk.blocks[t - chunk.firstLine]);
+        unsigned char* block = vertexRgba.data() + 4 * static_cast<std::size_t>(chunk.blocks[p - chunk.firstPart]);
         const auto paint = [&](std::size_t vertex, std::size_t node) {
             std::copy_n(&nodeRgba[4 * node], 3, block + 4 * vertex);
             block[4 * vertex + 3] = 255;
@@ -426,11 +544,11 @@ void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging)
             paint(nodes * slices + j, 0);
             paint(nodes * slices + slices + 1 + j, nodes - 1);
         }
-        const std::size_t local = t - chunk.firstLine;
+        const std::size_t local = p - chunk.firstPart;
         const std::uint32_t* kept = chunk.keptNodes.data() + chunk.lineFirsts[local];
         for (GLsizei k = 0; k < chunk.lineCounts[local]; ++k)
         {
-            const unsigned char* rgb = &nodeRgba[4 * kept[k]];
+            const unsigned char* rgb = &nodeRgba[4 * (kept[k] - part.first)];
             lineRgba.insert(lineRgba.end(), {rgb[0], rgb[1], rgb[2], 255});
         }
     }
@@ -438,33 +556,52 @@ void CGlTubeBatch::UploadColours(Chunk& chunk, ColourStaging& staging)
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertexRgba.size()), vertexRgba.data(), GL_STATIC_DRAW);
     glBindBuffer(GL_ARRAY_BUFFER, chunk.lineColours);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(lineRgba.size()), lineRgba.data(), GL_STATIC_DRAW);
-    ++m_uploads;
 }
 
-void CGlTubeBatch::Upload()
+void CGlTubeBatch::MakeChunk(Chunk& chunk)
 {
-    if (m_lines.empty())
+    MakeArray(chunk.vertexArray, chunk.geometry, chunk.colours);
+    MakeArray(chunk.lineArray, chunk.lineGeometry, chunk.lineColours);
+    Generate(chunk);
+    UploadLines(chunk);
+    chunk.coloured = false;
+}
+
+void CGlTubeBatch::Build(double budget)
+{
+    if (IsBuilt())
     {
         return;
     }
-    MakeIndices();
-    // One staging array for all chunks: a fresh one each would cost the
-    // kernel its pages again.
-    std::vector<float> staging;
-    for (Chunk& chunk : m_chunks)
+    const auto start = std::chrono::steady_clock::now();
+    if (m_ringIndices == 0)
     {
-        MakeArray(chunk.vertexArray, chunk.geometry, chunk.colours);
-        MakeArray(chunk.lineArray, chunk.lineGeometry, chunk.lineColours);
-        Generate(chunk, staging);
-        UploadLines(chunk, staging);
+        MakeIndices();
+    }
+    while (m_made < m_chunks.size())
+    {
+        Chunk& chunk = m_chunks[m_made];
+        MakeChunk(chunk);
+        m_madeVertices += chunk.vertices;
+        ++m_made;
         if (m_progress)
         {
-            m_progress(chunk.endLine, m_lines.size());
+            m_progress(LinesDone(chunk), m_lines.size());
+        }
+        const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+        if (budget > 0.0 && spent.count() >= budget)
+        {
+            break;
         }
     }
     glBindBuffer(GL_ARRAY_BUFFER, 0);
-    m_uploaded = true;
-    m_coloursChanged = true;
+    if (IsBuilt())
+    {
+        // One staging array served every chunk (a fresh one each would cost
+        // the kernel its pages again); nothing of it is needed now.
+        m_staging = std::vector<float>();
+        m_carry = std::vector<double>();
+    }
 }
 
 void CGlTubeBatch::DrawChunk(const Chunk& chunk)
@@ -474,86 +611,77 @@ void CGlTubeBatch::DrawChunk(const Chunk& chunk)
     m_draws.counts.clear();
     m_draws.offsets.clear();
     m_draws.bases.clear();
-    for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
+    for (std::size_t p = chunk.firstPart; p < chunk.endPart; ++p)
     {
-        const std::size_t nodes = m_lines[t]->points.size();
-        const GLint block = chunk.blocks[t - chunk.firstLine];
-        // A line longer than the index list is drawn in runs sharing their end rings.
-        for (std::size_t start = 0; start + 1 < nodes; start += kRunNodes - 1)
-        {
-            const std::size_t run = std::min<std::size_t>(kRunNodes, nodes - start);
-            m_draws.counts.push_back(static_cast<GLsizei>((run - 1) * segment));
-            m_draws.offsets.push_back(nullptr);
-            m_draws.bases.push_back(block + static_cast<GLint>(start * slices));
-        }
+        m_draws.counts.push_back(static_cast<GLsizei>((m_parts[p].nodes - 1) * segment));
+        m_draws.offsets.push_back(nullptr);
+        m_draws.bases.push_back(chunk.blocks[p - chunk.firstPart]);
     }
-    const GLsizei runs = static_cast<GLsizei>(m_draws.counts.size());
     glBindVertexArray(chunk.vertexArray);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_ringIndices);
-    glMultiDrawElementsBaseVertex(GL_TRIANGLES, m_draws.counts.data(), GL_UNSIGNED_INT,
-                                  m_draws.offsets.data(), runs, m_draws.bases.data());
-    m_draws.counts.assign(chunk.endLine - chunk.firstLine, m_capCount);
-    m_draws.offsets.assign(m_draws.counts.size(), nullptr);
+    glMultiDrawElementsBaseVertex(GL_TRIANGLES, m_draws.counts.data(), GL_UNSIGNED_INT, m_draws.offsets.data(),
+                                  static_cast<GLsizei>(m_draws.counts.size()), m_draws.bases.data());
+    // A part draws the discs of the line's ends it holds: both of a line in
+    // one part, in the order a single tube draws them.
+    m_draws.counts.clear();
+    m_draws.offsets.clear();
     m_draws.bases.clear();
-    for (std::size_t t = chunk.firstLine; t < chunk.endLine; ++t)
+    const GLsizei half = m_capCount / 2;
+    const void* secondCap = reinterpret_cast<const void*>(static_cast<std::size_t>(half) * sizeof(std::uint32_t));
+    for (std::size_t p = chunk.firstPart; p < chunk.endPart; ++p)
     {
-        const std::size_t nodes = m_lines[t]->points.size();
-        m_draws.bases.push_back(chunk.blocks[t - chunk.firstLine] + static_cast<GLint>(nodes * slices));
+        const Part& part = m_parts[p];
+        const bool starts = part.first == 0;
+        const bool ends = IsLinesLast(part);
+        if (!starts && !ends)
+        {
+            continue;
+        }
+        m_draws.counts.push_back(starts && ends ? m_capCount : half);
+        m_draws.offsets.push_back(starts ? nullptr : secondCap);
+        m_draws.bases.push_back(chunk.blocks[p - chunk.firstPart] + static_cast<GLint>(part.nodes * slices));
     }
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_capIndices);
-    glMultiDrawElementsBaseVertex(GL_TRIANGLES, m_draws.counts.data(), GL_UNSIGNED_INT,
-                                  m_draws.offsets.data(), static_cast<GLsizei>(m_draws.counts.size()),
-                                  m_draws.bases.data());
+    glMultiDrawElementsBaseVertex(GL_TRIANGLES, m_draws.counts.data(), GL_UNSIGNED_INT, m_draws.offsets.data(),
+                                  static_cast<GLsizei>(m_draws.counts.size()), m_draws.bases.data());
 }
 
 void CGlTubeBatch::Draw()
 {
-    if (!m_uploaded)
-    {
-        Upload();
-    }
-    if (m_chunks.empty())
-    {
-        return;
-    }
     RefillColours();
-    for (const Chunk& chunk : m_chunks)
+    for (std::size_t c = 0; c < m_made; ++c)
     {
-        DrawChunk(chunk);
+        DrawChunk(m_chunks[c]);
     }
     glBindVertexArray(0);
 }
 
 void CGlTubeBatch::DrawLines()
 {
-    if (!m_uploaded)
-    {
-        Upload();
-    }
     RefillColours();
     glEnable(GL_PRIMITIVE_RESTART);
     glPrimitiveRestartIndex(kRestart);
-    for (const Chunk& chunk : m_chunks)
+    for (std::size_t c = 0; c < m_made; ++c)
     {
-        glBindVertexArray(chunk.lineArray);
-        glDrawElements(GL_LINE_STRIP, chunk.lineIndexCount, GL_UNSIGNED_INT, nullptr);
+        glBindVertexArray(m_chunks[c].lineArray);
+        glDrawElements(GL_LINE_STRIP, m_chunks[c].lineIndexCount, GL_UNSIGNED_INT, nullptr);
     }
     glBindVertexArray(0);
 }
 
 void CGlTubeBatch::RefillColours()
 {
-    if (!m_coloursChanged)
-    {
-        return;
-    }
     ColourStaging staging;
-    for (Chunk& chunk : m_chunks)
+    for (std::size_t c = 0; c < m_made; ++c)
     {
-        UploadColours(chunk, staging);
+        if (!m_chunks[c].coloured)
+        {
+            UploadColours(m_chunks[c], staging);
+            m_chunks[c].coloured = true;
+            ++m_uploads;
+        }
     }
     glBindBuffer(GL_ARRAY_BUFFER, 0);
-    m_coloursChanged = false;
 }
 
 void CGlTubeBatch::Release()
@@ -570,6 +698,7 @@ void CGlTubeBatch::Release()
         }
         chunk.geometry = chunk.colours = chunk.lineGeometry = chunk.lineColours = chunk.lineIndices = 0;
         chunk.vertexArray = chunk.lineArray = 0;
+        chunk.coloured = false;
     }
     if (m_ringIndices != 0)
     {
@@ -577,7 +706,10 @@ void CGlTubeBatch::Release()
         glDeleteBuffers(1, &m_capIndices);
         m_ringIndices = m_capIndices = 0;
     }
-    m_uploaded = false;
+    m_made = 0;
+    m_madeVertices = 0;
+    m_staging = std::vector<float>();
+    m_carry = std::vector<double>();
 }
 
 } // namespace KesraGl

@@ -5,21 +5,35 @@
 // its own streamline (the library's generation, unchanged), copied as floats
 // into its block of a chunk's array, and the records are freed at once; the
 // chunk goes to the driver and its array is freed before the next chunk is
-// made. A chunk holds whole lines, up to about kChunkVertices vertices, and
-// its lines are generated on the host's cores, one line per task.
+// made. A chunk holds whole parts of lines, up to about kChunkVertices
+// vertices, and its lines are generated on the host's cores, one line per
+// task.
 //
-// Every line's block has the same layout, the rings node after node and then
-// the first and the last end's disc (rim and centre), as a single tube lays
-// them out, so one list of triangles, made for the longest line, draws the
-// rings of every line from its own base vertex, and a second one its discs.
-// Positions and normals are the floats a single tube uploads; the colours, a
-// node's at each of its vertices, sit in a buffer of their own, refilled on
-// their own when the legend changes.
+// A line of more than kRunNodes nodes is made in parts of at most that many,
+// which share their end nodes: each part's streamline reaches one node back
+// and two ahead and continues the ring the part before it left
+// (ContinueStreamline3D), so the parts are the whole line's tube to the last
+// bit while records exist for one part at a time. The parts of a line are
+// made one after another, in order, by the same task.
+//
+// Every part's block has the same layout, the rings node after node and then
+// the line's first and last end's disc (rim and centre; drawn only by the
+// part that holds that end), as a single tube lays them out, so one list of
+// triangles, made for the longest part, draws the rings of every part from
+// its own base vertex, and a second one its discs. Positions and normals are
+// the floats a single tube uploads; the colours, a node's at each of its
+// vertices, sit in a buffer of their own, refilled on their own when the
+// legend changes.
 //
 // For a moving view each chunk also keeps the lines themselves, with nodes
 // closer than the merge distance to the last one kept merged into it, and the
 // line's tangent in place of a normal: the mesh program shades them as the
 // side of a tube facing the viewer (CGlRenderer::DrawScene).
+//
+// The chunks are made at the first draw, all of them, or, with a build
+// budget, as many as fit in it at each draw: a window then stays responsive
+// while a large result's tubes are made, and draws the lines of the chunks
+// made so far until the last one is.
 //
 // The lines stay the caller's: they must outlive the batch, which reads their
 // points again after a context is lost and their values at each recolouring.
@@ -46,7 +60,7 @@ public:
     using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
     static constexpr std::size_t kChunkVertices = std::size_t{1} << 20;
-    // Nodes a ring index list spans; longer lines are drawn in runs of it
+    // Nodes a part holds at most; longer lines are made and drawn in parts
     // that share their end rings.
     static constexpr int kRunNodes = 4096;
     // Nodes the moving view's lines keep at most (unless every line is down
@@ -73,7 +87,17 @@ public:
     void SetColouring(Colouring colouring) { m_colouring = std::move(colouring); }
     void SetProgress(Progress progress) { m_progress = std::move(progress); }
     // The next draw refills the colour buffers.
-    void MarkColoursChanged() { m_coloursChanged = true; }
+    void MarkColoursChanged();
+    // Seconds a draw may spend making chunks before it draws what is made
+    // (at least one chunk a draw); 0, the default: all at the first draw.
+    void SetBuildBudget(double seconds) { m_budget = seconds; }
+    double BuildBudget() const { return m_budget; }
+    // Makes chunks until all are made or, budget > 0, budget seconds have
+    // passed (the context current).
+    void Build(double budget);
+    // Whether every chunk is made, and the part of the ring vertices made.
+    bool IsBuilt() const { return m_made == m_chunks.size(); }
+    double BuiltFraction() const;
     // Hidden, the renderer draws nothing of the batch; moving, it draws the
     // lines instead of the tubes.
     void SetVisible(bool visible) { m_visible = visible; }
@@ -81,10 +105,11 @@ public:
     void SetMoving(bool moving) { m_moving = moving; }
     bool IsMoving() const { return m_moving; }
 
-    // Draws the tubes with the program in use (the context current): makes
-    // and uploads them first when needed.
+    // Draws the tubes of the chunks made, with the program in use (the
+    // context current); the renderer has Build make them first.
     void Draw();
-    // Draws the moving view's lines; the program must take their tangents.
+    // Draws the moving view's lines of the chunks made; the program must
+    // take their tangents.
     void DrawLines();
     // Frees the buffers (the context must be current); the next draw makes
     // the tubes again.
@@ -92,6 +117,7 @@ public:
 
     // Lines, ring vertices (nodes times slices) and moving-view nodes planned.
     std::size_t LineCount() const { return m_lines.size(); }
+    std::size_t PartCount() const { return m_parts.size(); }
     std::size_t ChunkCount() const { return m_chunks.size(); }
     std::size_t RingVertexCount() const;
     std::size_t LineNodeCount() const;
@@ -102,15 +128,22 @@ public:
     bool NodeColour(std::size_t line, std::size_t node, unsigned char* rgba) const;
 
 private:
+    // Nodes first to first + nodes - 1 of a line.
+    struct Part
+    {
+        std::size_t line = 0;
+        std::size_t first = 0;
+        std::size_t nodes = 0;
+    };
     struct Chunk
     {
-        std::size_t firstLine = 0;
-        std::size_t endLine = 0;
+        std::size_t firstPart = 0;
+        std::size_t endPart = 0;
         std::size_t vertices = 0;
-        // First vertex of each line's block, from firstLine on.
+        // First vertex of each part's block, from firstPart on.
         std::vector<GLint> blocks;
         // The moving view: kept nodes (indices into their line) and where
-        // each line's run starts and how long it is.
+        // each part's run starts and how long it is.
         std::vector<std::uint32_t> keptNodes;
         std::vector<GLint> lineFirsts;
         std::vector<GLsizei> lineCounts;
@@ -122,6 +155,7 @@ private:
         GLuint lineColours = 0;
         GLuint lineIndices = 0;
         GLsizei lineIndexCount = 0;
+        bool coloured = false;
     };
     struct Draws
     {
@@ -129,12 +163,6 @@ private:
         std::vector<const void*> offsets;
         std::vector<GLint> bases;
     };
-
-    void PlanLines(double mergeDistance);
-    std::size_t KeepNodes(const std::vector<KesraBackend::Vec3>& points, double limit,
-                          std::vector<std::uint32_t>* kept) const;
-    void MakeIndices();
-    void Upload();
     struct ColourStaging
     {
         std::vector<unsigned char> vertices;
@@ -142,27 +170,43 @@ private:
         std::vector<unsigned char> nodes;
     };
 
-    void Generate(Chunk& chunk, std::vector<float>& staging);
-    void UploadColours(Chunk& chunk, ColourStaging& staging);
-    void UploadLines(Chunk& chunk, std::vector<float>& staging) const;
+    void PlanParts();
+    void PlanChunks();
+    void PlanLines(double mergeDistance);
+    std::size_t KeepNodes(const Part& part, double limit, std::vector<std::uint32_t>* kept) const;
+    void MakeIndices();
+    void MakeChunk(Chunk& chunk);
+    void Generate(Chunk& chunk);
+    void UploadColours(Chunk& chunk, ColourStaging& staging) const;
+    void UploadLines(Chunk& chunk);
     void RefillColours();
     void DrawChunk(const Chunk& chunk);
     void MakeArray(GLuint& vertexArray, GLuint& geometry, GLuint& colours) const;
-    std::size_t BlockVertices(std::size_t line) const;
+    std::size_t BlockVertices(const Part& part) const;
+    bool IsLinesLast(const Part& part) const;
+    std::size_t LinesDone(const Chunk& chunk) const;
 
     std::vector<const KesraBackend::ScalarLine*> m_lines;
     std::vector<CGlStreamline*> m_tubes;
+    std::vector<Part> m_parts;
     std::vector<Chunk> m_chunks;
     int m_slices = 0;
     double m_radius = 0.0;
     unsigned m_workers = 0;
+    double m_budget = 0.0;
     Colouring m_colouring;
     Progress m_progress;
-    bool m_uploaded = false;
     bool m_visible = true;
     bool m_moving = false;
-    bool m_coloursChanged = true;
     int m_uploads = 0;
+    // Chunks made, in order, and the arrays they are staged in meanwhile.
+    std::size_t m_made = 0;
+    std::size_t m_madeVertices = 0;
+    std::size_t m_totalVertices = 0;
+    std::vector<float> m_staging;
+    // The ring (x, y, z doubles) a line's next part continues, when the part
+    // before it ended a chunk.
+    std::vector<double> m_carry;
     std::size_t m_longest = 0;
     GLuint m_ringIndices = 0;
     GLuint m_capIndices = 0;

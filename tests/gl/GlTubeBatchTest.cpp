@@ -273,4 +273,88 @@ TEST_F(GlTubeBatchTest, MovingLinesMergeNodesKeepTheEndsAndFitTheBudget)
     EXPECT_TRUE(Frame() == still);
 }
 
+TEST_F(GlTubeBatchTest, ALineLongerThanAChunkIsMadeInPartsAsOneTube)
+{
+    // Node records exist for one part at a time; the parts continue each
+    // other's rings, so the pixels are the single tube's (a seam would twist
+    // or crease the tube). The line crosses chunks, and so does a part's ring.
+    const int nodes = static_cast<int>(CGlTubeBatch::kChunkVertices / kSlices) + 3 * CGlTubeBatch::kRunNodes;
+    lines.push_back(Wave(nodes, -1.6, 1.6, -0.2, 0.3));
+    lines.push_back(Wave(40, -1.5, 1.5, 1.0));
+    const std::vector<unsigned char> single = SingleTubes(0.05);
+    CGlTubeBatch batch;
+    ASSERT_TRUE(Plan(batch, 0.05));
+    EXPECT_GE(batch.ChunkCount(), 2u);
+    const std::size_t parts = (static_cast<std::size_t>(nodes) - 2) / (CGlTubeBatch::kRunNodes - 1) + 1;
+    EXPECT_EQ(batch.PartCount(), parts + 1);
+    EXPECT_EQ(batch.RingVertexCount(), static_cast<std::size_t>(nodes + 40) * kSlices);
+    gl.renderer.AddTubeBatch(&batch);
+    batch.SetWorkers(2);
+    EXPECT_TRUE(Frame() == single);
+    EXPECT_FALSE(tubes[0]->IsCreate());
+    // Both ends keep their discs: seen end-on, a disc covers the tube's inside.
+    unsigned char rgba[4];
+    ASSERT_TRUE(batch.NodeColour(0, static_cast<std::size_t>(nodes) - 1, rgba));
+}
+
+TEST_F(GlTubeBatchTest, ABudgetMakesChunksFrameByFrameShowingTheirLinesMeanwhile)
+{
+    const std::size_t perLine = 3000;
+    while (lines.size() * perLine * kSlices < 2 * CGlTubeBatch::kChunkVertices + perLine * kSlices)
+    {
+        const double y = -1.45 + 0.032 * static_cast<double>(lines.size());
+        lines.push_back(Wave(static_cast<int>(perLine), -1.5, 1.5, y, 0.015));
+    }
+    CGlTubeBatch whole;
+    ASSERT_TRUE(Plan(whole, 0.02));
+    gl.renderer.AddTubeBatch(&whole);
+    const std::vector<unsigned char> tubesAtOnce = Frame();
+    whole.SetMoving(true);
+    const std::vector<unsigned char> allLines = Frame();
+    whole.Release();
+    gl.renderer.ClearTubeBatches();
+
+    CGlTubeBatch batch;
+    ASSERT_TRUE(Plan(batch, 0.02));
+    const std::size_t chunks = batch.ChunkCount();
+    ASSERT_GE(chunks, 3u);
+    std::vector<std::size_t> reported;
+    batch.SetProgress([&](std::size_t done, std::size_t total) {
+        EXPECT_EQ(total, lines.size());
+        reported.push_back(done);
+    });
+    // Any budget is spent after at least one chunk: one a frame.
+    batch.SetBuildBudget(1e-9);
+    gl.renderer.AddTubeBatch(&batch);
+    std::vector<double> fractions;
+    std::vector<unsigned char> frame;
+    while (!batch.IsBuilt())
+    {
+        frame = Frame();
+        fractions.push_back(batch.BuiltFraction());
+        if (!batch.IsBuilt())
+        {
+            // The lines of the chunks made so far, fewer than all of them.
+            EXPECT_FALSE(frame == allLines);
+            EXPECT_FALSE(frame == tubesAtOnce);
+        }
+    }
+    EXPECT_EQ(fractions.size(), chunks);
+    EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
+    EXPECT_EQ(fractions.back(), 1.0);
+    ASSERT_EQ(reported.size(), chunks);
+    EXPECT_TRUE(std::is_sorted(reported.begin(), reported.end()));
+    EXPECT_EQ(reported.back(), lines.size());
+    // The frame that makes the last chunk draws the tubes, every one.
+    EXPECT_TRUE(frame == tubesAtOnce);
+
+    // A context lost half way makes the chunks again from the first.
+    batch.Release();
+    EXPECT_EQ(batch.BuiltFraction(), 0.0);
+    Frame();
+    EXPECT_FALSE(batch.IsBuilt());
+    batch.SetBuildBudget(0.0);
+    EXPECT_TRUE(Frame() == tubesAtOnce);
+}
+
 } // namespace
