@@ -179,9 +179,6 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
     KesraGl::CGlSceneInput input(scene);
     ApplyOptions(options, scene, input);
     ReportTubeProgress(scene);
-    // A large result's tubes are made a tenth of a second a frame, so that
-    // the window answers between frames and shows how far they are.
-    scene.SetBuildBudget(0.1);
     input.SetSnapshotAction([&scene]() {
         const std::string path = "kesra-viewer-" + std::to_string(++g_host.snapshots) + ".png";
         if (WriteSnapshot(scene, path))
@@ -202,6 +199,9 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
     glutPassiveMotionFunc(OnMotion);
     glutKeyboardFunc(OnKey);
     glutCloseFunc(OnClose);
+    // A large result's tubes are made a tenth of a second a frame, so that
+    // the window answers between frames and shows how far they are.
+    scene.SetBuildBudget(0.1);
     glutMainLoop();
     g_host = WindowHost{};
     return 0;
