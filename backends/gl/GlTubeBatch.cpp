@@ -231,13 +231,16 @@ void CGlTubeBatch::PlanChunks()
 {
     m_chunks.clear();
     m_totalVertices = 0;
+    m_totalNodes = 0;
     Chunk chunk;
     for (std::size_t p = 0; p < m_parts.size(); ++p)
     {
-        const std::size_t block = BlockVertices(m_parts[p]);
+        const Part& part = m_parts[p];
+        const std::size_t block = BlockVertices(part);
         if (chunk.vertices > 0 && chunk.vertices + block > kChunkVertices)
         {
             chunk.endPart = p;
+            chunk.nodesThrough = m_totalNodes;
             m_chunks.push_back(std::move(chunk));
             chunk = Chunk();
             chunk.firstPart = p;
@@ -245,10 +248,13 @@ void CGlTubeBatch::PlanChunks()
         chunk.blocks.push_back(static_cast<GLint>(chunk.vertices));
         chunk.vertices += block;
         m_totalVertices += block;
+        // A later part's first node is the part before it's last.
+        m_totalNodes += part.first > 0 ? part.nodes - 1 : part.nodes;
     }
     if (chunk.vertices > 0)
     {
         chunk.endPart = m_parts.size();
+        chunk.nodesThrough = m_totalNodes;
         m_chunks.push_back(std::move(chunk));
     }
 }
@@ -332,12 +338,6 @@ std::size_t CGlTubeBatch::LineNodeCount() const
 double CGlTubeBatch::BuiltFraction() const
 {
     return m_totalVertices > 0 ? static_cast<double>(m_madeVertices) / static_cast<double>(m_totalVertices) : 1.0;
-}
-
-std::size_t CGlTubeBatch::LinesDone(const Chunk& chunk) const
-{
-    const Part& last = m_parts[chunk.endPart - 1];
-    return IsLinesLast(last) ? last.line + 1 : last.line;
 }
 
 bool CGlTubeBatch::NodeColour(std::size_t line, std::size_t node, unsigned char* rgba) const
@@ -584,12 +584,9 @@ void CGlTubeBatch::Build(double budget)
         MakeChunk(chunk);
         m_madeVertices += chunk.vertices;
         ++m_made;
-        if (m_progress)
-        {
-            m_progress(LinesDone(chunk), m_lines.size());
-        }
+        const bool goOn = !m_progress || m_progress(chunk.nodesThrough, m_totalNodes);
         const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
-        if (budget > 0.0 && spent.count() >= budget)
+        if (!goOn || (budget > 0.0 && spent.count() >= budget))
         {
             break;
         }

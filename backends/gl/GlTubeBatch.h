@@ -56,8 +56,10 @@ class CGlTubeBatch
 public:
     // Colours of count values, four bytes RGBA each.
     using Colouring = std::function<void(const double* values, std::size_t count, unsigned char* rgba)>;
-    // Lines made so far of all the lines, after each chunk.
-    using Progress = std::function<void(std::size_t done, std::size_t total)>;
+    // Nodes made so far of all the lines' nodes, after each chunk; false
+    // stops making chunks for now (a host that is told to quit), and the
+    // next Build goes on from there.
+    using Progress = std::function<bool(std::size_t done, std::size_t total)>;
 
     static constexpr std::size_t kChunkVertices = std::size_t{1} << 20;
     // Nodes a part holds at most; longer lines are made and drawn in parts
@@ -140,6 +142,8 @@ private:
         std::size_t firstPart = 0;
         std::size_t endPart = 0;
         std::size_t vertices = 0;
+        // Line nodes made once the chunk is, over all chunks up to this one.
+        std::size_t nodesThrough = 0;
         // First vertex of each part's block, from firstPart on.
         std::vector<GLint> blocks;
         // The moving view: kept nodes (indices into their line) and where
@@ -184,7 +188,6 @@ private:
     void MakeArray(GLuint& vertexArray, GLuint& geometry, GLuint& colours) const;
     std::size_t BlockVertices(const Part& part) const;
     bool IsLinesLast(const Part& part) const;
-    std::size_t LinesDone(const Chunk& chunk) const;
 
     std::vector<const KesraBackend::ScalarLine*> m_lines;
     std::vector<CGlStreamline*> m_tubes;
@@ -203,6 +206,7 @@ private:
     std::size_t m_made = 0;
     std::size_t m_madeVertices = 0;
     std::size_t m_totalVertices = 0;
+    std::size_t m_totalNodes = 0;
     std::vector<float> m_staging;
     // The ring (x, y, z doubles) a line's next part continues, when the part
     // before it ended a chunk.

@@ -7,7 +7,7 @@ through the box; the steps are long against the suggested tube radius, so the
 line preparation keeps every node, and the scalar is the height plus the
 line's number, so colours vary along and across the lines.
 
-    make_lines.py OUT LINES NODES
+    make_lines.py OUT LINES NODES [TURNS]
 """
 import math
 import struct
@@ -23,7 +23,9 @@ def big_endian(kind, values):
     return data.tobytes()
 
 
-def write(path, lines, nodes):
+def write(path, lines, nodes, turns=3.0):
+    """turns: of each helix; a single long line keeps the 1000-node lines'
+    step with 3 turns a 1000 nodes."""
     n = lines * nodes
     side = max(1, int(math.ceil(math.sqrt(lines))))
     with open(path, "wb") as out:
@@ -34,7 +36,7 @@ def write(path, lines, nodes):
             phase = 2.0 * math.pi * (line // side) / side
             xyz = []
             for k in range(nodes):
-                turn = phase + k * (6.0 * math.pi / nodes)
+                turn = phase + k * (2.0 * math.pi * turns / nodes)
                 xyz += (radius * math.cos(turn), radius * math.sin(turn), -5.0 + 10.0 * k / nodes)
             out.write(big_endian("f", xyz))
         out.write(b"\nLINES %d %d\n" % (lines, lines * (nodes + 1)))
@@ -47,6 +49,6 @@ def write(path, lines, nodes):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 4:
+    if len(sys.argv) not in (4, 5):
         sys.exit(__doc__)
-    write(sys.argv[1], int(sys.argv[2]), int(sys.argv[3]))
+    write(sys.argv[1], int(sys.argv[2]), int(sys.argv[3]), float(sys.argv[4]) if len(sys.argv) == 5 else 3.0)

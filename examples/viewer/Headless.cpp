@@ -62,8 +62,9 @@ void ReportTubeProgress(KesraGl::CGlScene& scene)
         if (tenth > *tenths || done == total)
         {
             *tenths = tenth;
-            std::fprintf(stderr, "kesra-viewer: tubes %zu%% (%zu of %zu lines)\n", 100 * done / total, done, total);
+            std::fprintf(stderr, "kesra-viewer: tubes %zu%% (%zu of %zu nodes)\n", 100 * done / total, done, total);
         }
+        return true;
     });
 }
 
