@@ -532,8 +532,9 @@ void CGlScene::DrawBuildProgress(CGlRenderer& renderer) const
     const float width = std::min(320.0f, static_cast<float>(renderer.GetWidth()) - 20.0f);
     const float textHeight = static_cast<float>(canvas.Ascender(style));
     const float height = textHeight + 34.0f;
+    // Under the title, where neither the ruler nor the triad is.
     const float left = 0.5f * (static_cast<float>(renderer.GetWidth()) - width);
-    const float bottom = 16.0f;
+    const float bottom = static_cast<float>(renderer.GetHeight() - kTitleBand) - height;
     const Color ink = {20, 24, 32, 255};
     canvas.Rect(left, bottom, left + width, bottom + height, {255, 255, 255, 230});
     canvas.Frame(left, bottom, left + width, bottom + height, 1.0f, ink);
