@@ -3,8 +3,8 @@
 (lines of 1000 nodes), then measures for each the open to a 64x64 snapshot
 (wall time and peak resident memory, medians of several runs, and the same
 on one core for the tube generation's speed-up), and the frames at 1200x800
-of the tubes at rest and of the moving view (--bench-frames). Prints a
-Markdown table.
+of the tubes at rest and of the moving view (--bench-frames); then the open
+of single lines of 10^6 and 10^7 nodes. Prints Markdown tables.
 
     run_scale.py VIEWER WORKDIR [--sizes 5,6,7] [--runs 3]
 """
@@ -112,6 +112,19 @@ def main():
               "%(bytes).0f | %(speedup)s | %(rest).0f ms | %(moving).0f ms (%(line_nodes)d) |" % r)
     print("\nA node's figures are beyond the baseline's (open %.2f s, CPU %.2f s, peak %.0f MB)."
           % (base_seconds, base_cpu, base_mb))
+
+    # One line of all the nodes, with the 1000-node lines' step: made in
+    # parts, it must cost what the many lines do.
+    print("\n| One line of | Open | Peak | Bytes a node |")
+    print("|---|---:|---:|---:|")
+    for power in [int(p) for p in args.sizes.split(",") if int(p) >= 6]:
+        nodes = 10 ** power
+        path = os.path.join(args.workdir, "single-1e%d.vtk" % power)
+        if not os.path.exists(path):
+            make_lines.write(path, 1, nodes, 3.0 * nodes / 1000)
+        seconds, mb, _, _ = open_run(args.viewer, path, snapshot, args.runs if power < 7 else 1)
+        print("| 10^%d nodes | %.2f s | %.0f MB | %.0f |" % (power, seconds, mb, (mb - base_mb) * 1048576.0 / nodes),
+              flush=True)
     return 0
 
 
