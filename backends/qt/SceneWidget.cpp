@@ -116,6 +116,9 @@ void CSceneWidget::MakeScene(KesraBackend::SceneData data)
     const int width = std::max(Pixels(this->width()), 1);
     const int height = std::max(Pixels(this->height()), 1);
     m_scene = std::make_unique<KesraGl::CGlScene>(*m_surface, std::move(data), width, height);
+    // A large result's tubes are made a tenth of a second a paint, so that
+    // the application answers meanwhile; a snapshot still waits for all.
+    m_scene->SetBuildBudget(0.1);
     m_input = std::make_unique<KesraGl::CGlSceneInput>(*m_scene);
     m_observer = std::make_unique<CViewObserver>(*this);
     m_scene->Camera().RegisterEventHandler(m_observer.get());
@@ -220,8 +223,9 @@ void CSceneWidget::paintGL()
     m_surface->SetPainting(true);
     m_scene->Render();
     m_surface->SetPainting(false);
-    // A smooth turn advances a step a frame.
-    if (m_scene->IsAnimating())
+    // A smooth turn advances a step a frame, and tubes still to be made a
+    // chunk or more.
+    if (m_scene->IsAnimating() || m_scene->IsBuilding())
     {
         update();
     }

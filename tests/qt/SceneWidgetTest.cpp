@@ -13,6 +13,7 @@
 #include <QTabWidget>
 #include <QWheelEvent>
 
+#include <cmath>
 #include <memory>
 
 using KesraQt::CSceneWidget;
@@ -70,6 +71,7 @@ private Q_SLOTS:
     void survivesHidingAndANewContext();
     void keysReachTheLegendAndTheApplicationKeepsItsOwn();
     void refusedSettingsChangeNothing();
+    void makesALargeResultsTubesPaintByPaint();
 };
 
 void SceneWidgetTest::drawsTheSceneAsTheHeadlessHostDoes()
@@ -274,6 +276,37 @@ void SceneWidgetTest::refusedSettingsChangeNothing()
     view->resetValueRange();
     QCOMPARE(legendChanged.count(), 2);
     QCOMPARE(DifferentPixels(view->snapshot(), before), 0);
+}
+
+void SceneWidgetTest::makesALargeResultsTubesPaintByPaint()
+{
+    // Enough nodes for several chunks of tubes.
+    KesraBackend::SceneData data;
+    for (int line = 0; line < 120; ++line)
+    {
+        KesraBackend::ScalarLine scalarLine;
+        for (int node = 0; node < 4000; ++node)
+        {
+            const double s = node / 4000.0;
+            scalarLine.points.emplace_back(s, 0.01 * line, 0.02 * std::sin(20.0 * s));
+            scalarLine.values.push_back(s);
+        }
+        data.lines.push_back(std::move(scalarLine));
+    }
+    CSceneWidget view;
+    view.resize(kWidth, kHeight);
+    view.setStreamlines(data);
+    // One chunk a paint, whatever the machine's speed.
+    view.scene().SetBuildBudget(1e-9);
+    QSignalSpy frames(&view, &QOpenGLWidget::frameSwapped);
+    QVERIFY(KesraQtTest::ShowAndWait(view));
+    const std::size_t chunks = view.scene().TubeBatch().ChunkCount();
+    QVERIFY(chunks >= 3);
+    // The widget asks for the next paint itself until the last chunk is made.
+    QTRY_VERIFY_WITH_TIMEOUT(!view.scene().IsBuilding(), 60000);
+    QVERIFY(static_cast<std::size_t>(frames.count()) >= chunks);
+    // The last paint drew every tube, as a snapshot does.
+    QTRY_COMPARE(DifferentPixels(view.grabFramebuffer(), view.snapshot()), 0);
 }
 
 QTEST_MAIN(SceneWidgetTest)
