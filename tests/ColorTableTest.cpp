@@ -7,6 +7,7 @@
 // negative, denormal and degenerate; and tables that must not outlive the
 // setting they were built for, whether the setting changed through a setter,
 // a field written by a derived class, or a copy.
+#include "support/ColourAnswers.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
@@ -44,20 +45,11 @@ public:
     void SetBlocksField(int blocks) { m_blockNum = blocks; }
 };
 
-struct Answer
+// The single query's colour alone (the code left out), as the search for
+// its changes compares it.
+std::uint32_t SingleColour(const CKesraScalarBar& bar, double value, bool byValue)
 {
-    std::uint32_t rgba;
-    int code;
-};
-
-Answer SingleAnswer(const CKesraScalarBar& bar, double value, bool byValue)
-{
-    unsigned char rgba[4] = {0, 0, 0, 255};
-    const int code = byValue ? bar.GetOpenGLColorByValue(rgba[0], rgba[1], rgba[2], value)
-                             : bar.GetOpenGLColor(rgba[0], rgba[1], rgba[2], value);
-    std::uint32_t packed = 0;
-    std::memcpy(&packed, rgba, sizeof packed);
-    return {packed, code};
+    return static_cast<std::uint32_t>(KesraTest::SingleAnswer(bar, value, byValue));
 }
 
 // Runs both batches over values, repeated to a batch long enough for the
@@ -70,34 +62,8 @@ void ExpectBatchesMatch(const CKesraScalarBar& bar, const std::vector<double>& g
     {
         values.insert(values.end(), given.begin(), given.end());
     }
-    for (const bool byValue : {false, true})
-    {
-        std::vector<unsigned char> rgba(4 * values.size(), 0);
-        std::vector<signed char> codes(values.size(), 9);
-        if (byValue)
-        {
-            bar.GetOpenGLColorsByValue(values.data(), values.size(), rgba.data(), codes.data());
-        }
-        else
-        {
-            bar.GetOpenGLColors(values.data(), values.size(), rgba.data(), codes.data());
-        }
-        int reported = 0;
-        for (std::size_t k = 0; k < values.size() && reported < 5; ++k)
-        {
-            const Answer single = SingleAnswer(bar, values[k], byValue);
-            std::uint32_t batch = 0;
-            std::memcpy(&batch, &rgba[4 * k], sizeof batch);
-            if (batch != single.rgba || codes[k] != single.code)
-            {
-                ++reported;
-                ADD_FAILURE() << "value " << values[k] << " (by value: " << byValue
-                              << "): batch " << std::hex << batch << " code " << std::dec
-                              << int(codes[k]) << ", single " << std::hex << single.rgba
-                              << " code " << std::dec << single.code;
-            }
-        }
-    }
+    EXPECT_EQ(0, KesraTest::BatchMismatches(bar, values, false));
+    EXPECT_EQ(0, KesraTest::BatchMismatches(bar, values, true));
 }
 
 // ---- The test's own search for the single query's colour changes ----------------
@@ -134,7 +100,7 @@ void Bisect(const CKesraScalarBar& bar, bool byValue, std::int64_t a, std::int64
         return;
     }
     const auto middle = static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + apart / 2);
-    const std::uint32_t cm = SingleAnswer(bar, FromOrder(middle), byValue).rgba;
+    const std::uint32_t cm = SingleColour(bar, FromOrder(middle), byValue);
     Bisect(bar, byValue, a, middle, ca, cm, found);
     Bisect(bar, byValue, middle, b, cm, cb, found);
 }
@@ -165,7 +131,7 @@ std::vector<double> ColorChanges(const CKesraScalarBar& bar, bool byValue, doubl
             continue;
         }
         Bisect(bar, byValue, Order(grid[k - 1]), Order(grid[k]),
-               SingleAnswer(bar, grid[k - 1], byValue).rgba, SingleAnswer(bar, grid[k], byValue).rgba,
+               SingleColour(bar, grid[k - 1], byValue), SingleColour(bar, grid[k], byValue),
                found);
     }
     return found;

@@ -3,6 +3,7 @@
 // combination of palette (five-stop and many-stop), inverse, banded, fill all
 // range, single colour, log scale and the NaN, below and above colours, on
 // ranges whose block edges are ordinary, empty, or not even ordered.
+#include "support/ColourAnswers.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
@@ -78,51 +79,6 @@ double RandomValue(std::mt19937_64& random, const Range& range)
     return range.minimum + u * (range.maximum - range.minimum);
 }
 
-// Single and batch answers as one number each: red, green, blue, alpha and
-// the result code.
-std::uint64_t SingleAnswer(const CKesraScalarBar& bar, double value, bool byValue)
-{
-    unsigned char rgb[3] = {7, 7, 7};
-    const int code = byValue ? bar.GetOpenGLColorByValue(rgb[0], rgb[1], rgb[2], value)
-                             : bar.GetOpenGLColor(rgb[0], rgb[1], rgb[2], value);
-    return rgb[0] | rgb[1] << 8 | rgb[2] << 16 | std::uint64_t{255} << 24 |
-           static_cast<std::uint64_t>(static_cast<unsigned char>(code)) << 32;
-}
-
-std::uint64_t BatchAnswer(const unsigned char* rgba, signed char code)
-{
-    return rgba[0] | rgba[1] << 8 | rgba[2] << 16 | std::uint64_t{rgba[3]} << 24 |
-           static_cast<std::uint64_t>(static_cast<unsigned char>(code)) << 32;
-}
-
-// Number of values whose batch answer differs from the single one.
-int Mismatches(const CKesraScalarBar& bar, const std::vector<double>& values, bool byValue)
-{
-    std::vector<unsigned char> rgba(4 * values.size(), 7);
-    std::vector<signed char> codes(values.size(), 7);
-    if (byValue)
-    {
-        bar.GetOpenGLColorsByValue(values.data(), values.size(), rgba.data(), codes.data());
-    }
-    else
-    {
-        bar.GetOpenGLColors(values.data(), values.size(), rgba.data(), codes.data());
-    }
-    int mismatches = 0;
-    for (std::size_t k = 0; k < values.size(); ++k)
-    {
-        if (BatchAnswer(&rgba[4 * k], codes[k]) != SingleAnswer(bar, values[k], byValue))
-        {
-            ADD_FAILURE_AT(__FILE__, __LINE__) << "value " << values[k] << (byValue ? " by value" : "");
-            if (++mismatches == 5)
-            {
-                break;
-            }
-        }
-    }
-    return mismatches;
-}
-
 TEST(ScalarBarBatchTest, EqualsSingleQueryForEverySettingAndValue)
 {
     constexpr int kValues = 1000000;
@@ -163,7 +119,8 @@ TEST(ScalarBarBatchTest, EqualsSingleQueryForEverySettingAndValue)
         {
             values.push_back(RandomValue(random, range));
         }
-        const int wrong = Mismatches(bar, values, false) + Mismatches(bar, values, true);
+        const int wrong =
+            KesraTest::BatchMismatches(bar, values, false) + KesraTest::BatchMismatches(bar, values, true);
         failing += wrong != 0 ? 1 : 0;
         EXPECT_EQ(0, wrong) << "range " << range.minimum << " to " << range.maximum
                             << ", palette " << palette << ", switches " << switches
@@ -195,7 +152,7 @@ TEST(ScalarBarBatchTest, BlockNumbersBeyondTheSettersLimitsEqualSingleQuery)
         {
             values.push_back(-1.2 + 0.011 * k);
         }
-        EXPECT_EQ(0, Mismatches(bar, values, false)) << blocks << " blocks";
+        EXPECT_EQ(0, KesraTest::BatchMismatches(bar, values, false)) << blocks << " blocks";
     }
 }
 
