@@ -98,7 +98,9 @@ const auto* const kReport = ::testing::AddGlobalTestEnvironment(new FaultPointRe
 TEST(AllocationFailureTest, CameraRegistrationReportsAndKeepsTheList)
 {
     NullHandler handlers[10];
-    TestCamera camera(640, 480);
+    // Its state holds the handler list in order: a failed registration that
+    // leaves a handler behind, or reorders the list, is seen.
+    FullCamera camera(640, 480);
     camera.SetName(kLong);
     long points = 0;
     // Lists of every length up to 9, so that registration grows the list at
@@ -153,7 +155,8 @@ TEST(AllocationFailureTest, TipInsertionAndTextsReportAndKeepTheTips)
     const double a[3] = {1, 2, 3};
     const double b[3] = {4, 5, 6};
     long points = 0;
-    for (int i = 0; i < 6; ++i)
+    // Nine insertions pass through several growths of the list.
+    for (int i = 0; i < 9; ++i)
     {
         points += FailEachAllocationWithText(
             manager, OnFailure::Reports, kLong, [&a, &b](ProbedTipManager& m, std::string&& text) {
@@ -165,8 +168,11 @@ TEST(AllocationFailureTest, TipInsertionAndTextsReportAndKeepTheTips)
             });
         ASSERT_EQ(manager.InsertTip(kLong, a, b), i);
     }
+    // A colour of its own, so that an assignment that takes the colours
+    // before its copy has succeeded is seen.
     ProbedTipManager target;
     target.InsertTip(kLonger, b, a);
+    target.SetTextColor(9, 9, 9);
     points += FailEachCopyAllocation(manager, target);
 
     CKesraTip tip;

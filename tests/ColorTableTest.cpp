@@ -2,11 +2,11 @@
 // code: every value at which the single query's colour changes, found here
 // by a scan and bisection of our own, with its neighbours an ulp either
 // side, for every palette, with and without the NaN, below and above
-// colours and the log scale; a million seeded values; the special doubles;
-// ranges tiny, huge,
+// colours and the log scale; the special doubles; ranges tiny, huge,
 // negative, denormal and degenerate; and tables that must not outlive the
 // setting they were built for, whether the setting changed through a setter,
-// a field written by a derived class, or a copy.
+// a field written by a derived class, or a copy. The million seeded values
+// are in ScalarBarBatchTest.cpp.
 #include "support/ColourAnswers.h"
 #include "support/TestDoubles.h"
 
@@ -19,7 +19,6 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
-#include <random>
 #include <tuple>
 #include <vector>
 
@@ -242,29 +241,6 @@ TEST_P(EveryChange, BatchesMatchTheSingleQueryAtEveryChangeOfColourAndAroundIt)
 INSTANTIATE_TEST_SUITE_P(PalettesAndOptions, EveryChange,
                          testing::Combine(testing::Range(0, kPaletteCount),
                                           testing::Values(kNoOptions, kRangeColours, kLogScale)));
-
-TEST(ColorTable, AMillionSeededValuesMatchSmoothAndBandedOnEveryPalette)
-{
-    std::mt19937_64 random(20);
-    std::uniform_real_distribution<double> spread(-2.5, 12.5);
-    std::vector<double> values(1000000);
-    for (double& value : values)
-    {
-        value = spread(random);
-    }
-    for (int palette = 0; palette < kPaletteCount; ++palette)
-    {
-        CKesraScalarBar bar;
-        (bar.*kPalettes[palette])();
-        bar.SetValueRange(-2.0, 12.0, true, true);
-        bar.SetInverse(palette % 2);
-        bar.SetBanded(1);
-        bar.SetBlockNum(palette == 0 ? 30 : 8);
-        // The last palettes also with the range colours and on the log scale.
-        SetOptions(bar, palette < 4 ? kNoOptions : palette % 2 == 0 ? kRangeColours : kLogScale);
-        ExpectBatchesMatch(bar, values);
-    }
-}
 
 // ---- Tables that must not outlive their setting ---------------------------------
 

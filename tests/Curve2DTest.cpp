@@ -129,6 +129,7 @@ TEST(Curve2DTest, RefusalsClearTheOutputFirstAndChangeNothing)
         EXPECT_TRUE(refusesAndClears([&](bool& c) { return curve.SetNodeX(index, 50, c); }));
         EXPECT_TRUE(refusesAndClears([&](bool& c) { return curve.SetNodeY(index, 50, c); }));
         EXPECT_TRUE(refusesAndClears([&](bool& c) { return curve.SetNodeVis(index, false, c); }));
+        EXPECT_FALSE(curve.InsertNode(index, 50, 50));
 
         double x = 42, y = 43;
         bool visible = false;

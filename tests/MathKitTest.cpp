@@ -2,6 +2,7 @@
 #include "MathKit/Math.h"
 #include "MathKit/Matrix4.h"
 #include "MathKit/Vector3.h"
+#include "support/CameraTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,7 @@ namespace
 {
 
 using namespace KesraMathKit;
+using KesraTest::ExpectMatrixNear;
 using Matrix = TKesraMatrix4<double>;
 using Vec = TKesraVector3<double>;
 using Color = TKesraGenColor<unsigned char>;
@@ -26,14 +28,6 @@ static_assert(sizeof(Vec) == 3 * sizeof(double), "x, y, z and nothing else");
 static_assert(sizeof(Color) == 4, "four bytes red, green, blue, alpha");
 static_assert(std::is_trivially_copyable_v<Matrix> && std::is_trivially_copyable_v<Vec> &&
               std::is_trivially_copyable_v<Color>, "plain value types");
-
-void ExpectMatrixNear(const Matrix& expected, const Matrix& actual, double tolerance)
-{
-    for (int k = 0; k < 16; ++k)
-    {
-        EXPECT_NEAR(expected[k], actual[k], tolerance) << "element " << k;
-    }
-}
 
 Matrix Diagonal(double a, double b, double c, double d)
 {

@@ -1,4 +1,5 @@
 #include "Engine/StreamlineFactory.h"
+#include "support/CameraTestSupport.h"
 #include "support/TestDoubles.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@
 namespace
 {
 
+using KesraTest::ExpectVecNear;
 using KesraTest::TestStreamline;
 using Vec = KesraMathKit::TKesraVector3<double>;
 using Bytes = std::array<unsigned char, 4>;
@@ -54,13 +56,6 @@ Vec NodeCoord(const TestStreamline& tube, int node)
     return p;
 }
 
-void ExpectNear(const Vec& expected, const Vec& actual, double tolerance = 1e-12)
-{
-    EXPECT_NEAR(expected.x, actual.x, tolerance);
-    EXPECT_NEAR(expected.y, actual.y, tolerance);
-    EXPECT_NEAR(expected.z, actual.z, tolerance);
-}
-
 // Compares ring (or, with Normal, the normals) of node with expected.
 void ExpectRing(Vec (*read)(const TestStreamline&, int, int), const TestStreamline& tube, int node,
                 std::initializer_list<Vec> expected)
@@ -69,7 +64,7 @@ void ExpectRing(Vec (*read)(const TestStreamline&, int, int), const TestStreamli
     for (const Vec& v : expected)
     {
         SCOPED_TRACE(::testing::Message() << "node " << node << ", slice " << slice);
-        ExpectNear(v, read(tube, node, slice++));
+        ExpectVecNear(v, read(tube, node, slice++), 1e-12);
     }
 }
 
@@ -328,7 +323,7 @@ TEST(StreamlineGenerationTest, UnplaceableVerticesKeepTheirValues)
     TestStreamline tube;
     ASSERT_TRUE(MakeTube(tube, 4, 0.5, {Vec(0, 0, 0), Vec(0, 0, 1), sharpEnd}));
     EXPECT_EQ(Vec(0, 0, 0), Vertex(tube, 1, 1));
-    ExpectNear(landed, Vertex(tube, 1, 3), 1e-6);
+    ExpectVecNear(landed, Vertex(tube, 1, 3), 1e-6);
     EXPECT_EQ(Vec(0, 0, 0), Vertex(tube, 2, 1));
 
     // Values of an earlier, straight run, or written by the host, stay; placed
@@ -343,7 +338,7 @@ TEST(StreamlineGenerationTest, UnplaceableVerticesKeepTheirValues)
     ASSERT_TRUE(tube.SetSliceNodeCoord(1, 3, &host.x));
     ASSERT_TRUE(tube.GenerationStreamline3D());
     EXPECT_EQ(host, Vertex(tube, 1, 1));
-    ExpectNear(landed, Vertex(tube, 1, 3), 1e-6);
+    ExpectVecNear(landed, Vertex(tube, 1, 3), 1e-6);
 }
 
 TEST(StreamlineGenerationTest, RepeatedNodeAtABend)

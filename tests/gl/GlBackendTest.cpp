@@ -1,6 +1,6 @@
 // The OpenGL backend drawn headlessly on llvmpipe: what lands in the pixels
-// and the depth buffer, what the camera's mouse operations do, and when the
-// tubes' buffers are filled.
+// and the depth buffer, and when the tubes' buffers are filled. The camera's
+// mouse operations are every backend's (MouseNavigationTest, SvgCameraTest).
 #include "GlTestSupport.h"
 
 #include "gl/GlCamera.h"
@@ -368,66 +368,6 @@ TEST(GlRenderer, AMissingShaderIsNamed)
     {
         EXPECT_NE(std::string(error.what()).find("missing.vert"), std::string::npos) << error.what();
     }
-}
-
-TEST(GlCamera, MouseOperationsInPixels)
-{
-    CGlCamera camera(kWidth, kHeight);
-    LookDownZ(camera, 0.05f);
-    const Vector p(0.7, -0.4, 0.3);
-    Vector before;
-    Vector after;
-    camera.ProjectPointWorldToView(p, before);
-
-    // A pan moves every point with the mouse.
-    camera.BeginPan(50, 60);
-    camera.Pan(80, 40);
-    camera.EndInteraction();
-    camera.Pan(120, 120); // after the end: nothing
-    camera.ProjectPointWorldToView(p, after);
-    EXPECT_NEAR(after.x - before.x, 30.0, 1e-3);
-    EXPECT_NEAR(after.y - before.y, -20.0, 1e-3);
-
-    // The wheel keeps the point under the cursor in place and zooms 10 % a step.
-    camera.ProjectPointWorldToView(p, before);
-    camera.WheelZoom(static_cast<int>(before.x), static_cast<int>(before.y), 3);
-    EXPECT_FLOAT_EQ(camera.GetScale(), static_cast<float>(0.05 * std::pow(0.9, 3)));
-    camera.ProjectPointWorldToView(p, after);
-    const double offsetX = before.x - std::floor(before.x);
-    EXPECT_NEAR(after.x, std::floor(before.x) + offsetX / std::pow(0.9, 3), 1e-3);
-
-    // The rectangle's centre comes to the middle, its longer side spans.
-    const float scale = camera.GetScale();
-    camera.ProjectPointWorldToView(p, before);
-    const int x = static_cast<int>(before.x);
-    const int y = static_cast<int>(before.y);
-    camera.ZoomToRectangle(x - 20, y - 10, x + 20, y + 10);
-    EXPECT_FLOAT_EQ(camera.GetScale(), static_cast<float>(scale * (40.0 / kWidth)));
-    camera.ProjectPointWorldToView(p, after);
-    EXPECT_NEAR(after.x, kWidth / 2.0 + (before.x - x) * kWidth / 40.0, 1e-2);
-    EXPECT_NEAR(after.y, kHeight / 2.0 + (before.y - y) * kWidth / 40.0, 1e-2);
-    camera.ZoomToRectangle(x, y, x + 30, y); // no area: refused
-    EXPECT_FLOAT_EQ(camera.GetScale(), static_cast<float>(scale * (40.0 / kWidth)));
-
-    // A horizontal drag turns about the view's y axis, 0.5 degree a pixel
-    // from where it began, whatever the moves on the way.
-    LookDownZ(camera, 0.05f);
-    camera.BeginRotate(100, 75);
-    camera.Rotate(100, 75);
-    camera.Rotate(400, 20);
-    camera.Rotate(280, 75);
-    camera.EndInteraction();
-    const KesraMathKit::TKesraMatrix4<double>& turned = camera.GetRotateMatrix();
-    // Column 0 is where the model's x axis points in view: turned by 90 degrees
-    // to the viewer's side.
-    EXPECT_NEAR(turned[0], 0.0, 1e-9);
-    EXPECT_NEAR(std::fabs(turned[2]), 1.0, 1e-9);
-    EXPECT_NEAR(turned[5], 1.0, 1e-9);
-
-    // A drag zoom: up is closer.
-    camera.BeginZoom(0, 0);
-    camera.Zoom(0, 10);
-    EXPECT_FLOAT_EQ(camera.GetScale(), static_cast<float>(0.05 * std::pow(1.01, -10)));
 }
 
 TEST(GlDraggedArea, HandsTheFinishedRectangleToTheAction)
