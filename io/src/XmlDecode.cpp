@@ -318,7 +318,7 @@ std::size_t CountIn(std::uint64_t bytes, const ValueType& type, const Expected& 
 template <typename T>
 void DecodePlain(ByteSource& source, const ValueType& type, bool swap, const BinaryLayout& layout,
                  const Expected& expected, std::vector<T>& out, std::size_t first, const FileProgress& told,
-                 const char* data)
+                 const char* data, Form form)
 {
     const std::uint64_t bytes = ReadWord(source, layout, swap);
     const std::size_t count = CountIn(bytes, type, expected);
@@ -332,7 +332,18 @@ void DecodePlain(ByteSource& source, const ValueType& type, bool swap, const Bin
     Sink<T> sink(type, swap, out.data() + first, count);
     if (unsigned char* direct = sink.Direct())
     {
-        source.Read(direct, count * type.size);
+        // Raw bytes in pieces of a megabyte, to tell progress between them
+        // (they are all there, checked above); base64 text at once, so that
+        // a truncation is told against the whole array.
+        const std::size_t size = count * type.size;
+        const std::size_t most = form == Form::Raw ? std::size_t{1} << 20 : size;
+        for (std::size_t done = 0; done < size;)
+        {
+            const std::size_t piece = std::min(size - done, most);
+            source.Read(direct + done, piece);
+            done += piece;
+            told.Tell(data + source.Position());
+        }
         sink.FinishDirect();
         return;
     }
@@ -735,7 +746,7 @@ void DecodeValues(std::string_view data, Form form, const ValueType& type, const
     }
     else
     {
-        DecodePlain(source, type, swap, layout, expected, out, first, told, data.data());
+        DecodePlain(source, type, swap, layout, expected, out, first, told, data.data(), form);
     }
 }
 
