@@ -55,6 +55,10 @@ public:
     {
     }
 
+    // Before anything is done: the suggested radius sorts every step of a
+    // large file first.
+    bool Start() const { return !m_progress || m_progress(0.0); }
+
     // entry: the first connectivity entry of the next line.
     bool Going(std::size_t entry)
     {
@@ -89,6 +93,10 @@ bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entr
                   SceneData& data, const LineProgress& progress)
 {
     LineTeller teller(progress, poly.connectivity.size());
+    if (!teller.Start())
+    {
+        Stop(data);
+    }
     data.tubeRadius = radius > 0.0 ? radius : KesraIo::SuggestedTubeRadius(poly);
     KesraIo::PreparedLines prepared;
     std::vector<double> points;

@@ -24,8 +24,9 @@ using KesraBackend::SceneData;
 bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
                   SceneData& data);
 
-// Told the fraction of the lines prepared now and then (a few hundred times
-// for a large file, the last time with 1); returns false to stop.
+// Told the fraction of the lines prepared now and then: 0 before anything
+// is done, a few hundred times for a large file, the last time 1. Returns
+// false to stop.
 using LineProgress = std::function<bool(double fraction)>;
 
 // As above, telling progress how far it is; throws KesraIo::ReadCancelled,
