@@ -361,7 +361,7 @@ LoadEnd WatchLoad(const Options& options, GlutSurface& surface, CBackgroundLoad&
 {
     constexpr auto kEventWait = std::chrono::milliseconds(10);
     CLoadingScreen screen(name);
-    g_loading = LoadingHost{&surface, &load,         &screen, name, LoadEnd::Finished, false, -1, options.width,
+    g_loading = LoadingHost{&surface, &load, &screen, name, LoadEnd::Finished, false, -1, options.width,
                             options.height};
     glutDisplayFunc(OnLoadingDisplay);
     glutReshapeFunc(OnLoadingReshape);
@@ -374,6 +374,11 @@ LoadEnd WatchLoad(const Options& options, GlutSurface& surface, CBackgroundLoad&
         std::this_thread::sleep_for(kEventWait);
     }
     const LoadEnd end = g_loading.end;
+    if (end == LoadEnd::Finished)
+    {
+        // The last figure stays up while the first frame makes the tubes.
+        OnLoadingDisplay();
+    }
     // Destroying the window calls the close function too: not this one.
     glutCloseFunc(nullptr);
     g_loading = LoadingHost{};

@@ -109,6 +109,7 @@ extern template void DecodeValues<float>(std::string_view, Form, const ValueType
 extern template void DecodeValues<double>(std::string_view, Form, const ValueType&, const BinaryLayout&,
                                           const Expected&, std::vector<double>&, std::size_t, const FileProgress&);
 extern template void DecodeValues<std::size_t>(std::string_view, Form, const ValueType&, const BinaryLayout&,
-                                               const Expected&, std::vector<std::size_t>&, std::size_t, const FileProgress&);
+                                               const Expected&, std::vector<std::size_t>&, std::size_t,
+                                               const FileProgress&);
 
 } // namespace KesraIo
