@@ -397,14 +397,14 @@ int LoadInWindow(const Options& options, const std::vector<Event>& events, const
     CBackgroundLoad load(request, true);
     const LoadEnd end = WatchLoad(options, surface, load, name);
     load.Join();
-    if (end == LoadEnd::Interrupted || load.Result() == CBackgroundLoad::Outcome::Stopped)
-    {
-        // Stopped by anything but the user's key or close: Ctrl-C.
-        return end == LoadEnd::Quit || end == LoadEnd::Closed ? 0 : ReportInterrupted();
-    }
-    if (end != LoadEnd::Finished)
+    if (end == LoadEnd::Quit || end == LoadEnd::Closed)
     {
         return 0;
+    }
+    // The load stops by itself on Ctrl-C, which the loop may not have seen.
+    if (end == LoadEnd::Interrupted || load.Result() == CBackgroundLoad::Outcome::Stopped)
+    {
+        return ReportInterrupted();
     }
     if (load.Result() == CBackgroundLoad::Outcome::Refused)
     {
