@@ -6,6 +6,7 @@
 #include "KesraIo/Reader.h"
 
 #include <cstddef>
+#include <functional>
 #include <string_view>
 
 namespace KesraIo
@@ -45,7 +46,9 @@ public:
     // when it lies outside.
     void TellAt(std::string_view whole, const char* at) const
     {
-        if (m_state != nullptr && at >= whole.data() && at <= whole.data() + whole.size())
+        // std::less orders pointers into different arrays too.
+        const std::less<const char*> before;
+        if (m_state != nullptr && !before(at, whole.data()) && !before(whole.data() + whole.size(), at))
         {
             Tell(static_cast<std::size_t>(at - whole.data()), whole.size());
         }
