@@ -256,6 +256,33 @@ void Read(benchmark::State& state, Format format, Pages pages)
     SetFileRate(state, std::filesystem::file_size(path));
 }
 
+// Read with a monitor that counts its calls: what telling a host how far the
+// read is costs, beside Read's row of the same file (calls: per read).
+void ReadMonitored(benchmark::State& state, Format format, Pages pages)
+{
+    UsePages(pages);
+    const std::string& path = FilePath(format);
+    std::size_t calls = 0;
+    const KesraIo::ReadMonitor monitor{[&calls](double) {
+        ++calls;
+        return true;
+    }};
+    try
+    {
+        for (auto _ : state)
+        {
+            benchmark::DoNotOptimize(KesraIo::ReadPolyData(path, monitor));
+        }
+    }
+    catch (const KesraIo::ReadError& error)
+    {
+        state.SkipWithError(error.what());
+        return;
+    }
+    SetFileRate(state, std::filesystem::file_size(path));
+    state.counters["calls"] = static_cast<double>(calls) / static_cast<double>(state.iterations());
+}
+
 // The zlib file parsed from memory: the reader's share of Read/VtpAppendedZlib
 // without the file's reading, as ZlibInflate has none.
 void ParseZlibInMemory(benchmark::State& state, Pages pages)
@@ -364,7 +391,8 @@ void ZlibInflate(benchmark::State& state, Pages pages)
     state.counters["blocks"] = static_cast<double>(blocks.size());
 }
 
-// Rows named Read/<format>/<pages>, ParseZlibInMemory/<pages>, ZlibInflate/<pages>.
+// Rows named Read/<format>/<pages>, ReadMonitored/<format>/warm,
+// ParseZlibInMemory/<pages>, ZlibInflate/<pages>.
 const bool kRegistered = [] {
     const std::pair<Format, const char*> formats[] = {
         {Format::LegacyAscii, "LegacyAscii"},
@@ -383,6 +411,12 @@ const bool kRegistered = [] {
             benchmark::RegisterBenchmark((std::string("Read/") + formatName + "/" + pagesName).c_str(), Read, format,
                                          pages)
                 ->Unit(benchmark::kMillisecond);
+            if (pages == Pages::Warm)
+            {
+                benchmark::RegisterBenchmark((std::string("ReadMonitored/") + formatName + "/warm").c_str(),
+                                             ReadMonitored, format, pages)
+                    ->Unit(benchmark::kMillisecond);
+            }
         }
         benchmark::RegisterBenchmark((std::string("ParseZlibInMemory/") + pagesName).c_str(), ParseZlibInMemory,
                                      pages)

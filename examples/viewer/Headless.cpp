@@ -1,5 +1,6 @@
 #include "Hosts.h"
 
+#include "Interrupt.h"
 #include "PngFile.h"
 #include "gl/EglContext.h"
 
@@ -59,6 +60,12 @@ void ReportTubeProgress(KesraGl::CGlScene& scene)
     const auto tenths = std::make_shared<std::size_t>(0);
     scene.TubeBatch().SetProgress([tenths](std::size_t done, std::size_t total) {
         const std::size_t tenth = 10 * done / total;
+        // After Ctrl-C the tubes are still made (the batch cannot stop), but
+        // the program ends once they are: no more progress.
+        if (Interrupted())
+        {
+            return;
+        }
         if (tenth > *tenths || done == total)
         {
             *tenths = tenth;
@@ -71,6 +78,10 @@ void ReportTubeProgress(KesraGl::CGlScene& scene)
 bool WriteSnapshot(KesraGl::CGlScene& scene, const std::string& path)
 {
     const std::vector<unsigned char> rgba = scene.Capture();
+    if (Interrupted())
+    {
+        return false;
+    }
     std::string error;
     if (!WritePng(path, scene.Renderer().GetWidth(), scene.Renderer().GetHeight(), rgba, error))
     {
@@ -167,11 +178,12 @@ int RunHeadless(const Options& options, SceneData data)
         written = WriteSnapshot(scene, stem + "." + std::to_string(++snapshots) + ".png") && written;
     });
     RunScript(options, events, scene, input);
-    if (!options.snapshot.empty() && !WriteSnapshot(scene, options.snapshot))
+    const bool snapped = options.snapshot.empty() || (!Interrupted() && WriteSnapshot(scene, options.snapshot));
+    if (Interrupted())
     {
-        return 1;
+        return ReportInterrupted();
     }
-    return written ? 0 : 1;
+    return snapped && written ? 0 : 1;
 }
 
 } // namespace KesraViewer

@@ -2,11 +2,13 @@
 // replay --events first and time --bench-frames through the same code.
 //
 // Exit codes: 0 done, 1 no graphics context (EGL or display) or an output
-// that cannot be written (nothing is left behind), 2 bad input.
+// that cannot be written (nothing is left behind), 2 bad input, 130 Ctrl-C
+// (nothing is left behind either).
 #pragma once
 
 #include "EventScript.h"
 #include "Options.h"
+#include "SceneSource.h"
 #include "common/SceneData.h"
 
 #include <vector>
@@ -18,6 +20,10 @@ using KesraBackend::SceneData;
 
 int RunHeadless(const Options& options, SceneData data);
 int RunWindow(const Options& options, SceneData data);
+// Opens the window first and loads request's file on a thread meanwhile,
+// showing how far it is; then shows the scene in the same window. Closing
+// the window or a quit key during the load ends it (0).
+int RunWindow(const Options& options, const SceneRequest& request);
 
 // The milliseconds of each of frames frames, each drawn and finished.
 std::vector<double> TimeFrames(KesraGl::CGlScene& scene, int frames);
@@ -38,7 +44,8 @@ void ApplyOptions(const Options& options, KesraGl::CGlScene& scene, KesraGl::CGl
 // Prints on the terminal how far the tubes of a large scene are made.
 void ReportTubeProgress(KesraGl::CGlScene& scene);
 
-// Writes the current frame of scene as a PNG; false with the message printed.
+// Writes the current frame of scene as a PNG; false with the message
+// printed, or without writing anything once the user has interrupted.
 bool WriteSnapshot(KesraGl::CGlScene& scene, const std::string& path);
 
 } // namespace KesraViewer

@@ -182,7 +182,7 @@ std::string Usage()
     {
         usage += std::string("  ") + control + "\n";
     }
-    usage += "Exit codes: 0 done, 1 no graphics or an output not written, 2 bad input.\n";
+    usage += "Exit codes: 0 done, 1 no graphics or an output not written, 2 bad input, 130 Ctrl-C.\n";
     return usage;
 }
 

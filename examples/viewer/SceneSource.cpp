@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -37,12 +38,75 @@ ScalarLine FromPiece(KesraIo::PreparedLine&& piece)
 bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
                   SceneData& data)
 {
+    return PrepareLines(poly, entryValues, radius, data, LineProgress());
+}
+
+namespace
+{
+
+// Tells progress every kProgressSteps-th of the connectivity entries, and
+// once more at the end; false once progress says stop.
+class LineTeller
+{
+public:
+    LineTeller(const LineProgress& progress, std::size_t entries)
+        : m_progress(progress), m_entries(entries), m_step(std::max<std::size_t>(1, entries / kProgressSteps)),
+          m_next(progress ? m_step : std::numeric_limits<std::size_t>::max())
+    {
+    }
+
+    // Before anything is done: the suggested radius sorts every step of a
+    // large file first.
+    bool Start() const { return !m_progress || m_progress(0.0); }
+
+    // entry: the first connectivity entry of the next line.
+    bool Going(std::size_t entry)
+    {
+        if (entry < m_next)
+        {
+            return true;
+        }
+        m_next = entry + m_step;
+        return m_progress(static_cast<double>(entry) / static_cast<double>(m_entries));
+    }
+
+    bool Done() const { return !m_progress || m_progress(1.0); }
+
+private:
+    static constexpr std::size_t kProgressSteps = 200;
+
+    const LineProgress& m_progress;
+    std::size_t m_entries;
+    std::size_t m_step;
+    std::size_t m_next;
+};
+
+[[noreturn]] void Stop(SceneData& data)
+{
+    data.lines = std::vector<ScalarLine>();
+    throw KesraIo::ReadCancelled();
+}
+
+} // namespace
+
+bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
+                  SceneData& data, const LineProgress& progress)
+{
+    LineTeller teller(progress, poly.connectivity.size());
+    if (!teller.Start())
+    {
+        Stop(data);
+    }
     data.tubeRadius = radius > 0.0 ? radius : KesraIo::SuggestedTubeRadius(poly);
     KesraIo::PreparedLines prepared;
     std::vector<double> points;
     std::vector<double> values;
     for (std::size_t line = 0; line < poly.LineCount(); ++line)
     {
+        if (!teller.Going(poly.lineOffsets[line]))
+        {
+            Stop(data);
+        }
         points.clear();
         values.clear();
         for (std::size_t k = poly.lineOffsets[line]; k < poly.lineOffsets[line + 1]; ++k)
@@ -61,6 +125,10 @@ bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entr
         prepared.pieces.clear();
     }
     data.skippedLines = prepared.skippedLines;
+    if (!teller.Done())
+    {
+        Stop(data);
+    }
     return !data.lines.empty();
 }
 
@@ -68,9 +136,9 @@ namespace
 {
 
 bool FromPolyLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
-                   const std::string& file, SceneData& data, std::string& error)
+                   const std::string& file, SceneData& data, std::string& error, const LineProgress& progress)
 {
-    if (!PrepareLines(poly, entryValues, radius, data))
+    if (!PrepareLines(poly, entryValues, radius, data, progress))
     {
         error = file + ": no line with two or more distinct points to draw";
         return false;
@@ -131,6 +199,12 @@ std::string OpenSummary(const KesraIo::PolyData& poly, const SceneData& data, co
 
 bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error)
 {
+    return LoadScene(request, data, summary, error, LoadProgress());
+}
+
+bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error,
+               const LoadProgress& progress)
+{
     summary.clear();
     if (request.file.empty())
     {
@@ -140,14 +214,22 @@ bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summar
     try
     {
         data = SceneData();
-        const KesraIo::PolyData poly = KesraIo::ReadPolyData(request.file);
+        KesraIo::ReadMonitor monitor;
+        LineProgress lineProgress;
+        if (progress)
+        {
+            monitor.progress = [&progress](double fraction) { return progress(LoadPhase::Reading, fraction); };
+            lineProgress = [&progress](double fraction) { return progress(LoadPhase::Preparing, fraction); };
+        }
+        const KesraIo::PolyData poly = KesraIo::ReadPolyData(request.file, monitor);
         KesraIo::ArrayChoice choice = KesraIo::DefaultArray(poly);
         if (!request.scalars.empty() && !KesraIo::ChooseArray(poly, request.scalars, choice, error))
         {
             error = request.file + ": --scalars: " + error;
             return false;
         }
-        if (!FromPolyLines(poly, EntryValues(poly, choice), request.radius, request.file, data, error))
+        if (!FromPolyLines(poly, EntryValues(poly, choice), request.radius, request.file, data, error,
+                           lineProgress))
         {
             return false;
         }
@@ -159,6 +241,11 @@ bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summar
     {
         error = refusal.what();
         return false;
+    }
+    catch (const KesraIo::ReadCancelled&)
+    {
+        data = SceneData();
+        throw;
     }
 }
 

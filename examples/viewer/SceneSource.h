@@ -6,6 +6,7 @@
 #include "KesraIo/PolyData.h"
 #include "common/SceneData.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,16 @@ using KesraBackend::SceneData;
 bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
                   SceneData& data);
 
+// Told the fraction of the lines prepared now and then: 0 before anything
+// is done, a few hundred times for a large file, the last time 1. Returns
+// false to stop.
+using LineProgress = std::function<bool(double fraction)>;
+
+// As above, telling progress how far it is; throws KesraIo::ReadCancelled,
+// with data's lines freed, once progress returns false.
+bool PrepareLines(const KesraIo::PolyData& poly, const std::vector<double>& entryValues, double radius,
+                  SceneData& data, const LineProgress& progress);
+
 // What the command line asks of the scene.
 struct SceneRequest
 {
@@ -38,6 +49,21 @@ struct SceneRequest
 // line for the terminal: lines drawn and skipped, points, the colouring value
 // and its range; empty for the flow.
 bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error);
+
+// What loading a file is doing.
+enum class LoadPhase
+{
+    Reading,  // the file, from the disk and parsed
+    Preparing // its lines, for tubes
+};
+
+// Told the phase and its fraction done now and then; returns false to stop.
+using LoadProgress = std::function<bool(LoadPhase phase, double fraction)>;
+
+// As above, telling progress how far it is; throws KesraIo::ReadCancelled,
+// with everything read so far freed, once progress returns false.
+bool LoadScene(const SceneRequest& request, SceneData& data, std::string& summary, std::string& error,
+               const LoadProgress& progress);
 // The file with its own choice of array.
 bool LoadScene(const std::string& file, SceneData& data, std::string& error);
 

@@ -1,12 +1,18 @@
 #include "Hosts.h"
 
+#include "Interrupt.h"
+#include "Loading.h"
+#include "LoadingScreen.h"
 #include "gl/GlSurface.h"
 
 #include <GL/freeglut.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace KesraViewer
@@ -21,10 +27,27 @@ class GlutSurface : public KesraGl::CGlSurface
 {
 public:
     explicit GlutSurface(std::string title) : m_title(std::move(title)) {}
-    ~GlutSurface() override { Destroy(); }
+    ~GlutSurface() override
+    {
+        m_kept = false;
+        Destroy();
+    }
+
+    // Opens the window ahead of the renderer, which then takes it over: its
+    // first Destroy and Create (a renderer makes its context afresh) keep it.
+    bool Open(int width, int height)
+    {
+        m_kept = Create(width, height);
+        return m_kept;
+    }
 
     bool Create(int width, int height) override
     {
+        if (m_window > 0)
+        {
+            m_kept = false;
+            return MakeCurrent();
+        }
         glutInitDisplayMode(GLUT_RGBA | GLUT_DOUBLE | GLUT_DEPTH | GLUT_MULTISAMPLE);
         glutInitContextVersion(3, 3);
         glutInitContextProfile(GLUT_CORE_PROFILE);
@@ -39,7 +62,7 @@ public:
     }
     void Destroy() override
     {
-        if (m_window > 0)
+        if (m_window > 0 && !m_kept)
         {
             glutDestroyWindow(m_window);
             m_window = 0;
@@ -72,6 +95,7 @@ public:
 private:
     std::string m_title;
     int m_window = 0;
+    bool m_kept = false; // opened ahead, until the renderer creates its context
     std::string m_error;
 };
 
@@ -83,7 +107,12 @@ struct WindowHost
     KesraGl::CGlSceneInput* input = nullptr;
     int snapshots = 0;
     int wheelSteps = 0; // wheel events so far: the view rests after the last
+    bool interrupted = false;
 };
+
+// How often the window looks for Ctrl-C and, during a load, redraws its
+// progress.
+constexpr unsigned kPollMs = 100;
 
 // The wheel has no release: the view counts as resting once no step has come
 // for this long.
@@ -156,6 +185,21 @@ void OnClose()
     glutLeaveMainLoop();
 }
 
+void OnInterruptPoll(int)
+{
+    if (g_host.scene == nullptr)
+    {
+        return;
+    }
+    if (Interrupted())
+    {
+        g_host.interrupted = true;
+        glutLeaveMainLoop();
+        return;
+    }
+    glutTimerFunc(kPollMs, OnInterruptPoll, 0);
+}
+
 void OnKey(unsigned char key, int, int)
 {
     if (g_host.input->Key(static_cast<char>(key)) == KesraGl::KeyAction::Quit)
@@ -166,17 +210,23 @@ void OnKey(unsigned char key, int, int)
 
 // The window's whole life, from the context to the end of the main loop;
 // everything it made is gone when it returns.
-int ShowWindow(const Options& options, const std::vector<Event>& events, SceneData data)
+int ShowWindow(const Options& options, const std::vector<Event>& events, GlutSurface& surface, SceneData data)
 {
-    // The file's name first, where a task bar cuts a long title short.
-    GlutSurface surface(options.file.empty() ? "kesra-viewer" : data.title + " - kesra-viewer");
+    const bool reused = surface.MakeCurrent();
     KesraGl::CGlScene scene(surface, std::move(data), options.width, options.height);
     if (!scene.CreateContext())
     {
         std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
         return 1;
     }
+    // The tubes of a large file are made a chunk at a time between frames
+    // that show how far they are: scene.SetBuildBudget(0.1);
     KesraGl::CGlSceneInput input(scene);
+    if (reused)
+    {
+        // The user may have resized the window while the file loaded.
+        input.Resize(glutGet(GLUT_WINDOW_WIDTH), glutGet(GLUT_WINDOW_HEIGHT));
+    }
     ApplyOptions(options, scene, input);
     ReportTubeProgress(scene);
     input.SetSnapshotAction([&scene]() {
@@ -186,12 +236,13 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
             std::printf("kesra-viewer: wrote %s\n", path.c_str());
         }
     });
-    g_host = WindowHost{&surface, &scene, &input, 0, 0};
+    g_host = WindowHost{&surface, &scene, &input, 0, 0, false};
     if (RunScript(options, events, scene, input))
     {
         g_host = WindowHost{};
         return 0;
     }
+    glutTimerFunc(kPollMs, OnInterruptPoll, 0);
     glutDisplayFunc(OnDisplay);
     glutReshapeFunc(OnReshape);
     glutMouseFunc(OnMouse);
@@ -203,13 +254,184 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, SceneDa
     // the window answers between frames and shows how far they are.
     scene.SetBuildBudget(0.1);
     glutMainLoop();
+    const bool interrupted = g_host.interrupted;
     g_host = WindowHost{};
-    return 0;
+    return interrupted ? kInterruptedStatus : 0;
 }
 
-} // namespace
+// The file's name first, where a task bar cuts a long title short.
+std::string WindowTitle(const std::string& name)
+{
+    return name.empty() ? "kesra-viewer" : name + " - kesra-viewer";
+}
 
-int RunWindow(const Options& options, SceneData data)
+// ---- Loading ---------------------------------------------------------------------
+
+// How a load in the window ended, besides the load's own outcome.
+enum class LoadEnd
+{
+    Finished, // the load has an outcome
+    Quit,     // a quit key
+    Closed,   // the window was closed
+    Interrupted
+};
+
+struct LoadingHost
+{
+    GlutSurface* surface = nullptr;
+    CBackgroundLoad* load = nullptr;
+    CLoadingScreen* screen = nullptr;
+    std::string name;
+    LoadEnd end = LoadEnd::Finished;
+    bool ended = false;
+    int shownPercent = -1;
+    int width = 0;
+    int height = 0;
+};
+
+LoadingHost g_loading;
+
+void EndLoading(LoadEnd end)
+{
+    g_loading.end = end;
+    g_loading.ended = true;
+    g_loading.load->Stop();
+}
+
+void OnLoadingDisplay()
+{
+    g_loading.screen->Draw(g_loading.width, g_loading.height, g_loading.load->Phase(), g_loading.load->Fraction());
+    glutSwapBuffers();
+}
+
+void OnLoadingReshape(int width, int height)
+{
+    g_loading.width = width;
+    g_loading.height = height;
+}
+
+void OnLoadingKey(unsigned char key, int, int)
+{
+    if (key == 'q' || key == 'Q' || key == 27)
+    {
+        EndLoading(LoadEnd::Quit);
+    }
+}
+
+void OnLoadingClose()
+{
+    if (g_loading.surface == nullptr)
+    {
+        return;
+    }
+    g_loading.surface->Forget();
+    EndLoading(LoadEnd::Closed);
+}
+
+// Ctrl-C, the end of the load, else a new frame when the figure moved.
+void OnLoadingPoll(int)
+{
+    if (g_loading.load == nullptr)
+    {
+        return;
+    }
+    if (Interrupted())
+    {
+        EndLoading(LoadEnd::Interrupted);
+        return;
+    }
+    if (g_loading.load->Result() != CBackgroundLoad::Outcome::Running)
+    {
+        g_loading.ended = true;
+        return;
+    }
+    const int percent = static_cast<int>(100.0 * g_loading.load->Fraction());
+    if (percent != g_loading.shownPercent)
+    {
+        g_loading.shownPercent = percent;
+        const std::string title =
+            std::to_string(percent) + "% " + PhaseName(g_loading.load->Phase()) + " - " + WindowTitle(g_loading.name);
+        glutSetWindowTitle(title.c_str());
+        glutPostRedisplay();
+    }
+    glutTimerFunc(kPollMs, OnLoadingPoll, 0);
+}
+
+// Runs the window's events until load has an outcome or the user ends it.
+// Not in glutMainLoop: freeglut tears itself down when that returns, and
+// the scene still needs the window.
+LoadEnd WatchLoad(const Options& options, GlutSurface& surface, CBackgroundLoad& load, const std::string& name)
+{
+    constexpr auto kEventWait = std::chrono::milliseconds(10);
+    CLoadingScreen screen(name);
+    g_loading = LoadingHost{&surface, &load, &screen, name, LoadEnd::Finished, false, -1, options.width,
+                            options.height};
+    glutDisplayFunc(OnLoadingDisplay);
+    glutReshapeFunc(OnLoadingReshape);
+    glutKeyboardFunc(OnLoadingKey);
+    glutCloseFunc(OnLoadingClose);
+    glutTimerFunc(kPollMs, OnLoadingPoll, 0);
+    while (!g_loading.ended)
+    {
+        glutMainLoopEvent();
+        std::this_thread::sleep_for(kEventWait);
+    }
+    const LoadEnd end = g_loading.end;
+    if (end == LoadEnd::Finished)
+    {
+        // The last figure stays up while the first frame makes the tubes.
+        OnLoadingDisplay();
+    }
+    // Destroying the window calls the close function too: not this one.
+    glutCloseFunc(nullptr);
+    g_loading = LoadingHost{};
+    return end;
+}
+
+int LoadInWindow(const Options& options, const std::vector<Event>& events, const SceneRequest& request)
+{
+    const std::string name = std::filesystem::path(request.file).filename().string();
+    GlutSurface surface(WindowTitle(name));
+    if (!surface.Open(options.width, options.height))
+    {
+        std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", surface.LastError().c_str());
+        return 1;
+    }
+    CBackgroundLoad load(request, true);
+    const LoadEnd end = WatchLoad(options, surface, load, name);
+    load.Join();
+    if (end == LoadEnd::Quit || end == LoadEnd::Closed)
+    {
+        return 0;
+    }
+    // The load stops by itself on Ctrl-C, which the loop may not have seen.
+    if (end == LoadEnd::Interrupted || load.Result() == CBackgroundLoad::Outcome::Stopped)
+    {
+        return ReportInterrupted();
+    }
+    if (load.Result() == CBackgroundLoad::Outcome::Refused)
+    {
+        std::fprintf(stderr, "kesra-viewer: %s\n", load.Error().c_str());
+        return 2;
+    }
+    if (!load.Summary().empty())
+    {
+        std::printf("%s\n", load.Summary().c_str());
+        std::fflush(stdout);
+    }
+    SceneData data = load.TakeData();
+    if (options.hasUnit)
+    {
+        data.lengthUnit = options.unit;
+    }
+    glutSetWindowTitle(WindowTitle(data.title).c_str());
+    return ShowWindow(options, events, surface, std::move(data));
+}
+
+// Makes freeglut ready, runs show and tears freeglut down; show gets the
+// --events file's events.
+template <typename Show>
+int WithGlut(const Options& options, const Show& show)
 {
     const char* display = std::getenv("DISPLAY");
     if (display == nullptr || display[0] == '\0')
@@ -231,9 +453,25 @@ int RunWindow(const Options& options, SceneData data)
     // free its objects in the context before the window goes; freeglut and
     // its display connection (with the driver's buffers) go after.
     glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
-    const int status = ShowWindow(options, events, std::move(data));
+    const int status = show(events);
     glutExit();
     return status;
+}
+
+} // namespace
+
+int RunWindow(const Options& options, SceneData data)
+{
+    return WithGlut(options, [&](const std::vector<Event>& events) {
+        GlutSurface surface(WindowTitle(options.file.empty() ? "" : data.title));
+        return ShowWindow(options, events, surface, std::move(data));
+    });
+}
+
+int RunWindow(const Options& options, const SceneRequest& request)
+{
+    return WithGlut(options,
+                    [&](const std::vector<Event>& events) { return LoadInWindow(options, events, request); });
 }
 
 } // namespace KesraViewer

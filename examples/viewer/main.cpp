@@ -2,6 +2,9 @@
 // rendered headlessly into a PNG. See Options.cpp for the command line and
 // gl/GlSceneInput.h for the controls.
 #include "Hosts.h"
+#include "Interrupt.h"
+#include "KesraIo/Reader.h"
+#include "Loading.h"
 #include "SceneSource.h"
 
 #include <cstdio>
@@ -11,15 +14,15 @@
 namespace
 {
 
-// A large file takes a while to read: say so before, and what it held after.
+// A large file takes a while to read: say so before, how far it is while,
+// and what it held after.
 void ReportReading(const std::string& file)
 {
-    constexpr std::uintmax_t kReportedBytes = 16u << 20;
-    std::error_code error;
-    const std::uintmax_t bytes = file.empty() ? 0 : std::filesystem::file_size(file, error);
-    if (!error && bytes >= kReportedBytes)
+    if (KesraViewer::IsLargeFile(file))
     {
-        std::fprintf(stderr, "kesra-viewer: reading %s (%.0f MB)\n", file.c_str(), static_cast<double>(bytes) / 1e6);
+        std::error_code error;
+        const double bytes = static_cast<double>(std::filesystem::file_size(file, error));
+        std::fprintf(stderr, "kesra-viewer: reading %s (%.0f MB)\n", file.c_str(), bytes / 1e6);
     }
 }
 
@@ -51,10 +54,31 @@ int main(int argc, char** argv)
         std::fputs(text.c_str(), stdout);
         return 0;
     }
+    CatchInterrupt();
+    ReportReading(options.file);
+    const SceneRequest request{options.file, options.scalars, options.radius};
+    // A window opens before a large file is read and shows how far it is.
+    if (!options.headless && IsLargeFile(options.file))
+    {
+        return RunWindow(options, request);
+    }
     SceneData data;
     std::string summary;
-    ReportReading(options.file);
-    if (!LoadScene(SceneRequest{options.file, options.scalars, options.radius}, data, summary, error))
+    TerminalProgress terminal(IsLargeFile(options.file));
+    const auto progress = [&terminal](LoadPhase phase, double fraction) {
+        terminal.Tell(phase, fraction);
+        return !Interrupted();
+    };
+    bool loaded = false;
+    try
+    {
+        loaded = LoadScene(request, data, summary, error, progress);
+    }
+    catch (const KesraIo::ReadCancelled&)
+    {
+        return ReportInterrupted();
+    }
+    if (!loaded)
     {
         std::fprintf(stderr, "kesra-viewer: %s\n", error.c_str());
         return 2;

@@ -145,13 +145,19 @@ bool HasExtension(const std::string& path, const std::string& extension)
     return found == extension;
 }
 
-PolyData ReadEntries(const std::string& collection, const std::vector<Entry>& entries, const std::string& scalars)
+// Each entry's file takes an equal share of the progress: a collection's
+// pieces are most often of a size.
+PolyData ReadEntries(const std::string& collection, const std::vector<Entry>& entries, const std::string& scalars,
+                     const Progress& progress)
 {
     std::vector<PolyData> pieces;
     std::vector<std::string> labels;
     std::vector<std::string> notes;
-    for (const Entry& entry : entries)
+    const double share = entries.empty() ? 1.0 : 1.0 / static_cast<double>(entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i)
     {
+        const Entry& entry = entries[i];
+        const Progress part = progress.Part(share * static_cast<double>(i), share * static_cast<double>(i + 1));
         const std::string label =
             collection + ":" + std::to_string(entry.line) + ": " + entry.element + " '" + entry.path + "'";
         if (!HasExtension(entry.path, ".vtp"))
@@ -164,7 +170,7 @@ PolyData ReadEntries(const std::string& collection, const std::vector<Entry>& en
             continue;
         }
         const std::string path = Resolve(collection, entry).string();
-        PolyData piece = ParseXmlPieces(WholeFile(path), path);
+        PolyData piece = ParseXmlPieces(WholeFile(path, part.Part(0.0, kDiskShare)), path, part.Part(kDiskShare, 1.0));
         for (std::string& note : piece.notes)
         {
             note = entry.path + ": " + note;
@@ -355,18 +361,18 @@ PolyData JoinPieces(std::vector<PolyData> pieces, const std::vector<std::string>
     return data;
 }
 
-PolyData ReadParallelPolyData(const std::string& path)
+PolyData ReadParallelPolyData(const std::string& path, const Progress& progress)
 {
     Listing listing(path, "PPolyData", "Piece", "Source");
     listing.Parse(WholeFile(path));
-    return ReadEntries(path, listing.entries, listing.scalars);
+    return ReadEntries(path, listing.entries, listing.scalars, progress);
 }
 
-PolyData ReadMultiBlock(const std::string& path)
+PolyData ReadMultiBlock(const std::string& path, const Progress& progress)
 {
     Listing listing(path, "vtkMultiBlockDataSet", "DataSet", "file");
     listing.Parse(WholeFile(path));
-    return ReadEntries(path, listing.entries, "");
+    return ReadEntries(path, listing.entries, "", progress);
 }
 
 } // namespace KesraIo

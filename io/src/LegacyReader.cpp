@@ -1,5 +1,7 @@
 #include "KesraIo/Reader.h"
 
+#include "XmlPieces.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -162,13 +164,17 @@ enum class Attached
 class Parser
 {
 public:
-    Parser(std::string_view bytes, const std::string& name) : m_bytes(bytes), m_name(name) {}
+    Parser(std::string_view bytes, const std::string& name, const Progress& progress)
+        : m_bytes(bytes), m_name(name), m_progress(progress)
+    {
+    }
 
     PolyData Parse()
     {
         ReadHeader();
         for (std::size_t at = NextTokenStart(); at < m_bytes.size(); at = NextTokenStart())
         {
+            m_progress.Tell(at, m_bytes.size());
             ReadSection(at, Lower(Token()));
         }
         return Finish();
@@ -370,11 +376,18 @@ private:
         return values;
     }
 
+    // Progress is told every kValuesTold values of an array.
+    static constexpr std::size_t kValuesTold = std::size_t{1} << 16;
+
     template <typename T>
     void AsciiValues(std::vector<T>& values, const std::string& what)
     {
         for (std::size_t i = 0; i < values.size(); ++i)
         {
+            if (i % kValuesTold == kValuesTold - 1)
+            {
+                m_progress.Tell(m_pos, m_bytes.size());
+            }
             const std::size_t at = NextTokenStart();
             const std::string_view token = Token();
             if (token.empty())
@@ -427,6 +440,10 @@ private:
         const auto* data = reinterpret_cast<const unsigned char*>(m_bytes.data() + start);
         for (std::size_t i = 0; i < values.size(); ++i)
         {
+            if (i % kValuesTold == kValuesTold - 1)
+            {
+                m_progress.Tell(start + i * type.size, m_bytes.size());
+            }
             values[i] = type.kind == Kind::Bit
                             ? static_cast<T>((data[i / 8] >> (7 - i % 8)) & 1u)
                             : static_cast<T>(DecodeBinary(data + i * type.size, type));
@@ -1038,6 +1055,7 @@ private:
     bool m_binary = false;
     bool m_version5 = false;
 
+    Progress m_progress;
     PolyData m_result;
     std::vector<double> m_indices; // LINES' point indices as read
     std::vector<DataArray> m_pointArrays;
@@ -1063,7 +1081,12 @@ private:
 
 PolyData ParseLegacy(std::string_view bytes, const std::string& name)
 {
-    return Parser(bytes, name).Parse();
+    return Parser(bytes, name, Progress()).Parse();
+}
+
+PolyData ParseLegacy(std::string_view bytes, const std::string& name, const Progress& progress)
+{
+    return Parser(bytes, name, progress).Parse();
 }
 
 } // namespace KesraIo

@@ -1,7 +1,9 @@
 #include "KesraIo/Reader.h"
 
+#include "Progress.h"
 #include "XmlPieces.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <fstream>
@@ -32,11 +34,13 @@ std::string LowerExtension(const std::string& path)
 
 } // namespace
 
-// A regular file is read with one allocation of its size and one read (a
-// result file may be most of the memory there is); anything else (a pipe, a
-// folder) as a stream, which fails as reading it fails.
-std::string WholeFile(const std::string& path)
+// A regular file is read with one allocation of its size, in reads of
+// kReadChunk bytes so that progress can be told between them (a result file
+// may be most of the memory there is); anything else (a pipe, a folder) as
+// a stream, which fails as reading it fails.
+std::string WholeFile(const std::string& path, const Progress& progress)
 {
+    constexpr std::size_t kReadChunk = std::size_t{8} << 20;
     std::ifstream file(path, std::ios::binary);
     if (!file)
     {
@@ -49,8 +53,15 @@ std::string WholeFile(const std::string& path)
     if (regular && !error)
     {
         bytes.resize(static_cast<std::size_t>(size));
-        file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        bytes.resize(static_cast<std::size_t>(file.gcount()));
+        std::size_t read = 0;
+        while (read < bytes.size() && file)
+        {
+            const std::size_t chunk = std::min(kReadChunk, bytes.size() - read);
+            file.read(bytes.data() + read, static_cast<std::streamsize>(chunk));
+            read += static_cast<std::size_t>(file.gcount());
+            progress.Tell(read, bytes.size());
+        }
+        bytes.resize(read);
     }
     else
     {
@@ -67,25 +78,53 @@ std::string WholeFile(const std::string& path)
     {
         throw ReadError(path + ": a read error occurred");
     }
+    progress.TellDone();
     return bytes;
 }
 
-PolyData ReadPolyData(const std::string& path)
+namespace
+{
+
+PolyData ReadWith(const std::string& path, const Progress& progress)
 {
     const std::string extension = LowerExtension(path);
+    const Progress disk = progress.Part(0.0, kDiskShare);
+    const Progress parsing = progress.Part(kDiskShare, 1.0);
     if (extension == ".vtp")
     {
-        return ParseXmlPolyData(WholeFile(path), path);
+        PolyData data = ParseXmlPieces(WholeFile(path, disk), path, parsing);
+        RequireLines(data, path);
+        return data;
     }
     if (extension == ".pvtp")
     {
-        return ReadParallelPolyData(path);
+        return ReadParallelPolyData(path, progress);
     }
     if (extension == ".vtm")
     {
-        return ReadMultiBlock(path);
+        return ReadMultiBlock(path, progress);
     }
-    return ParseLegacy(WholeFile(path), path);
+    return ParseLegacy(WholeFile(path, disk), path, parsing);
+}
+
+} // namespace
+
+PolyData ReadPolyData(const std::string& path)
+{
+    return ReadWith(path, Progress());
+}
+
+PolyData ReadPolyData(const std::string& path, const ReadMonitor& monitor)
+{
+    if (!monitor.progress)
+    {
+        return ReadPolyData(path);
+    }
+    ProgressState state{&monitor, 0.0};
+    const Progress whole(state, 0.0, 1.0);
+    PolyData data = ReadWith(path, whole);
+    whole.TellDone();
+    return data;
 }
 
 } // namespace KesraIo

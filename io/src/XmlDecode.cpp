@@ -317,7 +317,8 @@ std::size_t CountIn(std::uint64_t bytes, const ValueType& type, const Expected& 
 
 template <typename T>
 void DecodePlain(ByteSource& source, const ValueType& type, bool swap, const BinaryLayout& layout,
-                 const Expected& expected, std::vector<T>& out, std::size_t first)
+                 const Expected& expected, std::vector<T>& out, std::size_t first, const FileProgress& told,
+                 const char* data, Form form)
 {
     const std::uint64_t bytes = ReadWord(source, layout, swap);
     const std::size_t count = CountIn(bytes, type, expected);
@@ -331,7 +332,18 @@ void DecodePlain(ByteSource& source, const ValueType& type, bool swap, const Bin
     Sink<T> sink(type, swap, out.data() + first, count);
     if (unsigned char* direct = sink.Direct())
     {
-        source.Read(direct, count * type.size);
+        // Raw bytes in pieces of a megabyte, to tell progress between them
+        // (they are all there, checked above); base64 text at once, so that
+        // a truncation is told against the whole array.
+        const std::size_t size = count * type.size;
+        const std::size_t most = form == Form::Raw ? std::size_t{1} << 20 : size;
+        for (std::size_t done = 0; done < size;)
+        {
+            const std::size_t piece = std::min(size - done, most);
+            source.Read(direct + done, piece);
+            done += piece;
+            told.Tell(data + source.Position());
+        }
         sink.FinishDirect();
         return;
     }
@@ -342,6 +354,7 @@ void DecodePlain(ByteSource& source, const ValueType& type, bool swap, const Bin
         const std::size_t size = std::min(left, kPiece);
         sink.Take(source.View(size, scratch), size);
         left -= size;
+        told.Tell(data + source.Position());
     }
 }
 
@@ -485,7 +498,8 @@ private:
 
 template <typename T>
 void DecodeBlocks(ByteSource& source, const ValueType& type, bool swap, const BinaryLayout& layout,
-                  const Expected& expected, std::vector<T>& out, std::size_t first)
+                  const Expected& expected, std::vector<T>& out, std::size_t first, const FileProgress& told,
+                  const char* data)
 {
     const Blocks blocks = ReadBlockTable(source, layout, swap);
     const std::size_t count = CountIn(blocks.total, type, expected);
@@ -514,6 +528,7 @@ void DecodeBlocks(ByteSource& source, const ValueType& type, bool swap, const Bi
             sink.Take(target, outSize);
         }
         done += outSize;
+        told.Tell(data + source.Position());
     }
     if (direct != nullptr)
     {
@@ -636,7 +651,7 @@ T ParseNumber(const char*& p, const char* end, const ValueType& type, const char
 
 template <typename T>
 void DecodeAscii(std::string_view text, const ValueType& type, const Expected& expected, std::vector<T>& out,
-                 std::size_t first)
+                 std::size_t first, const FileProgress& told)
 {
     std::size_t count = expected.count;
     if (count == kAnyCount)
@@ -654,8 +669,13 @@ void DecodeAscii(std::string_view text, const ValueType& type, const Expected& e
     T* values = out.data() + first;
     const char* p = text.data();
     const char* end = p + text.size();
+    constexpr std::size_t kValuesTold = std::size_t{1} << 16;
     for (std::size_t i = 0; i < count; ++i)
     {
+        if (i % kValuesTold == kValuesTold - 1)
+        {
+            told.Tell(p);
+        }
         while (p != end && IsSpace(*p))
         {
             ++p;
@@ -705,7 +725,7 @@ std::string ValueTypeNames()
 
 template <typename T>
 void DecodeValues(std::string_view data, Form form, const ValueType& type, const BinaryLayout& layout,
-                  const Expected& expected, std::vector<T>& out, std::size_t first)
+                  const Expected& expected, std::vector<T>& out, std::size_t first, const FileProgress& told)
 {
     if (std::is_integral_v<T> && !type.isInteger)
     {
@@ -713,7 +733,7 @@ void DecodeValues(std::string_view data, Form form, const ValueType& type, const
     }
     if (form == Form::Ascii)
     {
-        DecodeAscii(data, type, expected, out, first);
+        DecodeAscii(data, type, expected, out, first, told);
         return;
     }
     const bool swap = layout.bigEndian != HostIsBigEndian();
@@ -722,19 +742,19 @@ void DecodeValues(std::string_view data, Form form, const ValueType& type, const
     ByteSource& source = form == Form::Raw ? static_cast<ByteSource&>(raw) : static_cast<ByteSource&>(text);
     if (layout.zlib)
     {
-        DecodeBlocks(source, type, swap, layout, expected, out, first);
+        DecodeBlocks(source, type, swap, layout, expected, out, first, told, data.data());
     }
     else
     {
-        DecodePlain(source, type, swap, layout, expected, out, first);
+        DecodePlain(source, type, swap, layout, expected, out, first, told, data.data(), form);
     }
 }
 
 template void DecodeValues<float>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
-                                  std::vector<float>&, std::size_t);
+                                  std::vector<float>&, std::size_t, const FileProgress&);
 template void DecodeValues<double>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
-                                   std::vector<double>&, std::size_t);
+                                   std::vector<double>&, std::size_t, const FileProgress&);
 template void DecodeValues<std::size_t>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
-                                        std::vector<std::size_t>&, std::size_t);
+                                        std::vector<std::size_t>&, std::size_t, const FileProgress&);
 
 } // namespace KesraIo

@@ -4,6 +4,8 @@
 // vector that keeps them.
 #pragma once
 
+#include "Progress.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -81,20 +83,33 @@ struct Expected
     std::string what; // e.g. "3 components for each of 5 points"
 };
 
+// How far a decoder is through the file whose bytes hold its data: where
+// it stands in file, told to progress now and then.
+struct FileProgress
+{
+    Progress progress;
+    std::string_view file;
+
+    void Tell(const void* at) const { progress.TellAt(file, static_cast<const char*>(at)); }
+};
+
 // Decodes the array in data (text, or raw bytes running to the end of the
 // appended section) into out[first, first + count), resizing out once the
 // count is known and checked against the bytes there are. T is float (for
 // Float32), double, or std::size_t (integer types only; negative values
-// wrap, which any index check then refuses). Throws DataError.
+// wrap, which any index check then refuses). Throws DataError, or
+// ReadCancelled when told's monitor says stop.
 template <typename T>
 void DecodeValues(std::string_view data, Form form, const ValueType& type, const BinaryLayout& layout,
-                  const Expected& expected, std::vector<T>& out, std::size_t first);
+                  const Expected& expected, std::vector<T>& out, std::size_t first,
+                  const FileProgress& told = FileProgress());
 
 extern template void DecodeValues<float>(std::string_view, Form, const ValueType&, const BinaryLayout&, const Expected&,
-                                         std::vector<float>&, std::size_t);
+                                         std::vector<float>&, std::size_t, const FileProgress&);
 extern template void DecodeValues<double>(std::string_view, Form, const ValueType&, const BinaryLayout&,
-                                          const Expected&, std::vector<double>&, std::size_t);
+                                          const Expected&, std::vector<double>&, std::size_t, const FileProgress&);
 extern template void DecodeValues<std::size_t>(std::string_view, Form, const ValueType&, const BinaryLayout&,
-                                               const Expected&, std::vector<std::size_t>&, std::size_t);
+                                               const Expected&, std::vector<std::size_t>&, std::size_t,
+                                               const FileProgress&);
 
 } // namespace KesraIo

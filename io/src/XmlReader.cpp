@@ -539,8 +539,9 @@ std::size_t Times(std::size_t a, std::size_t b)
 class Decoder
 {
 public:
-    Decoder(std::string_view bytes, const std::string& name, const Structure& structure, const Cut& cut)
-        : m_bytes(bytes), m_name(name), m_structure(structure), m_cut(cut)
+    Decoder(std::string_view bytes, const std::string& name, const Structure& structure, const Cut& cut,
+            const Progress& progress)
+        : m_bytes(bytes), m_name(name), m_structure(structure), m_cut(cut), m_told{progress, bytes}
     {
     }
 
@@ -591,7 +592,8 @@ private:
         }
         try
         {
-            DecodeValues(data, form, *array.type, m_structure.layout, expected, out, first);
+            m_told.Tell(data.data());
+            DecodeValues(data, form, *array.type, m_structure.layout, expected, out, first, m_told);
         }
         catch (const DataError& error)
         {
@@ -742,6 +744,7 @@ private:
     const std::string& m_name;
     const Structure& m_structure;
     const Cut& m_cut;
+    const FileProgress m_told;
 };
 
 std::string Counted(std::size_t count, const char* one, const char* many)
@@ -751,12 +754,12 @@ std::string Counted(std::size_t count, const char* one, const char* many)
 
 } // namespace
 
-PolyData ParseXmlPieces(std::string_view bytes, const std::string& name)
+PolyData ParseXmlPieces(std::string_view bytes, const std::string& name, const Progress& progress)
 {
     const Cut cut = CutAppended(bytes, name);
     Structure structure(bytes, name);
     structure.Parse(cut);
-    const Decoder decoder(bytes, name, structure, cut);
+    const Decoder decoder(bytes, name, structure, cut, progress);
     std::vector<PolyData> pieces;
     std::vector<std::string> labels;
     std::size_t verts = 0;

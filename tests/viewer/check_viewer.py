@@ -1,15 +1,21 @@
 """kesra-viewer from the command line: a headless snapshot that decodes at
 the requested size, and each refusal with its message and exit code, with
-nothing half-written left behind.
+nothing half-written left behind; a large file's progress on the terminal,
+and Ctrl-C at any stage ending the run with 130 and no picture.
 
 usage: check_viewer.py VIEWER WORKDIR
 """
 import os
 import shutil
+import signal
 import struct
 import subprocess
 import sys
+import time
 import zlib
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from large_file import write_large_vtk  # noqa: E402
 
 
 def decode_png(path):
@@ -47,7 +53,7 @@ def pixels(path):
     return zlib.decompress(idat)
 
 
-def run(viewer, args, env=None):
+def viewer_env(env=None):
     full_env = dict(os.environ)
     # Libraries the viewer, not this script, must start with (a sanitized
     # build's runtime and graphics driver).
@@ -55,6 +61,11 @@ def run(viewer, args, env=None):
     if preload:
         full_env["LD_PRELOAD"] = preload
     full_env.update(env or {})
+    return full_env
+
+
+def run(viewer, args, env=None):
+    full_env = viewer_env(env)
     result = subprocess.run([viewer] + args, capture_output=True, text=True, env=full_env,
                             timeout=120)
     return result.returncode, result.stdout, result.stderr
@@ -136,6 +147,7 @@ def main():
 
     check_arrays(viewer, work)
     check_legend_options(viewer, work)
+    check_interrupt(viewer, work)
 
     # No EGL vendor: the headless context cannot be made.
     code, out, err = run(viewer, ["--headless", "--snapshot", shot + "3", "--size", "64x64"],
@@ -146,6 +158,64 @@ def main():
     expect(code == 1 and "display" in err, "without a display: exit 1 naming it: %d %s" % (code, err))
     expect(not os.path.exists(shot + "3"), "nothing written without a context")
     print("kesra-viewer command line: all checks passed")
+
+
+def interrupted(viewer, work, path, wait_for):
+    """A headless run on path, sent Ctrl-C once its terminal shows wait_for:
+    its stderr up to then, and after. It must end with 130 within 10 s,
+    saying so once, and leave no picture (nor its temporary file)."""
+    target = os.path.join(work, "interrupted.png")
+    before = sorted(os.listdir(work))
+    process = subprocess.Popen([viewer, "--headless", "--snapshot", target, "--size", "200x150", path],
+                               env=viewer_env(), stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                               text=True)
+    seen = ""
+    while wait_for not in seen:
+        line = process.stderr.readline()
+        if not line:
+            process.wait(timeout=30)
+            expect(False, "the run ended (%d) before %r: %s" % (process.returncode, wait_for, seen))
+        seen += line
+    process.send_signal(signal.SIGINT)
+    start = time.monotonic()
+    try:
+        rest = process.communicate(timeout=10)[1]
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.communicate()
+        expect(False, "Ctrl-C after %r did not end the run within 10 s" % wait_for)
+    print("Ctrl-C after %r: ended with %d in %.2f s"
+          % (wait_for, process.returncode, time.monotonic() - start))
+    expect(process.returncode == 130, "Ctrl-C after %r: exit %d, not 130: %s"
+           % (wait_for, process.returncode, rest))
+    # A sanitizer's report may follow the viewer's own lines.
+    said = [line for line in rest.splitlines() if line.startswith("kesra-viewer:")]
+    expect(said[-1:] == ["kesra-viewer: interrupted"] and rest.count("interrupted") == 1,
+           "Ctrl-C after %r did not say once, last, that the run was interrupted: %s"
+           % (wait_for, rest))
+    expect(sorted(os.listdir(work)) == before, "Ctrl-C after %r left %s behind"
+           % (wait_for, sorted(set(os.listdir(work)) - set(before))))
+    return seen, rest
+
+
+def check_interrupt(viewer, work):
+    """Ctrl-C while reading, preparing lines and making tubes."""
+    large = os.path.join(work, "large.vtk")
+    write_large_vtk(large, 1000, 1000)
+    seen, _ = interrupted(viewer, work, large, "reading 10%")
+    expect(seen.startswith("kesra-viewer: reading %s (20 MB)\n" % large),
+           "a large file is not announced: " + seen)
+    seen, rest = interrupted(viewer, work, large, "preparing lines 10%")
+    reading = ["kesra-viewer: reading %d%%" % (10 * tenth) for tenth in range(1, 11)]
+    expect(seen.splitlines()[1:11] == reading, "not a line every tenth of the reading: " + seen)
+    expect("tubes" not in rest, "tubes made after Ctrl-C: " + rest)
+    os.remove(large)
+    # Smaller than a large file, with tubes enough to report theirs: the
+    # batch cannot stop, the run ends once they are made.
+    tubes = os.path.join(work, "tubes.vtk")
+    write_large_vtk(tubes, 500, 1000)
+    interrupted(viewer, work, tubes, "kesra-viewer: tubes")
+    os.remove(tubes)
 
 
 # Two polylines with a point scalar, a point vector and a cell scalar.

@@ -2,20 +2,27 @@
 mouse and keys sent by xdotool through the X server, as a person's would be.
 Each control must change the picture the viewer's own `s` snapshot writes,
 switches must come back to the picture they left, a window resize must reach
-the renderer, and `q` must end the program with 0.
+the renderer, and `q` must end the program with 0. A large file shows its
+progress in the window's title while it loads, and Ctrl-C (130), `q` and
+closing the window (0) end the load at once.
 
 usage: check_window.py VIEWER WORKDIR
 Exits 77 (skipped) when xvfb-run or xdotool is missing; .ci/install-window-tools
 installs them.
 """
+import ctypes
+import ctypes.util
 import os
+import re
 import shutil
+import signal
 import subprocess
 import sys
 import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from check_viewer import ARRAYS_FILE, decode_png, expect  # noqa: E402
+from large_file import write_large_vtk  # noqa: E402
 
 SKIPPED = 77
 UNDER_XVFB = "KESRA_WINDOW_TEST_UNDER_XVFB"
@@ -34,15 +41,20 @@ def xdotool(*args, check=True):
     return result.stdout
 
 
+def viewer_env():
+    env = dict(os.environ)
+    preload = env.pop("KESRA_VIEWER_PRELOAD", "")
+    if preload:
+        env["LD_PRELOAD"] = preload
+        env["LSAN_OPTIONS"] = "suppressions=" + os.path.join(
+            os.path.dirname(os.path.abspath(__file__)), "..", "..", ".ci",
+            "lsan-window.supp")
+    return env
+
+
 class Window:
     def __init__(self, viewer, work):
-        env = dict(os.environ)
-        preload = env.pop("KESRA_VIEWER_PRELOAD", "")
-        if preload:
-            env["LD_PRELOAD"] = preload
-            env["LSAN_OPTIONS"] = "suppressions=" + os.path.join(
-                os.path.dirname(os.path.abspath(__file__)), "..", "..", ".ci",
-                "lsan-window.supp")
+        env = viewer_env()
         path = os.path.join(work, "lines.vtk")
         with open(path, "w") as f:
             f.write(VTK_FILE)
@@ -212,6 +224,118 @@ def check(viewer, work):
     print("window: %d snapshots, every control changed the picture" % window.shots)
 
 
+class XClientMessage(ctypes.Structure):
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
+                ("message_type", ctypes.c_ulong), ("format", ctypes.c_int),
+                ("data", ctypes.c_long * 5)]
+
+
+class XEvent(ctypes.Union):
+    _fields_ = [("client", XClientMessage), ("pad", ctypes.c_long * 24)]
+
+
+def close_window(window_id):
+    """What a window manager sends when the user clicks the close button:
+    WM_DELETE_WINDOW (xdotool only destroys windows or kills clients)."""
+    x11 = ctypes.cdll.LoadLibrary(ctypes.util.find_library("X11"))
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XOpenDisplay.argtypes = [ctypes.c_char_p]
+    x11.XInternAtom.restype = ctypes.c_ulong
+    x11.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
+    x11.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long,
+                               ctypes.POINTER(XEvent)]
+    x11.XFlush.argtypes = [ctypes.c_void_p]
+    x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
+    display = x11.XOpenDisplay(None)
+    expect(display is not None, "no X display to close the window through")
+    event = XEvent()
+    event.client.type = 33  # ClientMessage
+    event.client.window = int(window_id)
+    event.client.message_type = x11.XInternAtom(display, b"WM_PROTOCOLS", 0)
+    event.client.format = 32
+    event.client.data[0] = x11.XInternAtom(display, b"WM_DELETE_WINDOW", 0)
+    x11.XSendEvent(display, int(window_id), 0, 0, ctypes.byref(event))
+    x11.XFlush(display)
+    x11.XCloseDisplay(display)
+
+
+# The title of a window loading big.vtk: how far, and in which phase.
+LOADING_TITLE = re.compile(r"^(\d+)% (reading|preparing lines) - big\.vtk - kesra-viewer$")
+
+
+def start_loading(viewer, work, path):
+    """The viewer on the large file, once its window shows the load: the
+    process, the window and the titles it showed."""
+    process = subprocess.Popen([viewer, "--size", "480x360", path], cwd=work, env=viewer_env(),
+                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    deadline = time.monotonic() + 60
+    while time.monotonic() < deadline:
+        if process.poll() is not None:
+            expect(False, "the viewer ended with %d before its loading window showed: %s"
+                   % (process.returncode, process.communicate()[1]))
+        found = xdotool("search", "--onlyvisible", "--name", r"^[0-9]+% .* - big\.vtk - kesra-viewer$",
+                        check=False).split()
+        if found:
+            title = xdotool("getwindowname", found[0], check=False).strip()
+            if LOADING_TITLE.match(title):
+                return process, found[0], title
+        time.sleep(0.05)
+    expect(False, "no loading window within 60 s")
+
+
+def ended(process, what, seconds=10):
+    """The exit code and stderr of process, which must end within seconds
+    of what."""
+    start = time.monotonic()
+    try:
+        out, err = process.communicate(timeout=seconds)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.communicate()
+        expect(False, "the viewer did not end within %d s of %s" % (seconds, what))
+    print("%s: ended with %d after %.2f s" % (what, process.returncode, time.monotonic() - start))
+    return process.returncode, err
+
+
+def check_loading(viewer, work):
+    """The window opens at once on a large file and shows the load going
+    on; Ctrl-C, q and closing the window end it at once."""
+    path = os.path.join(work, "big.vtk")
+    write_large_vtk(path, 3000, 1000)
+
+    process, window, title = start_loading(viewer, work, path)
+    titles = {title}
+    deadline = time.monotonic() + 1.0
+    while time.monotonic() < deadline and process.poll() is None:
+        titles.add(xdotool("getwindowname", window, check=False).strip())
+        time.sleep(0.05)
+    loading = sorted(t for t in titles if LOADING_TITLE.match(t))
+    expect(len(loading) >= 2, "the title did not move while loading: %s" % titles)
+    process.send_signal(signal.SIGINT)
+    code, err = ended(process, "Ctrl-C during the load")
+    expect(code == 130, "Ctrl-C during the load ended the viewer with %d: %s" % (code, err))
+    # A sanitizer's report may follow the viewer's own lines.
+    said = [line for line in err.splitlines() if line.startswith("kesra-viewer:")]
+    expect(said[-1:] == ["kesra-viewer: interrupted"] and err.count("interrupted") == 1,
+           "Ctrl-C did not say once, last, that the viewer was interrupted: " + err)
+    expect("kesra-viewer: reading 10%" in err, "no progress on the terminal: " + err)
+
+    process, window, _ = start_loading(viewer, work, path)
+    xdotool("mousemove", "--window", window, 240, 180)
+    xdotool("key", "q", check=False)
+    code, err = ended(process, "q during the load", 5)
+    expect(code == 0, "q during the load ended the viewer with %d: %s" % (code, err))
+
+    process, window, _ = start_loading(viewer, work, path)
+    close_window(window)
+    code, err = ended(process, "closing the window during the load", 5)
+    expect(code == 0, "closing the window during the load ended the viewer with %d: %s"
+           % (code, err))
+    expect("interrupted" not in err, "closing the window is no Ctrl-C: " + err)
+    os.remove(path)
+
+
 def main():
     viewer, work = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     if os.environ.get(UNDER_XVFB) != "1":
@@ -228,6 +352,7 @@ def main():
     shutil.rmtree(work, ignore_errors=True)
     os.makedirs(work)
     check(viewer, work)
+    check_loading(viewer, work)
     return 0
 
 

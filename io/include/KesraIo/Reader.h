@@ -4,6 +4,8 @@
 
 #include "KesraIo/PolyData.h"
 
+#include <exception>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +23,30 @@ namespace KesraIo
 // tree, links followed; an absolute, escaping or missing piece is refused
 // by name.
 PolyData ReadPolyData(const std::string& path);
+
+// Told how far a read has come, for a host that shows it or lets the user
+// stop: progress gets the fraction done, rising from 0 to 1 (the file's bytes
+// read from the disk, then parsed; a collection's pieces in turn), a few
+// hundred times at most, the last time with 1 once the whole result is
+// there. It returns false to stop the read. It runs on the reading thread.
+struct ReadMonitor
+{
+    std::function<bool(double fraction)> progress;
+};
+
+// A read stopped by its monitor: what had been read is freed. Not a
+// ReadError, which says the file is at fault: a host that reports those as
+// such must not tell the user that their file is bad when they stopped it.
+class ReadCancelled : public std::exception
+{
+public:
+    const char* what() const noexcept override { return "the read was stopped"; }
+};
+
+// As ReadPolyData(path), telling monitor how far it has come; throws
+// ReadCancelled once monitor.progress returns false. An empty progress
+// reads as without a monitor.
+PolyData ReadPolyData(const std::string& path, const ReadMonitor& monitor);
 
 // An XML polydata file (".vtp": versions 0.1, 1.0 and 2.x; ASCII, base64
 // or appended data, raw or base64; plain or in zlib blocks; either byte
