@@ -60,11 +60,10 @@ void ReportTubeProgress(KesraGl::CGlScene& scene)
     const auto tenths = std::make_shared<std::size_t>(0);
     scene.TubeBatch().SetProgress([tenths](std::size_t done, std::size_t total) {
         const std::size_t tenth = 10 * done / total;
-        // After Ctrl-C the tubes are still made (the batch cannot stop), but
-        // the program ends once they are: no more progress.
+        // After Ctrl-C the chunk being made is the last: the program ends.
         if (Interrupted())
         {
-            return;
+            return false;
         }
         if (tenth > *tenths || done == total)
         {

@@ -219,8 +219,6 @@ int ShowWindow(const Options& options, const std::vector<Event>& events, GlutSur
         std::fprintf(stderr, "kesra-viewer: no OpenGL context: %s\n", scene.ContextError().c_str());
         return 1;
     }
-    // The tubes of a large file are made a chunk at a time between frames
-    // that show how far they are: scene.SetBuildBudget(0.1);
     KesraGl::CGlSceneInput input(scene);
     if (reused)
     {
