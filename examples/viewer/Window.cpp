@@ -89,7 +89,11 @@ public:
         }
     }
     const std::string& LastError() const override { return m_error; }
-    // The user closed the window: freeglut has destroyed it and its context.
+    // The window is closing (the user closed it, or the main loop ended and
+    // freeglut closes every window): freeglut destroys it and its context
+    // once the close callback returns, so nothing else may destroy it.
+    void Closing() { m_kept = true; }
+    // The window is gone.
     void Forget() { m_window = 0; }
 
 private:
@@ -181,6 +185,13 @@ void OnMotion(int x, int y)
 
 void OnClose()
 {
+    // The window's context is still current here: the scene frees its
+    // buffers in it, the last chance to.
+    g_host.surface->Closing();
+    if (g_host.scene != nullptr)
+    {
+        g_host.scene->Renderer().DestroyContext();
+    }
     g_host.surface->Forget();
     glutLeaveMainLoop();
 }
@@ -447,9 +458,10 @@ int WithGlut(const Options& options, const Show& show)
     char name[] = "kesra-viewer";
     char* argv[] = {name, nullptr};
     glutInit(&argc, argv);
-    // The loop returns without tearing freeglut down, so that the scene can
-    // free its objects in the context before the window goes; freeglut and
-    // its display connection (with the driver's buffers) go after.
+    // The main loop returns instead of ending the process. On its way out it
+    // closes the window, whose close callback lets the scene free its
+    // objects in the window's context first; the display connection (with
+    // the driver's buffers) goes last, in glutExit.
     glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
     const int status = show(events);
     glutExit();
