@@ -53,63 +53,19 @@ void WriteCap(const ScalarLine& line, std::size_t node, std::size_t neighbour, i
     }
 }
 
-// Nodes first to last of a line, made through the line's streamline, whose
-// records live only while the part is made: the rings, then the line's end
-// discs the part holds (zeros in the other slots), into block. The part
-// continues carry, the ring at node first - 1, unless it starts the line;
-// unless it ends the line, carry is left holding the ring at node last - 1,
-// which the next part, from node last on, continues.
+// A part of a line: its nodes first to last.
 struct PartNodes
 {
     std::size_t first = 0;
     std::size_t last = 0;
 };
 
-void MakePart(const ScalarLine& line, PartNodes part, CGlStreamline& tube, int slices, double radius, float* block,
-              std::vector<double>& carry, Scratch& scratch)
+// The part's rings, from ring skip of the scratch arrays on, interleaved
+// into block, then the discs of the line's ends the part holds.
+void WriteBlock(const ScalarLine& line, PartNodes part, int slices, const Scratch& scratch, std::size_t skip,
+                float* block)
 {
-    const std::size_t count = line.points.size();
-    // One node back and two ahead: the rings and normals from first to last
-    // then see the neighbours the whole line gives them.
-    const std::size_t from = part.first > 0 ? part.first - 1 : 0;
-    const std::size_t to = std::min(part.last + 2, count - 1);
-    const int nodes = static_cast<int>(to - from + 1);
-    if (!tube.Create(nodes, slices, radius, 1.0))
-    {
-        return;
-    }
-    for (int i = 0; i < nodes; ++i)
-    {
-        const Vec3& p = line.points[from + static_cast<std::size_t>(i)];
-        double xyz[3] = {p.x, p.y, p.z};
-        tube.SetNodeCoord(i, xyz);
-    }
-    if (part.first == 0)
-    {
-        tube.GenerationStreamline3D();
-    }
-    else
-    {
-        for (int j = 0; j < slices; ++j)
-        {
-            tube.SetSliceNodeCoord(0, j, &carry[3 * static_cast<std::size_t>(j)]);
-        }
-        tube.ContinueStreamline3D();
-    }
     const std::size_t stride = static_cast<std::size_t>(slices);
-    scratch.vertices.resize(3 * static_cast<std::size_t>(nodes) * stride);
-    scratch.normals.resize(scratch.vertices.size());
-    tube.CopyTubeGeometry(scratch.vertices.data(), scratch.normals.data());
-    if (part.last + 1 < count)
-    {
-        carry.resize(3 * stride);
-        for (int j = 0; j < slices; ++j)
-        {
-            tube.GetSliceNodeCoord(static_cast<int>(part.last - 1 - from), j, &carry[3 * static_cast<std::size_t>(j)]);
-        }
-    }
-    tube.Delete();
-    const std::size_t skip = (part.first - from) * stride;
     const std::size_t ring = (part.last - part.first + 1) * stride;
     for (std::size_t v = 0; v < ring; ++v)
     {
@@ -123,10 +79,66 @@ void MakePart(const ScalarLine& line, PartNodes part, CGlStreamline& tube, int s
     {
         WriteCap(line, 0, 1, slices, block, caps);
     }
-    if (part.last + 1 == count)
+    if (part.last + 1 == line.points.size())
     {
         WriteCap(line, part.last, part.last - 1, slices, block + kFloats * (ring - stride), lastCap);
     }
+}
+
+// Nodes first to last of a line, made through the line's streamline, whose
+// records live only while the part is made: the rings, then the line's end
+// discs the part holds (zeros in the other slots), into block. The part
+// continues carry, the ring at node first - 1, unless it starts the line;
+// unless it ends the line, carry is left holding the ring at node last - 1,
+// which the next part, from node last on, continues.
+void MakePart(const ScalarLine& line, PartNodes part, CGlStreamline& tube, int slices, double radius, float* block,
+              std::vector<double>& carry, Scratch& scratch)
+{
+    const std::size_t count = line.points.size();
+    // One node back and two ahead: the rings and normals from first to last
+    // then see the neighbours the whole line gives them.
+    const std::size_t from = part.first > 0 ? part.first - 1 : 0;
+    const std::size_t to = std::min(part.last + 2, count - 1);
+    const int nodes = static_cast<int>(to - from + 1);
+    const std::size_t stride = static_cast<std::size_t>(slices);
+    // A part whose predecessor could not be made has no ring to continue.
+    const bool continues = part.first > 0;
+    if ((continues && carry.size() != 3 * stride) || !tube.Create(nodes, slices, radius, 1.0))
+    {
+        carry.clear();
+        return;
+    }
+    for (int i = 0; i < nodes; ++i)
+    {
+        const Vec3& p = line.points[from + static_cast<std::size_t>(i)];
+        double xyz[3] = {p.x, p.y, p.z};
+        tube.SetNodeCoord(i, xyz);
+    }
+    if (!continues)
+    {
+        tube.GenerationStreamline3D();
+    }
+    else
+    {
+        for (int j = 0; j < slices; ++j)
+        {
+            tube.SetSliceNodeCoord(0, j, &carry[3 * static_cast<std::size_t>(j)]);
+        }
+        tube.ContinueStreamline3D();
+    }
+    scratch.vertices.resize(3 * static_cast<std::size_t>(nodes) * stride);
+    scratch.normals.resize(scratch.vertices.size());
+    tube.CopyTubeGeometry(scratch.vertices.data(), scratch.normals.data());
+    if (part.last + 1 < count)
+    {
+        carry.resize(3 * stride);
+        for (int j = 0; j < slices; ++j)
+        {
+            tube.GetSliceNodeCoord(static_cast<int>(part.last - 1 - from), j, &carry[3 * static_cast<std::size_t>(j)]);
+        }
+    }
+    tube.Delete();
+    WriteBlock(line, part, slices, scratch, (part.first - from) * stride, block);
 }
 
 // Runs work on count threads, the caller's among them; a failure in any of
